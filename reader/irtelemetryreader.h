@@ -1,0 +1,161 @@
+#pragma once
+
+#include "ibt/ibtformat.h"
+#include "reader/cartracker.h"
+#include "reader/recordlayout.h"
+#include "yaml/yamltree.h"
+
+#include <QString>
+#include <QUuid>
+#include <QVector>
+
+#include <optional>
+#include <vector>
+
+/// Follows the cars of a session tick by tick and makes laps of what they drive.
+///
+/// The reader is the tree of the session info. For every tick call prepareTick(), getRawData() and
+/// processData(), then take the lap if isMyLapReady(). It serves one recording, on one thread.
+/// Operations on a car index are unchecked where they do not say otherwise.
+class iRTelemetryReader : public TYamlTree
+{
+public:
+    /// Cars that a session can have; indexes run from 0.
+    static constexpr int CarCount = 64;
+
+    iRTelemetryReader();
+
+    /// Sets the number of cars and brings every one of them into its initial state.
+    void resize(int count);
+    int carCount() const { return m_cars.size(); }
+    /// All that is known of one car, up to date at the moment of the call.
+    const CarTracker &car(int car);
+
+    // --- Session and cars
+
+    /// Adds the session-info text, zero-terminated Latin-1, to the tree.
+    void setYaml(const char *text);
+    /// Takes the player's car and the names of drivers and teams from the tree. True when a name
+    /// changed.
+    bool updateCarList();
+    /// True: a recording is read, and all variables belong to the player's car. False: a simulator
+    /// runs, and the elements of "CarIdx" variables are spread over the cars.
+    void setDiskLoading(bool on);
+
+    /// Index of the player's car as the session info gives it; -1 when not known.
+    int myCarIdx() const { return m_myCarIdx; }
+    /// True when myCarIdx() is the index of a car.
+    bool hasMyCar() const { return isCar(m_myCarIdx); }
+    QString &driverName(int car);
+    QString &teamName(int car);
+    /// The host's selection of a car; an index without a car is ignored.
+    void setCarActive(int car, bool on);
+    /// False for an index without a car.
+    bool isCarActive(int car) const;
+
+    // --- Ticks
+
+    /// Promises that \a header, \a varHeaders and the session info stay as they are for as long as
+    /// they are handed to getRawData(), and that references from sample(), driverName(),
+    /// teamName(), lap() and myLap() are not kept over a tick. Records are then collected and
+    /// turned into channels many at a time; every operation gives what it gives without the
+    /// promise. setYaml() and updateCarList() may still be called.
+    void compileVariables(const irsdk_header *header, const irsdk_varHeader *varHeaders);
+
+    /// Makes the current tick the previous one and drops its values.
+    void prepareTick();
+    /// Takes the values of one record: \a data holds \a header's bufLen bytes and is described by
+    /// \a header's numVars variables. Names and units are those of the first table ever handed in.
+    void getRawData(const irsdk_header *header, const irsdk_varHeader *varHeaders, char *data);
+    /// Moves all cars on by the tick that was taken.
+    void processData();
+    /// Never.
+    bool isSessionRestarted() const { return false; }
+
+    /// The values of the current tick.
+    ZEP::Sample &sample(int car);
+    /// True when the car has a place on the lap.
+    bool isCarInWorld(int car) const;
+
+    // --- Laps
+
+    bool isLapReady(int car) const { return m_cars.at(car).lapReady; }
+    /// True when a lap of the player's car was completed at this tick; take it from myLap().
+    bool isMyLapReady() const { return hasMyCar() && isLapReady(m_myCarIdx); }
+    /// The lap that the car records or has just finished.
+    ZEP::Lap &lap(int car);
+    /// The lap of the player's car. Without such a car a new empty lap, which the caller owns.
+    ZEP::Lap *myLap();
+    /// Samples that the laps being recorded of the player's car hold, over all channels; a finished
+    /// lap that waits to be taken is not among them.
+    qint64 mySamples() const;
+
+    /// Closes the car's lap and makes it ready to be taken. An empty lap is left alone.
+    void processLap(int car, bool completed);
+    /// Closes the lap of the player's car, if there is one.
+    void processMyLap(bool completed);
+
+    // --- The steps of closing a lap
+
+    /// Copies the session info of a car onto \a lap.
+    void getSessionInfo(int car, ZEP::Lap *lap);
+    /// Removes the channels that are of no use within a lap.
+    void cleanupLap(int car);
+    /// Corrects and derives channels.
+    void preprocessLap(int car);
+    /// Repairs the start of a channel that counts from zero in every lap: the ticks that still
+    /// carry the count of the lap before get a value in proportion to the lap fraction.
+    void normalizeChannelBeginning(int car, const QString &channelName);
+
+    /// The id of a session: \a text padded with zeros on the left to the digits of a UUID; null for
+    /// text that makes none.
+    static QUuid sessionId(const QString &text);
+
+private:
+    bool isCar(int car) const { return car >= 0 && car < m_cars.size(); }
+
+    void cacheNames(const irsdk_header &header, const irsdk_varHeader *varHeaders);
+    void extract(const irsdk_header &header, const irsdk_varHeader *varHeaders, const char *data);
+    void copySessionClock();
+
+    void followCar(int car, int sessionNumber);
+    int lapsComplete(int car, int sessionNumber) const;
+    void recordTick(int car);
+
+    int sessionNumber() const;
+    QString sessionTypeName(int sessionNumber) const;
+    ZEP::Session sessionType(int sessionNumber);
+    void addFuelValues(ZEP::Lap *lap, const TStringTree &driverInfo) const;
+
+    void addMotionChannels(ZEP::Lap *lap) const;
+
+    bool isCompiled() const { return m_header != nullptr; }
+    const char *myRecord(int car) const;
+    void spreadRecord();
+    void flushLaps();
+    void forgetIdleCars();
+
+    QVector<QString> m_varNames;
+    QVector<QString> m_varUnits;
+    QVector<CarTracker> m_cars;
+    qint32 m_myCarIdx = -1;
+    [[maybe_unused]] bool m_reserved = false; ///< belongs to another source
+    bool m_diskLoading = false;
+
+    // Compiled reading. A tick of the player's car has one of two forms: its values are in the
+    // car's sample, or they are in m_record, not yet spread, and the sample is empty.
+    const irsdk_header *m_header = nullptr;
+    const irsdk_varHeader *m_varHeaders = nullptr;
+    std::optional<RecordLayout> m_layout; ///< made of the table when the first record comes
+    std::vector<char> m_record;
+    bool m_tickIsRecord = false;
+    bool m_recordIsMarked = false; ///< the record also has the full-telemetry value
+    bool m_mySampleIsEmpty = false; ///< known to be empty
+    bool m_othersAreIdle = false; ///< known to be idle, all cars but the player's
+
+    struct KnownSessionType {
+        int sessionNumber;
+        ZEP::Session type;
+    };
+    std::optional<KnownSessionType> m_sessionType;
+};

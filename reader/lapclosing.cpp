@@ -1,0 +1,91 @@
+// Closing a lap: its header, its session info, and the steps that make it fit for the host.
+
+#include "reader/irtelemetryreader.h"
+
+#include <QDateTime>
+
+namespace {
+
+/// Seconds that mark a lap without a valid time: hosts show 00:59:59.000 as none.
+constexpr float NoLapTime = 3599.0f;
+
+/// The first float, in milliseconds, that no int holds.
+constexpr float MsLimit = 2147483648.0f;
+
+} // namespace
+
+ZEP::Lap &iRTelemetryReader::lap(int car)
+{
+    flushLaps();
+    return m_cars[car].lap;
+}
+
+ZEP::Lap *iRTelemetryReader::myLap()
+{
+    return hasMyCar() ? &lap(m_myCarIdx) : new ZEP::Lap;
+}
+
+qint64 iRTelemetryReader::mySamples() const
+{
+    if (!m_layout || !hasMyCar())
+        return 0;
+    const CarTracker &car = m_cars.at(m_myCarIdx);
+    const qint64 ticks =
+        (car.lapReady ? 0 : car.lapRecords.recorded()) + car.nextLapRecords.recorded();
+    return ticks * qint64(m_layout->columns().size());
+}
+
+void iRTelemetryReader::processLap(int index, bool completed)
+{
+    flushLaps();
+    CarTracker &car = m_cars[index];
+    ZEP::Lap &lap = car.lap;
+    if (lap.isEmpty())
+        return;
+
+    if (car.previous.carStatus == CarStatusLapDone)
+        lap.setLapType(ZEP::LapTypeTimed);
+    else if (car.previous.carStatus == CarStatusOnLap)
+        lap.setLapType(ZEP::LapTypeOutLap);
+
+    // Only in a race does the first lap of a stint begin at a line that counts.
+    const bool isOutLap =
+        lap.getLapType() == ZEP::LapTypeOutLap && car.current.sessionType != ZEP::SessionRace;
+    float &seconds = car.current.lapLastLapTime;
+    if (!completed || isOutLap || seconds < 0 || qFuzzyIsNull(seconds)
+        || !(seconds * 1000.0f < MsLimit))
+        seconds = NoLapTime;
+    lap.setLapTime(QTime(0, 0).addMSecs(int(seconds * 1000.0f)));
+
+    // The current tick may already belong to the next lap.
+    lap.setLapId(car.previous.lapId);
+    lap.setStintId(car.previous.stintId);
+    if (completed) {
+        lap.setLapInSession(car.previous.lap < 1 ? 0 : car.previous.lap - 1);
+        lap.setLapInStint(car.previous.lapInStint);
+    } else {
+        lap.setLapInSession(car.current.lap);
+        lap.setLapInStint(car.current.lapInStint);
+    }
+    lap.setStintInSession(car.previous.stintCount);
+    lap.setCompleted(completed);
+    lap.setCalculatedValue(QStringLiteral("DateTime"), QDateTime::currentDateTime(), QString());
+    lap.removeCalculatedValue(QStringLiteral("maxLapDistPct"));
+
+    getSessionInfo(index, &lap);
+    cleanupLap(index);
+    preprocessLap(index);
+    for (const char *counter :
+         {"lapcurrentlaptime", "energybatterytomgu_klap", "energymgu_klapdeploypct"})
+        normalizeChannelBeginning(index, QLatin1String(counter));
+    const QList<QString> names = lap.getAvailableChannels();
+    for (const QString &name : names)
+        lap.channel(name)->data.squeeze();
+    car.lapReady = true;
+}
+
+void iRTelemetryReader::processMyLap(bool completed)
+{
+    if (hasMyCar())
+        processLap(m_myCarIdx, completed);
+}

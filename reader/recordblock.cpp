@@ -1,0 +1,149 @@
+#include "reader/recordblock.h"
+
+#include "model/lap.h"
+#include "reader/recordlayout.h"
+
+#include <algorithm>
+
+namespace {
+
+/// Enough for a lap of four minutes of full telemetry: most laps become columns in one go, with
+/// every channel allocated once and in its final size.
+constexpr std::size_t MaxBlockBytes = 16 * 1024 * 1024;
+
+/// Records that are converted at a time. A tile stays in the innermost cache while all channels
+/// take their values from it.
+constexpr int TileRecords = 32;
+
+template <typename T>
+void loadColumn(double *samples, const char *records, int count, int recordBytes,
+                const RecordElement &element)
+{
+    for (int i = 0; i < count; ++i, records += recordBytes)
+        samples[i] = element.load<T>(records);
+}
+
+void convert(double *samples, const char *records, int count, int recordBytes,
+             const RecordLayout::Column &column)
+{
+    switch (column.element.type()) {
+    case irsdk_char:
+        return loadColumn<qint8>(samples, records, count, recordBytes, column.element);
+    case irsdk_bool:
+        for (int i = 0; i < count; ++i, records += recordBytes)
+            samples[i] = column.element.load<quint8>(records) != 0;
+        return;
+    case irsdk_int:
+    case irsdk_bitField:
+        return loadColumn<qint32>(samples, records, count, recordBytes, column.element);
+    case irsdk_float:
+        return loadColumn<float>(samples, records, count, recordBytes, column.element);
+    case irsdk_double:
+        return loadColumn<double>(samples, records, count, recordBytes, column.element);
+    default:
+        std::fill_n(samples, count, column.constant);
+    }
+}
+
+/// Makes room for \a more samples. A long lap comes in many blocks, so room grows by half then.
+void reserve(QVector<double> *samples, int more)
+{
+    const int size = samples->size();
+    if (samples->capacity() - size >= more)
+        return;
+    samples->reserve(size < more ? size + more : size + qMax(more, size / 2));
+}
+
+} // namespace
+
+void RecordBlock::append(const char *record, const RecordLayout &layout)
+{
+    m_records.insert(m_records.end(), record, record + layout.recordBytes());
+    ++m_count;
+    ++m_recorded;
+}
+
+bool RecordBlock::isFull() const
+{
+    return m_records.size() >= MaxBlockBytes;
+}
+
+void RecordBlock::flushInto(ZEP::Lap *lap, const RecordLayout &layout)
+{
+    if (maxLapDistPct) {
+        lap->setCalculatedValue(QStringLiteral("maxLapDistPct"), *maxLapDistPct, QString());
+        maxLapDistPct.reset();
+    }
+    if (m_count == 0)
+        return;
+
+    const QList<QString> channels = lap->getAvailableChannels();
+    if (channels.isEmpty()) {
+        for (const RecordLayout::Column &column : layout.columns()) {
+            auto channel = new ZEP::Channel;
+            channel->setUnit(column.unit);
+            lap->addChannel(channel, column.name);
+        }
+        appendColumns(lap, layout);
+    } else if (channels == layout.columnNames()) {
+        appendColumns(lap, layout);
+    } else {
+        appendSamples(lap, layout);
+    }
+    m_records.clear();
+    m_count = 0;
+}
+
+void RecordBlock::startWith(RecordBlock *next)
+{
+    // Copied, not swapped: a few records at most, and only one block grows to the size of a lap.
+    m_records.assign(next->m_records.begin(), next->m_records.end());
+    m_count = next->m_count;
+    m_recorded = next->m_recorded;
+    maxLapDistPct = next->maxLapDistPct;
+    next->clear();
+}
+
+/// Appends the records to channels that are exactly the layout's columns.
+void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
+{
+    std::vector<QVector<double> *> channels;
+    channels.reserve(layout.columns().size());
+    for (const RecordLayout::Column &column : layout.columns()) {
+        channels.push_back(&lap->channel(column.name)->data);
+        reserve(channels.back(), m_count);
+    }
+
+    const int recordBytes = layout.recordBytes();
+    const char *records = m_records.data();
+    for (int done = 0; done < m_count; done += TileRecords) {
+        const int count = qMin(TileRecords, m_count - done);
+        for (std::size_t c = 0; c < channels.size(); ++c) {
+            QVector<double> &samples = *channels[c];
+            const int size = samples.size();
+            samples.resize(size + count);
+            convert(samples.data() + size, records, count, recordBytes, layout.columns()[c]);
+        }
+        records += qint64(count) * recordBytes;
+    }
+}
+
+/// Appends the records one by one, for a lap whose channels somebody has changed.
+void RecordBlock::appendSamples(ZEP::Lap *lap, const RecordLayout &layout) const
+{
+    const char *record = m_records.data();
+    for (int i = 0; i < m_count; ++i, record += layout.recordBytes()) {
+        ZEP::Sample sample;
+        layout.addTo(&sample, record);
+        sample.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry, QString());
+        lap->addSample(sample);
+    }
+}
+
+void RecordBlock::clear()
+{
+    m_records.clear();
+    m_count = 0;
+    m_recorded = 0;
+    maxLapDistPct.reset();
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <optional>
+#include <vector>
+
+namespace ZEP {
+class Lap;
+class Sample;
+} // namespace ZEP
+class RecordLayout;
+
+/// The records of a lap that are not yet in its channels.
+///
+/// Appending a record to a lap value by value costs far more than keeping it and turning many into
+/// columns at once, one channel after the other. Whoever looks at the lap calls flushInto() first.
+class RecordBlock
+{
+public:
+    bool isEmpty() const { return m_count == 0; }
+    /// Records of the lap so far, those that have been flushed included.
+    qint64 recorded() const { return m_recorded; }
+
+    /// Takes a copy of \a record. The block may then be full, see isFull().
+    void append(const char *record, const RecordLayout &layout);
+    /// True when the block should be flushed before it takes more memory.
+    bool isFull() const;
+    /// Moves the records, and maxLapDistPct, into \a lap.
+    void flushInto(ZEP::Lap *lap, const RecordLayout &layout);
+
+    /// Takes over all of \a next, which is empty afterwards; drops what the block held.
+    void startWith(RecordBlock *next);
+
+    /// The greatest lap fraction of the lap, where the block knows better than the lap.
+    std::optional<float> maxLapDistPct;
+
+private:
+    void appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const;
+    void appendSamples(ZEP::Lap *lap, const RecordLayout &layout) const;
+    void clear();
+
+    std::vector<char> m_records;
+    int m_count = 0;
+    qint64 m_recorded = 0;
+};

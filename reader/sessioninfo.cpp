@@ -1,0 +1,188 @@
+// What the session info says of a lap: track, weather, session, car and driver.
+
+#include "reader/irtelemetryreader.h"
+
+#include <QColor>
+#include <QStringList>
+
+namespace {
+
+struct NamedKey {
+    const char *name; ///< of the lap's value
+    const char *key; ///< in the session info
+};
+
+constexpr NamedKey WeekendTexts[] = {
+    {"Track short name", "TrackDisplayShortName"},
+    {"Track city", "TrackCity"},
+    {"Track country", "TrackCountry"},
+    {"Track turns", "TrackNumTurns"},
+    {"Skies", "TrackSkies"},
+    {"Official", "Official"},
+    {"Category", "Category"},
+};
+
+constexpr NamedKey WeekendMeasurements[] = {
+    {"Track length", "TrackLength"},
+    {"Track surface temperature", "TrackSurfaceTemp"},
+    {"Air temperature", "TrackAirTemp"},
+    {"Weekend temperature", "WeekendOptions/WeatherTemp"},
+};
+
+constexpr NamedKey DriverTexts[] = {
+    {"Team", "TeamName"},
+    {"Driver abbreviation", "AbbrevName"},
+    {"iRating", "IRating"},
+    {"License", "LicString"},
+    {"Driver initials", "Initials"},
+    {"iRacing UserID", "UserID"},
+    {"iRacing car path", "CarPath"},
+    {"iRacing car class ID", "CarClassID"},
+    {"iRacing car ID", "CarID"},
+    {"Class", "CarClassShortName"},
+    {"Club", "ClubName"},
+    {"Division", "DivisionName"},
+};
+
+/// A text of number, blank and unit ("3.70 km"). Text that is none of it is 0.0 without a unit.
+ZEP::Value measurement(const QString &text)
+{
+    const QStringList parts = text.simplified().split(QLatin1Char(' '), Qt::KeepEmptyParts);
+    return ZEP::Value(parts.first().toDouble(), parts.size() > 1 ? parts.at(1) : QString());
+}
+
+/// The colour of a licence ("0xfc0706"); invalid for text that names none.
+QColor licenceColor(QString text)
+{
+    QColor color;
+    color.setNamedColor(text.replace(QLatin1String("0x"), QLatin1String("#")));
+    return color;
+}
+
+ZEP::Session sessionFromName(const QString &name)
+{
+    // Exactly these spellings: hosts have always shown the others as a session that is not set.
+    static const struct {
+        QLatin1String name;
+        ZEP::Session session;
+    } sessions[] = {
+        {QLatin1String("Race"), ZEP::SessionRace},
+        {QLatin1String("Offline testing"), ZEP::SessionOfflineTesting},
+        {QLatin1String("Qualify"), ZEP::SessionQualify},
+        {QLatin1String("Practice"), ZEP::SessionPractice},
+        {QLatin1String("Warmup"), ZEP::SessionWarmup},
+    };
+    for (const auto &known : sessions) {
+        if (name == known.name)
+            return known.session;
+    }
+    return ZEP::SessionNotSet;
+}
+
+void addWeekendInfo(ZEP::Lap *lap, const TStringTree &weekend)
+{
+    const auto text = [&weekend](const char *key) { return weekend.pathValue(QLatin1String(key)); };
+
+    lap->setTrackName(text("TrackDisplayName"));
+    lap->setSessionId(iRTelemetryReader::sessionId(text("SessionID") + text("SubSessionID")));
+    lap->setTrackConfig(text("TrackConfigName"));
+    for (const NamedKey &entry : WeekendTexts)
+        lap->addValue(QLatin1String(entry.name), text(entry.key), QString());
+    for (const NamedKey &entry : WeekendMeasurements)
+        lap->addValue(QLatin1String(entry.name), measurement(text(entry.key)));
+    lap->addValue(QStringLiteral("YawOffset"), measurement(text("TrackNorthOffset")).value,
+                  QString());
+}
+
+void addDriverInfo(ZEP::Lap *lap, const TStringTree &driver)
+{
+    const auto text = [&driver](const char *key) { return driver.value(QLatin1String(key)); };
+
+    lap->setDriverName(text("UserName"));
+    lap->setCarName(text("CarScreenName"));
+    for (const NamedKey &entry : DriverTexts)
+        lap->addValue(QLatin1String(entry.name), text(entry.key), QString());
+    lap->addValue(QStringLiteral("Licence color"), licenceColor(text("LicColor")), QString());
+}
+
+} // namespace
+
+QUuid iRTelemetryReader::sessionId(const QString &text)
+{
+    QString digits = QStringLiteral("%1").arg(text, 32, QLatin1Char('0'));
+    for (const int position : {8, 13, 18, 23})
+        digits.insert(position, QLatin1Char('-'));
+    return QUuid(digits);
+}
+
+void iRTelemetryReader::getSessionInfo(int car, ZEP::Lap *lap)
+{
+    lap->setCarId(car);
+    if (const TStringTree *weekend = sub(QStringLiteral("WeekendInfo")))
+        addWeekendInfo(lap, *weekend);
+    if (const TStringTree *driverInfo = sub(QStringLiteral("DriverInfo"))) {
+        if (car == m_myCarIdx)
+            addFuelValues(lap, *driverInfo);
+        const QString path = QLatin1String("Drivers/") % QString::number(car);
+        if (const TStringTree *driver = driverInfo->pathSub(path))
+            addDriverInfo(lap, *driver);
+    }
+
+    const QString sessionName = sessionTypeName(sessionNumber());
+    lap->addValue(QStringLiteral("Session name"), sessionName, QString());
+    const ZEP::Session session = sessionFromName(sessionName);
+    if (session != ZEP::SessionNotSet)
+        lap->setSession(session);
+}
+
+void iRTelemetryReader::addFuelValues(ZEP::Lap *lap, const TStringTree &driverInfo) const
+{
+    const auto number = [&driverInfo](const char *key) {
+        return driverInfo.value(QLatin1String(key)).toDouble();
+    };
+    const double maxPct = number("DriverCarMaxFuelPct");
+    const double maxLevel = number("DriverCarFuelMaxLtr") * maxPct;
+    const double kgPerLitre = number("DriverCarFuelKgPerLtr");
+    lap->addValue(QStringLiteral("Maximum fuel level"), maxLevel, QStringLiteral("l"));
+    lap->addValue(QStringLiteral("Maximum fuel percent"), maxPct, QStringLiteral("pu"));
+    if (!qFuzzyIsNull(kgPerLitre)) {
+        lap->addValue(QStringLiteral("Kg per fuel litre"), kgPerLitre, QString());
+        lap->addValue(QStringLiteral("Maximum fuel weight"), maxLevel * kgPerLitre,
+                      QStringLiteral("kg"));
+    }
+
+    const QString level = pathValue(QStringLiteral("CarSetup/Chassis/Rear/FuelLevel"));
+    const QStringList parts = level.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (parts.size() == 2) {
+        const bool isWeight = parts.last() == QLatin1String("kg");
+        lap->addValue(QStringLiteral("Preferred fuel unit"),
+                      isWeight ? QStringLiteral("weight") : QStringLiteral("volume"), QString());
+    }
+}
+
+/// The number of the session at this tick of the player's car; 0 when it is missing.
+int iRTelemetryReader::sessionNumber() const
+{
+    if (!hasMyCar())
+        return 0;
+    if (const char *record = myRecord(m_myCarIdx))
+        return TickValues::sessionNumber(RecordSource(*m_layout, record));
+    return TickValues::sessionNumber(SampleSource(m_cars.at(m_myCarIdx).sample));
+}
+
+/// What the session info calls the type of a session.
+QString iRTelemetryReader::sessionTypeName(int sessionNumber) const
+{
+    return pathValue(QLatin1String("SessionInfo/Sessions/") % QString::number(sessionNumber)
+                     % QLatin1String("/SessionType"));
+}
+
+ZEP::Session iRTelemetryReader::sessionType(int sessionNumber)
+{
+    // Asked at every tick for as long as the type is not a known one.
+    if (isCompiled() && m_sessionType && m_sessionType->sessionNumber == sessionNumber)
+        return m_sessionType->type;
+    const ZEP::Session type = sessionFromName(sessionTypeName(sessionNumber));
+    m_sessionType = KnownSessionType{sessionNumber, type};
+    return type;
+}
