@@ -1,0 +1,3 @@
+#include "plugin/zepdataemitter.h"
+
+ZepDataEmitter::ZepDataEmitter(QObject *parent) : QObject(parent) { }
