@@ -1,0 +1,56 @@
+#pragma once
+
+#include <vector>
+
+/// One point of the centre line, in metres on a plane with its origin at the start/finish line.
+struct CircuitPoint {
+    double x; ///< m, along the main straight in driving direction
+    double y; ///< m, to the left of it
+    double altitude; ///< m above sea level
+    double heading; ///< rad, anticlockwise from x; grows or falls steadily, so it may pass pi
+    double curvature; ///< 1/m, positive where the circuit turns left
+    double slope; ///< rise per metre
+};
+
+/// A place on the globe, degrees.
+struct GlobePoint {
+    double latitude;
+    double longitude;
+};
+
+/// The demo circuit: closed, about 850 m, eight corners, driven clockwise, with a pit lane to the
+/// right of the main straight. Distances run along the centre line, from the start/finish line.
+class Circuit
+{
+public:
+    /// Bearing of the main straight (clockwise from north), rad.
+    static constexpr double NorthOffset = 0.8211;
+    /// The earth as a sphere: its radius, m.
+    static constexpr double EarthRadius = 6371008.8;
+    static constexpr double Latitude = 47.318420; ///< of the start/finish line, degrees
+    static constexpr double Longitude = -8.274610; ///< of the start/finish line, degrees
+    static constexpr double Altitude = 143.0; ///< of the start/finish line, m
+
+    /// Where the pit lane begins, before the line, and ends, behind it, m.
+    static constexpr double PitEntry = 60.0;
+    static constexpr double PitExit = 45.0;
+    /// How far the player's pit stall and the first grid slot lie before the line, m.
+    static constexpr double PitStall = 16.0;
+    static constexpr double GridSlot = 10.0;
+    /// Speed limit between the two, m/s.
+    static constexpr double PitSpeedLimit = 60 / 3.6;
+
+    Circuit();
+
+    /// One lap, m.
+    double length() const { return m_length; }
+    /// The point \a distance metres behind the line; any distance, also negative or many laps long.
+    CircuitPoint at(double distance) const;
+    /// The place on the globe \a right metres to the right of \a point.
+    static GlobePoint globe(const CircuitPoint &point, double right);
+
+private:
+    std::vector<CircuitPoint> m_points; ///< evenly spaced; one more than a lap
+    double m_length = 0;
+    double m_spacing = 0;
+};

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+
+/// Kind of session that a demo recording comes from.
+enum class SessionKind { Testing, Practice, Qualify, Race };
+
+/// What is driven in a demo recording. The same options give the same recording.
+struct DemoOptions {
+    /// Laps that a tank is sure to last for, with an out-lap and an in-lap.
+    static constexpr int MaxLaps = 100;
+
+    SessionKind session = SessionKind::Practice;
+    int laps = 2; ///< timed laps of a stint, 1 to MaxLaps
+    int stints = 2; ///< from 1
+    std::uint32_t seed = 1; ///< lap times, weather and all other chance
+    int rate = 60; ///< records per second, 1 to 360
+    /// Seconds from the first record to the end, cut off wherever the car is; stint follows stint
+    /// until then, whatever 'stints' says. 0 for a recording that ends with the last stint.
+    double duration = 0;
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "tools/recording.h"
+
+#include <QVector>
+
+class Drive;
+
+/// One variable of a demo recording and where its values come from.
+struct DemoVariable {
+    /// The value at the present tick; what \a index counts is the source's own business.
+    using Source = double (*)(const Drive &drive, int index);
+
+    RecordingVariable variable;
+    double value; ///< throughout the recording, without a source
+    Source source; ///< null for a variable that never changes
+    int index; ///< given to the source; element i of an array is asked for with i more
+};
+
+/// The variables of a demo recording, about 280 of them, in the order of the table.
+class DemoVariables
+{
+public:
+    DemoVariables();
+
+    const QVector<DemoVariable> &list() const { return m_list; }
+
+private:
+    // Adds a variable that never changes, or one that has a source.
+    void fixed(const QByteArray &name, qint32 type, const char *unit, const char *desc,
+               double value = 0);
+    void moving(const QByteArray &name, qint32 type, const char *unit, const QByteArray &desc,
+                DemoVariable::Source source, int index = 0, int count = 1);
+
+    void addSession();
+    void addComputer();
+    void addPlayer();
+    void addLaps();
+    void addWeather();
+    void addPits();
+    void addControls();
+    void addMotion();
+    void addEngine();
+    void addSteeringWheel();
+    void addAdjustments();
+    void addWheels();
+
+    QVector<DemoVariable> m_list;
+};

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "tools/demooptions.h"
+
+#include <cstdint>
+
+/// What is settled before anybody drives: the kind of session and the weather.
+struct Weekend {
+    explicit Weekend(const DemoOptions &options);
+
+    SessionKind session;
+    int sessionNum; ///< number of the session that is driven; others of the weekend lie before it
+    int playerCarIdx;
+    int raceLaps; ///< of a race that ends by laps, else 0
+    int cars; ///< in the session, the player's included
+    std::int64_t startDate; ///< seconds since 1970-01-01 UTC
+    double timeOfDay; ///< in the simulated world, seconds since midnight
+    double airTemperature; ///< C
+    double trackTemperature; ///< C
+    double airPressure; ///< Pa
+    double airDensity; ///< kg/m^3
+    double windSpeed; ///< m/s
+    double windDirection; ///< where it comes from, clockwise from north, rad
+    double humidity; ///< 0 to 1
+    int skies; ///< 0 clear, 1 partly cloudy, 2 mostly cloudy, 3 overcast
+};
