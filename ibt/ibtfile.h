@@ -9,7 +9,7 @@
 
 /// Reads a recording part by part, in the order of the operations below, and believes no number of
 /// it: memory is asked for as the bytes arrive, so a length that the file does not back costs
-/// no more than the file and one block.
+/// one block and a small multiple of what is there.
 class IbtFile
 {
 public:

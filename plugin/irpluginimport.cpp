@@ -62,7 +62,7 @@ bool isTooLarge(const LapList &laps, const iRTelemetryReader &reader, qint64 rec
     constexpr qint64 AllowedPerByte = 64;
 
     const qint64 asked =
-        (laps.samples() + reader.mySamples()) * SampleBytes + laps.count() * LapBytes;
+        (laps.samples() + reader.collectedSamples()) * SampleBytes + laps.count() * LapBytes;
     return asked > AlwaysAllowed && asked > recordBytesRead * AllowedPerByte;
 }
 
@@ -126,7 +126,7 @@ QString iRPluginImport::sourceName() const
 
 QString iRPluginImport::pluginVersion() const
 {
-    return QStringLiteral("0.2");
+    return QStringLiteral(NAPAMMUL_VERSION);
 }
 
 QStringList iRPluginImport::availableImportFormats() const

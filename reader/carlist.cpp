@@ -4,16 +4,16 @@
 
 void iRTelemetryReader::setYaml(const char *text)
 {
-    m_sessionType.reset();
+    forgetSessionInfo();
     TYamlTree::setYaml(text);
 }
 
 bool iRTelemetryReader::updateCarList()
 {
-    spreadRecord();
+    spreadTick();
     flushLaps();
     forgetIdleCars();
-    m_sessionType.reset();
+    forgetSessionInfo();
 
     m_myCarIdx = -1;
     if (const TStringTree *driverInfo = sub(QStringLiteral("DriverInfo"))) {
@@ -50,7 +50,7 @@ bool iRTelemetryReader::updateCarList()
 
 void iRTelemetryReader::setDiskLoading(bool on)
 {
-    spreadRecord();
+    spreadTick();
     forgetIdleCars();
     m_diskLoading = on;
     for (CarTracker &car : m_cars)
@@ -59,7 +59,6 @@ void iRTelemetryReader::setDiskLoading(bool on)
 
 QString &iRTelemetryReader::driverName(int car)
 {
-    forgetIdleCars();
     return m_cars[car].driverName;
 }
 

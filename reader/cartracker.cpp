@@ -1,7 +1,5 @@
 #include "reader/cartracker.h"
 
-#include "reader/recordlayout.h"
-
 #include <QDebug>
 
 #include <tuple>
@@ -12,6 +10,10 @@ namespace {
 constexpr double BeforeLineOnGrid = 0.65;
 /// The same for a car that comes out of the pit lane, which may lie on either side of the line.
 constexpr double BeforeLineFromPits = 0.8;
+/// A lap that came further than this is near its end,
+constexpr double EndOfLap = 0.9;
+/// and a tick that lies this far behind it is past the line.
+constexpr double BackAtStart = 0.5;
 /// A running lap time that falls back by more than this has started anew, seconds.
 constexpr float LapTimeReset = 5.0f;
 
@@ -81,6 +83,7 @@ void CarTracker::startLap()
 {
     lap = nextLap;
     lapRecords.startWith(&nextLapRecords);
+    m_collectedMaxLapDistPct.reset();
     lapReady = false;
     nextLap.clear();
 
@@ -126,23 +129,46 @@ bool CarTracker::isOwnLapCompleted() const
     return now > 0 && before > 0 && before > now;
 }
 
-bool CarTracker::hasCrossedLine(bool isCollected)
+std::optional<double> CarTracker::maxLapDistPct() const
 {
-    static const QString maxName = QStringLiteral("maxLapDistPct");
-    const double now = double(current.lapDistPct);
-    std::optional<double> max;
-    if (lapRecords.maxLapDistPct)
-        max = double(*lapRecords.maxLapDistPct);
-    else if (lap.containsCalculatedValue(maxName))
-        max = lap.calculatedValue(maxName).value.toDouble();
+    if (m_collectedMaxLapDistPct)
+        return double(*m_collectedMaxLapDistPct);
+    if (lap.containsCalculatedValue(maxLapDistPctName()))
+        return lap.calculatedValue(maxLapDistPctName()).value.toDouble();
+    return std::nullopt;
+}
 
-    if (max && !(now > *max))
-        return *max > 0.9 && *max - now > 0.5;
+bool CarTracker::hasCrossedLine() const
+{
+    const std::optional<double> max = maxLapDistPct();
+    return max && *max > EndOfLap && *max - double(current.lapDistPct) > BackAtStart;
+}
+
+void CarTracker::keepMaxLapDistPct(bool isCollected)
+{
+    const std::optional<double> max = maxLapDistPct();
+    if (max && !(double(current.lapDistPct) > *max))
+        return;
     if (isCollected)
-        lapRecords.maxLapDistPct = current.lapDistPct;
+        m_collectedMaxLapDistPct = current.lapDistPct;
     else
-        lap.setCalculatedValue(maxName, current.lapDistPct, QString());
-    return false;
+        lap.setCalculatedValue(maxLapDistPctName(), current.lapDistPct, QString());
+}
+
+void CarTracker::flushRecords(const RecordLayout &layout)
+{
+    if (m_collectedMaxLapDistPct) {
+        lap.setCalculatedValue(maxLapDistPctName(), *m_collectedMaxLapDistPct, QString());
+        m_collectedMaxLapDistPct.reset();
+    }
+    lapRecords.flushInto(&lap, layout);
+    nextLapRecords.flushInto(&nextLap, layout);
+}
+
+const QString &CarTracker::maxLapDistPctName()
+{
+    static const QString name = QStringLiteral("maxLapDistPct");
+    return name;
 }
 
 void CarTracker::prepareTick()

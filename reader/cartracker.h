@@ -7,6 +7,8 @@
 #include <QString>
 #include <QUuid>
 
+#include <optional>
+
 /// States of a car between two ticks, as CarTrackerSample::carStatus holds them.
 enum CarStatus : qint32 {
     CarStatusNotKnown = -1, ///< before the first decision
@@ -68,11 +70,17 @@ public:
     /// Makes the current tick the previous one, and opens the next lap behind a finished one.
     void prepareTick();
 
+    /// The greatest fraction of `lap` so far, its calculated value "maxLapDistPct"; none at its
+    /// start.
+    std::optional<double> maxLapDistPct() const;
     /// True when the current tick lies past the line while `lap` is not closed yet: far behind the
-    /// lap's greatest fraction there is only the start. Otherwise the tick belongs to `lap`, and
-    /// that fraction, the lap's calculated value "maxLapDistPct", is kept up to date: beside the
-    /// collected records if \a isCollected.
-    bool hasCrossedLine(bool isCollected);
+    /// lap's greatest fraction there is only the start of the next one.
+    bool hasCrossedLine() const;
+    /// Takes the current tick's fraction for the greatest of `lap` if it is. With \a isCollected
+    /// the lap itself gets it in flushRecords().
+    void keepMaxLapDistPct(bool isCollected);
+    /// Brings all collected records into `lap` and `nextLap`.
+    void flushRecords(const RecordLayout &layout);
     /// True when a tick without values changes nothing about this car.
     bool isIdle() const;
     /// True when nothing of the lap has been recorded.
@@ -98,6 +106,11 @@ public:
     /// Records of `nextLap` that are not yet in its channels.
     RecordBlock nextLapRecords;
 
+    /// The lap's calculated value that holds its greatest fraction while it is recorded.
+    static const QString &maxLapDistPctName();
+
 private:
     bool isOwnLapCompleted() const;
+
+    std::optional<float> m_collectedMaxLapDistPct; ///< where it is greater than the lap's own
 };

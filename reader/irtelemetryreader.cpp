@@ -1,7 +1,6 @@
 #include "reader/irtelemetryreader.h"
 
 #include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -26,21 +25,20 @@ void iRTelemetryReader::resize(int count)
 {
     m_cars.resize(qMax(0, count));
     m_cars.fill(CarTracker());
-    m_tickIsRecord = false;
-    m_recordIsMarked = false;
+    m_tick.clear();
     forgetIdleCars();
 }
 
 const CarTracker &iRTelemetryReader::car(int car)
 {
-    spreadRecord();
+    spreadTick();
     flushLaps();
     return m_cars.at(car);
 }
 
 ZEP::Sample &iRTelemetryReader::sample(int car)
 {
-    spreadRecord();
+    spreadTick();
     forgetIdleCars();
     return m_cars[car].sample;
 }
@@ -53,8 +51,9 @@ bool iRTelemetryReader::isCarInWorld(int car) const
 void iRTelemetryReader::compileVariables(const irsdk_header *header,
                                          const irsdk_varHeader *varHeaders)
 {
-    spreadRecord();
+    spreadTick();
     flushLaps();
+    forgetSessionInfo();
     m_layout.reset();
     m_header = header;
     m_varHeaders = varHeaders;
@@ -62,8 +61,7 @@ void iRTelemetryReader::compileVariables(const irsdk_header *header,
 
 void iRTelemetryReader::prepareTick()
 {
-    m_tickIsRecord = false;
-    m_recordIsMarked = false;
+    m_tick.clear();
     if (m_othersAreIdle) {
         if (hasMyCar())
             m_cars[m_myCarIdx].prepareTick();
@@ -81,17 +79,14 @@ void iRTelemetryReader::getRawData(const irsdk_header *header, const irsdk_varHe
     if (m_diskLoading && header == m_header && varHeaders == m_varHeaders) {
         if (!hasMyCar())
             return;
-        if (m_mySampleIsEmpty && !m_tickIsRecord) {
-            if (!m_layout) {
+        if (m_mySampleIsEmpty && !m_tick.record()) {
+            if (!m_layout)
                 m_layout.emplace(*header, varHeaders, m_varNames, m_varUnits);
-                m_record.resize(std::size_t(m_layout->recordBytes()));
-            }
-            std::memcpy(m_record.data(), data, m_record.size());
-            m_tickIsRecord = true;
+            m_tick.take(data, *m_layout);
             return;
         }
     }
-    spreadRecord();
+    spreadTick();
     forgetIdleCars();
     extract(*header, varHeaders, data);
     if (!m_diskLoading)
@@ -182,9 +177,9 @@ void iRTelemetryReader::followCar(int index, int sessionNumber)
     if (car.driverName.isEmpty())
         return;
 
-    const char *record = myRecord(index);
-    const TickValues tick = record ? TickValues::from(RecordSource(*m_layout, record))
-                                   : TickValues::from(SampleSource(car.sample));
+    const char *raw = record(index);
+    const TickValues tick = raw ? TickValues::from(RecordSource(*m_layout, raw))
+                                : TickValues::from(SampleSource(car.sample));
     car.current.lapDistPct = tick.lapDistPct;
     car.current.sessionState = tick.sessionState;
     const bool isInWorld = car.current.lapDistPct > -0.5f;
@@ -204,8 +199,8 @@ void iRTelemetryReader::followCar(int index, int sessionNumber)
         } else {
             stationary = true;
         }
-        if (record) {
-            m_recordIsMarked = true;
+        if (raw) {
+            m_tick.mark();
         } else {
             car.sample.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry,
                                 QString());
@@ -260,52 +255,46 @@ int iRTelemetryReader::lapsComplete(int car, int sessionNumber) const
 void iRTelemetryReader::recordTick(int index)
 {
     CarTracker &car = m_cars[index];
-    const char *record = myRecord(index);
-    if (!record)
+    const char *raw = record(index);
+    if (!raw)
         flushLaps();
-    const bool toNextLap = car.hasCrossedLine(record != nullptr);
+    const bool toNextLap = car.hasCrossedLine();
+    if (!toNextLap)
+        car.keepMaxLapDistPct(raw != nullptr);
 
-    RecordBlock &block = toNextLap ? car.nextLapRecords : car.lapRecords;
     ZEP::Lap &lap = toNextLap ? car.nextLap : car.lap;
-    if (record) {
-        block.append(record, *m_layout);
-        if (block.isFull())
-            block.flushInto(&lap, *m_layout);
-    } else {
+    if (!raw) {
         lap.addSample(car.sample);
+        return;
     }
+    RecordBlock &block = toNextLap ? car.nextLapRecords : car.lapRecords;
+    block.append(raw, *m_layout);
+    if (block.isFull())
+        block.flushInto(&lap, *m_layout);
 }
 
 /// The record that holds the car's values of this tick; null when its sample holds them.
-const char *iRTelemetryReader::myRecord(int car) const
+const char *iRTelemetryReader::record(int car) const
 {
-    return m_tickIsRecord && car == m_myCarIdx ? m_record.data() : nullptr;
+    return car == m_myCarIdx ? m_tick.record() : nullptr;
 }
 
-/// Brings the tick of the player's car from its record into its sample.
-void iRTelemetryReader::spreadRecord()
+/// Brings the tick of the player's car into its sample, for whoever may look there or change it.
+void iRTelemetryReader::spreadTick()
 {
+    if (m_tick.record())
+        m_tick.spreadInto(&m_cars[m_myCarIdx].sample, *m_layout);
     m_mySampleIsEmpty = false;
-    if (!m_tickIsRecord)
-        return;
-    ZEP::Sample &sample = m_cars[m_myCarIdx].sample;
-    m_layout->addTo(&sample, m_record.data());
-    if (m_recordIsMarked)
-        sample.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry, QString());
-    m_tickIsRecord = false;
 }
 
 /// Brings all collected records of the player's car into its laps.
 void iRTelemetryReader::flushLaps()
 {
-    if (!m_layout || !hasMyCar())
-        return;
-    CarTracker &car = m_cars[m_myCarIdx];
-    car.lapRecords.flushInto(&car.lap, *m_layout);
-    car.nextLapRecords.flushInto(&car.nextLap, *m_layout);
+    if (m_layout && hasMyCar())
+        m_cars[m_myCarIdx].flushRecords(*m_layout);
 }
 
-/// For everything that may give another car values.
+/// For everything that may give another car values, or have it start a lap.
 void iRTelemetryReader::forgetIdleCars()
 {
     m_othersAreIdle = false;

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "ibt/ibtformat.h"
+#include "reader/carsessioninfo.h"
 #include "reader/cartracker.h"
 #include "reader/recordlayout.h"
+#include "reader/recordtick.h"
 #include "yaml/yamltree.h"
 
 #include <QString>
@@ -10,7 +12,6 @@
 #include <QVector>
 
 #include <optional>
-#include <vector>
 
 /// Follows the cars of a session tick by tick and makes laps of what they drive.
 ///
@@ -56,8 +57,9 @@ public:
     // --- Ticks
 
     /// Promises that \a header, \a varHeaders and the session info stay as they are for as long as
-    /// they are handed to getRawData(), and that references from sample(), driverName(),
-    /// teamName(), lap() and myLap() are not kept over a tick. Records are then collected and
+    /// they are handed to getRawData(), that references from sample(), driverName(), teamName(),
+    /// lap() and myLap() are not kept over prepareTick(), getRawData() or processData(), and that
+    /// copies and channels of a lap are kept of finished laps only. Records are then collected and
     /// turned into channels many at a time; every operation gives what it gives without the
     /// promise. setYaml() and updateCarList() may still be called.
     void compileVariables(const irsdk_header *header, const irsdk_varHeader *varHeaders);
@@ -86,9 +88,9 @@ public:
     ZEP::Lap &lap(int car);
     /// The lap of the player's car. Without such a car a new empty lap, which the caller owns.
     ZEP::Lap *myLap();
-    /// Samples that the laps being recorded of the player's car hold, over all channels; a finished
-    /// lap that waits to be taken is not among them.
-    qint64 mySamples() const;
+    /// Samples, over all channels, of the player's laps being recorded that came from collected
+    /// records (see compileVariables()); none of a finished lap that waits to be taken.
+    qint64 collectedSamples() const;
 
     /// Closes the car's lap and makes it ready to be taken. An empty lap is left alone.
     void processLap(int car, bool completed);
@@ -125,13 +127,15 @@ private:
     int sessionNumber() const;
     QString sessionTypeName(int sessionNumber) const;
     ZEP::Session sessionType(int sessionNumber);
-    void addFuelValues(ZEP::Lap *lap, const TStringTree &driverInfo) const;
+    const CarSessionInfo &sessionInfo(int car, int sessionNumber);
+    CarSessionInfo readSessionInfo(int car) const;
+    void forgetSessionInfo();
 
     void addMotionChannels(ZEP::Lap *lap) const;
 
     bool isCompiled() const { return m_header != nullptr; }
-    const char *myRecord(int car) const;
-    void spreadRecord();
+    const char *record(int car) const;
+    void spreadTick();
     void flushLaps();
     void forgetIdleCars();
 
@@ -142,14 +146,12 @@ private:
     [[maybe_unused]] bool m_reserved = false; ///< belongs to another source
     bool m_diskLoading = false;
 
-    // Compiled reading. A tick of the player's car has one of two forms: its values are in the
-    // car's sample, or they are in m_record, not yet spread, and the sample is empty.
+    // What compileVariables() makes possible. The values of the player's tick are either in m_tick,
+    // and the car's sample is empty, or they are in the sample.
     const irsdk_header *m_header = nullptr;
     const irsdk_varHeader *m_varHeaders = nullptr;
     std::optional<RecordLayout> m_layout; ///< made of the table when the first record comes
-    std::vector<char> m_record;
-    bool m_tickIsRecord = false;
-    bool m_recordIsMarked = false; ///< the record also has the full-telemetry value
+    RecordTick m_tick;
     bool m_mySampleIsEmpty = false; ///< known to be empty
     bool m_othersAreIdle = false; ///< known to be idle, all cars but the player's
 
@@ -158,4 +160,5 @@ private:
         ZEP::Session type;
     };
     std::optional<KnownSessionType> m_sessionType;
+    std::optional<CarSessionInfo> m_sessionInfo; ///< of the last lap that was closed
 };

@@ -25,7 +25,7 @@ ZEP::Lap *iRTelemetryReader::myLap()
     return hasMyCar() ? &lap(m_myCarIdx) : new ZEP::Lap;
 }
 
-qint64 iRTelemetryReader::mySamples() const
+qint64 iRTelemetryReader::collectedSamples() const
 {
     if (!m_layout || !hasMyCar())
         return 0;
@@ -42,6 +42,8 @@ void iRTelemetryReader::processLap(int index, bool completed)
     ZEP::Lap &lap = car.lap;
     if (lap.isEmpty())
         return;
+    if (index != m_myCarIdx)
+        forgetIdleCars();
 
     if (car.previous.carStatus == CarStatusLapDone)
         lap.setLapType(ZEP::LapTypeTimed);
@@ -70,7 +72,7 @@ void iRTelemetryReader::processLap(int index, bool completed)
     lap.setStintInSession(car.previous.stintCount);
     lap.setCompleted(completed);
     lap.setCalculatedValue(QStringLiteral("DateTime"), QDateTime::currentDateTime(), QString());
-    lap.removeCalculatedValue(QStringLiteral("maxLapDistPct"));
+    lap.removeCalculatedValue(CarTracker::maxLapDistPctName());
 
     getSessionInfo(index, &lap);
     cleanupLap(index);
@@ -78,6 +80,7 @@ void iRTelemetryReader::processLap(int index, bool completed)
     for (const char *counter :
          {"lapcurrentlaptime", "energybatterytomgu_klap", "energymgu_klapdeploypct"})
         normalizeChannelBeginning(index, QLatin1String(counter));
+    // The host keeps the lap; what growing took beyond it is given back.
     const QList<QString> names = lap.getAvailableChannels();
     for (const QString &name : names)
         lap.channel(name)->data.squeeze();

@@ -4,6 +4,7 @@
 #include "reader/recordlayout.h"
 
 #include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -70,19 +71,15 @@ bool RecordBlock::isFull() const
 
 void RecordBlock::flushInto(ZEP::Lap *lap, const RecordLayout &layout)
 {
-    if (maxLapDistPct) {
-        lap->setCalculatedValue(QStringLiteral("maxLapDistPct"), *maxLapDistPct, QString());
-        maxLapDistPct.reset();
-    }
     if (m_count == 0)
         return;
 
     const QList<QString> channels = lap->getAvailableChannels();
     if (channels.isEmpty()) {
         for (const RecordLayout::Column &column : layout.columns()) {
-            auto channel = new ZEP::Channel;
+            auto channel = std::make_unique<ZEP::Channel>();
             channel->setUnit(column.unit);
-            lap->addChannel(channel, column.name);
+            lap->addChannel(channel.release(), column.name);
         }
         appendColumns(lap, layout);
     } else if (channels == layout.columnNames()) {
@@ -96,11 +93,10 @@ void RecordBlock::flushInto(ZEP::Lap *lap, const RecordLayout &layout)
 
 void RecordBlock::startWith(RecordBlock *next)
 {
-    // Copied, not swapped: a few records at most, and only one block grows to the size of a lap.
+    // Copied, not swapped: as a rule a few records, and only one block grows to the size of a lap.
     m_records.assign(next->m_records.begin(), next->m_records.end());
     m_count = next->m_count;
     m_recorded = next->m_recorded;
-    maxLapDistPct = next->maxLapDistPct;
     next->clear();
 }
 
@@ -145,5 +141,4 @@ void RecordBlock::clear()
     m_records.clear();
     m_count = 0;
     m_recorded = 0;
-    maxLapDistPct.reset();
 }

@@ -2,12 +2,10 @@
 
 #include <QtGlobal>
 
-#include <optional>
 #include <vector>
 
 namespace ZEP {
 class Lap;
-class Sample;
 } // namespace ZEP
 class RecordLayout;
 
@@ -26,14 +24,11 @@ public:
     void append(const char *record, const RecordLayout &layout);
     /// True when the block should be flushed before it takes more memory.
     bool isFull() const;
-    /// Moves the records, and maxLapDistPct, into \a lap.
+    /// Moves the records into \a lap.
     void flushInto(ZEP::Lap *lap, const RecordLayout &layout);
 
     /// Takes over all of \a next, which is empty afterwards; drops what the block held.
     void startWith(RecordBlock *next);
-
-    /// The greatest lap fraction of the lap, where the block knows better than the lap.
-    std::optional<float> maxLapDistPct;
 
 private:
     void appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const;

@@ -79,30 +79,53 @@ ZEP::Session sessionFromName(const QString &name)
     return ZEP::SessionNotSet;
 }
 
-void addWeekendInfo(ZEP::Lap *lap, const TStringTree &weekend)
+CarSessionInfo::Weekend readWeekend(const TStringTree &weekend, ZEP::DynamicData *values)
 {
     const auto text = [&weekend](const char *key) { return weekend.pathValue(QLatin1String(key)); };
 
-    lap->setTrackName(text("TrackDisplayName"));
-    lap->setSessionId(iRTelemetryReader::sessionId(text("SessionID") + text("SubSessionID")));
-    lap->setTrackConfig(text("TrackConfigName"));
     for (const NamedKey &entry : WeekendTexts)
-        lap->addValue(QLatin1String(entry.name), text(entry.key), QString());
+        values->addValue(QLatin1String(entry.name), text(entry.key), QString());
     for (const NamedKey &entry : WeekendMeasurements)
-        lap->addValue(QLatin1String(entry.name), measurement(text(entry.key)));
-    lap->addValue(QStringLiteral("YawOffset"), measurement(text("TrackNorthOffset")).value,
-                  QString());
+        values->addValue(QLatin1String(entry.name), measurement(text(entry.key)));
+    values->addValue(QStringLiteral("YawOffset"), measurement(text("TrackNorthOffset")).value,
+                     QString());
+    const QString id = text("SessionID") + text("SubSessionID");
+    return {text("TrackDisplayName"), text("TrackConfigName"), iRTelemetryReader::sessionId(id)};
 }
 
-void addDriverInfo(ZEP::Lap *lap, const TStringTree &driver)
+CarSessionInfo::Driver readDriver(const TStringTree &driver, ZEP::DynamicData *values)
 {
     const auto text = [&driver](const char *key) { return driver.value(QLatin1String(key)); };
 
-    lap->setDriverName(text("UserName"));
-    lap->setCarName(text("CarScreenName"));
     for (const NamedKey &entry : DriverTexts)
-        lap->addValue(QLatin1String(entry.name), text(entry.key), QString());
-    lap->addValue(QStringLiteral("Licence color"), licenceColor(text("LicColor")), QString());
+        values->addValue(QLatin1String(entry.name), text(entry.key), QString());
+    values->addValue(QStringLiteral("Licence color"), licenceColor(text("LicColor")), QString());
+    return {text("UserName"), text("CarScreenName")};
+}
+
+/// \a level is the fuel entry of the car's setup.
+void readFuel(const TStringTree &driverInfo, const QString &level, ZEP::DynamicData *values)
+{
+    const auto number = [&driverInfo](const char *key) {
+        return driverInfo.value(QLatin1String(key)).toDouble();
+    };
+    const double maxPct = number("DriverCarMaxFuelPct");
+    const double maxLevel = number("DriverCarFuelMaxLtr") * maxPct;
+    const double kgPerLitre = number("DriverCarFuelKgPerLtr");
+    values->addValue(QStringLiteral("Maximum fuel level"), maxLevel, QStringLiteral("l"));
+    values->addValue(QStringLiteral("Maximum fuel percent"), maxPct, QStringLiteral("pu"));
+    if (!qFuzzyIsNull(kgPerLitre)) {
+        values->addValue(QStringLiteral("Kg per fuel litre"), kgPerLitre, QString());
+        values->addValue(QStringLiteral("Maximum fuel weight"), maxLevel * kgPerLitre,
+                         QStringLiteral("kg"));
+    }
+
+    const QStringList parts = level.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    if (parts.size() == 2) {
+        const bool isWeight = parts.last() == QLatin1String("kg");
+        values->addValue(QStringLiteral("Preferred fuel unit"),
+                         isWeight ? QStringLiteral("weight") : QStringLiteral("volume"), QString());
+    }
 }
 
 } // namespace
@@ -115,49 +138,71 @@ QUuid iRTelemetryReader::sessionId(const QString &text)
     return QUuid(digits);
 }
 
-void iRTelemetryReader::getSessionInfo(int car, ZEP::Lap *lap)
+void CarSessionInfo::copyTo(ZEP::Lap *lap) const
 {
     lap->setCarId(car);
-    if (const TStringTree *weekend = sub(QStringLiteral("WeekendInfo")))
-        addWeekendInfo(lap, *weekend);
-    if (const TStringTree *driverInfo = sub(QStringLiteral("DriverInfo"))) {
-        if (car == m_myCarIdx)
-            addFuelValues(lap, *driverInfo);
-        const QString path = QLatin1String("Drivers/") % QString::number(car);
-        if (const TStringTree *driver = driverInfo->pathSub(path))
-            addDriverInfo(lap, *driver);
+    if (weekend) {
+        lap->setTrackName(weekend->trackName);
+        lap->setSessionId(weekend->sessionId);
+        lap->setTrackConfig(weekend->trackConfig);
     }
-
-    const QString sessionName = sessionTypeName(sessionNumber());
-    lap->addValue(QStringLiteral("Session name"), sessionName, QString());
-    const ZEP::Session session = sessionFromName(sessionName);
+    if (driver) {
+        lap->setDriverName(driver->driverName);
+        lap->setCarName(driver->carName);
+    }
     if (session != ZEP::SessionNotSet)
         lap->setSession(session);
+
+    if (lap->valueNameList().isEmpty()) {
+        static_cast<ZEP::DynamicData &>(*lap) = values;
+        return;
+    }
+    const QList<QString> names = values.valueNameList();
+    for (const QString &name : names)
+        lap->addValue(name, values.value(name));
 }
 
-void iRTelemetryReader::addFuelValues(ZEP::Lap *lap, const TStringTree &driverInfo) const
+void iRTelemetryReader::getSessionInfo(int car, ZEP::Lap *lap)
 {
-    const auto number = [&driverInfo](const char *key) {
-        return driverInfo.value(QLatin1String(key)).toDouble();
-    };
-    const double maxPct = number("DriverCarMaxFuelPct");
-    const double maxLevel = number("DriverCarFuelMaxLtr") * maxPct;
-    const double kgPerLitre = number("DriverCarFuelKgPerLtr");
-    lap->addValue(QStringLiteral("Maximum fuel level"), maxLevel, QStringLiteral("l"));
-    lap->addValue(QStringLiteral("Maximum fuel percent"), maxPct, QStringLiteral("pu"));
-    if (!qFuzzyIsNull(kgPerLitre)) {
-        lap->addValue(QStringLiteral("Kg per fuel litre"), kgPerLitre, QString());
-        lap->addValue(QStringLiteral("Maximum fuel weight"), maxLevel * kgPerLitre,
-                      QStringLiteral("kg"));
-    }
+    sessionInfo(car, sessionNumber()).copyTo(lap);
+}
 
-    const QString level = pathValue(QStringLiteral("CarSetup/Chassis/Rear/FuelLevel"));
-    const QStringList parts = level.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    if (parts.size() == 2) {
-        const bool isWeight = parts.last() == QLatin1String("kg");
-        lap->addValue(QStringLiteral("Preferred fuel unit"),
-                      isWeight ? QStringLiteral("weight") : QStringLiteral("volume"), QString());
+const CarSessionInfo &iRTelemetryReader::sessionInfo(int car, int sessionNumber)
+{
+    if (!isCompiled() || !m_sessionInfo || m_sessionInfo->car != car)
+        m_sessionInfo = readSessionInfo(car);
+    if (m_sessionInfo->sessionNumber != sessionNumber) {
+        const QString name = sessionTypeName(sessionNumber);
+        m_sessionInfo->sessionNumber = sessionNumber;
+        m_sessionInfo->session = sessionFromName(name);
+        m_sessionInfo->values.addValue(QStringLiteral("Session name"), name, QString());
     }
+    return *m_sessionInfo;
+}
+
+/// All that does not depend on the session being driven.
+CarSessionInfo iRTelemetryReader::readSessionInfo(int car) const
+{
+    CarSessionInfo info;
+    info.car = car;
+    if (const TStringTree *weekend = sub(QStringLiteral("WeekendInfo")))
+        info.weekend = readWeekend(*weekend, &info.values);
+    if (const TStringTree *driverInfo = sub(QStringLiteral("DriverInfo"))) {
+        if (car == m_myCarIdx) {
+            const QString level = pathValue(QStringLiteral("CarSetup/Chassis/Rear/FuelLevel"));
+            readFuel(*driverInfo, level, &info.values);
+        }
+        const QString path = QLatin1String("Drivers/") % QString::number(car);
+        if (const TStringTree *driver = driverInfo->pathSub(path))
+            info.driver = readDriver(*driver, &info.values);
+    }
+    return info;
+}
+
+void iRTelemetryReader::forgetSessionInfo()
+{
+    m_sessionType.reset();
+    m_sessionInfo.reset();
 }
 
 /// The number of the session at this tick of the player's car; 0 when it is missing.
@@ -165,8 +210,8 @@ int iRTelemetryReader::sessionNumber() const
 {
     if (!hasMyCar())
         return 0;
-    if (const char *record = myRecord(m_myCarIdx))
-        return TickValues::sessionNumber(RecordSource(*m_layout, record));
+    if (const char *raw = record(m_myCarIdx))
+        return TickValues::sessionNumber(RecordSource(*m_layout, raw));
     return TickValues::sessionNumber(SampleSource(m_cars.at(m_myCarIdx).sample));
 }
 
@@ -183,6 +228,7 @@ ZEP::Session iRTelemetryReader::sessionType(int sessionNumber)
     if (isCompiled() && m_sessionType && m_sessionType->sessionNumber == sessionNumber)
         return m_sessionType->type;
     const ZEP::Session type = sessionFromName(sessionTypeName(sessionNumber));
-    m_sessionType = KnownSessionType{sessionNumber, type};
+    if (isCompiled())
+        m_sessionType = KnownSessionType{sessionNumber, type};
     return type;
 }

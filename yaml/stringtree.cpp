@@ -2,6 +2,8 @@
 
 #include <QStringList>
 
+#include <memory>
+
 namespace {
 
 QStringList segments(const QString &path)
@@ -20,23 +22,30 @@ TStringTree::~TStringTree()
 
 void TStringTree::clear()
 {
-    // A list instead of recursion: a tree may be as deep as its text is long.
-    QList<TStringTree *> doomed = subTrees.values();
-    subTrees.clear();
-    while (!doomed.isEmpty()) {
-        TStringTree *node = doomed.takeLast();
-        doomed += node->subTrees.values();
-        node->subTrees.clear();
-        delete node;
+    // Neither recursion, since a tree may be as deep as its text is long, nor memory, since this
+    // may run because there is none left.
+    TStringTree *node = this;
+    while (node != this || !node->subTrees.isEmpty()) {
+        if (node->subTrees.isEmpty()) {
+            TStringTree *parent = node->parentNode;
+            delete node;
+            node = parent;
+        } else {
+            const auto first = node->subTrees.begin();
+            TStringTree *child = *first;
+            node->subTrees.erase(first);
+            node = child;
+        }
     }
 }
 
 TStringTree *TStringTree::addSub(const QString &name)
 {
-    TStringTree *&node = subTrees[name];
-    if (!node)
-        node = new TStringTree(this);
-    return node;
+    if (TStringTree *known = sub(name))
+        return known;
+    auto node = std::make_unique<TStringTree>(this);
+    subTrees.insert(name, node.get());
+    return node.release();
 }
 
 TStringTree *TStringTree::pathSub(const QString &path) const

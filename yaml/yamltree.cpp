@@ -1,7 +1,5 @@
 #include "yaml/yamltree.h"
 
-#include <QStringList>
-
 #include <cstring>
 
 namespace {
@@ -42,18 +40,20 @@ void LineReader::read(const QString &line)
         return;
 
     const int indentation = TYamlTree::countLeadingSpaces(line, m_isListItem);
-    const QStringList parts =
-        line.split(QStringLiteral(": "), Qt::KeepEmptyParts, Qt::CaseSensitive);
-    const bool isPair = parts.size() == 2;
+    const QLatin1String separator(": ");
+    const int first = line.indexOf(separator);
+    const int last = line.lastIndexOf(separator);
+    const bool isPair = first >= 0 && first == last;
+    const QString lastPart = last < 0 ? line : line.mid(last + separator.size());
     const bool isDedent = m_indentation > indentation;
 
     for (int level = m_indentation; level > indentation && m_node->hasParent(); --level)
         leaveNode();
 
     if (m_isListItem && (isDedent || isPair))
-        enterListItem(parts.last());
+        enterListItem(lastPart);
     else if (isPair)
-        storeValue(parts.first(), parts.last());
+        storeValue(line.left(first), lastPart);
     else
         enterKey(line, indentation);
     m_indentation = indentation;
