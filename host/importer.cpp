@@ -1,0 +1,85 @@
+#include "host/importer.h"
+
+#include "host/pluginregistry.h"
+#include "host/terminal.h"
+#include "plugin/zepplugininterfaceimport.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+/// Why \a fileName is no file to read; empty if it is one.
+QString obstacle(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    if (!info.exists())
+        return QStringLiteral("no such file; check the path");
+    if (info.isDir())
+        return QStringLiteral("is a folder; name the recordings in it");
+    // Opening a pipe or a device might wait for ever.
+    if (!info.isFile())
+        return QStringLiteral("is not an ordinary file; copy its content to one");
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return QLatin1String("cannot be read (") % file.errorString()
+            % QLatin1String("); check its permissions");
+    return QString();
+}
+
+} // namespace
+
+Importer::Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbose)
+    : m_plugins(plugins), m_terminal(terminal), m_verbose(verbose)
+{
+}
+
+std::optional<ImportedFile> Importer::import(const QString &fileName)
+{
+    const auto complain = [&](const QString &text) {
+        m_terminal.complain(fileName % QLatin1String(": ") % text);
+    };
+
+    const QString reason = obstacle(fileName);
+    if (!reason.isEmpty()) {
+        complain(reason);
+        return std::nullopt;
+    }
+    const PluginRegistry::Match match = m_plugins.match(fileName);
+    if (!match.interface) {
+        complain(QLatin1String("no plug-in imports files of such a name; the formats are ")
+                 % m_plugins.formats().join(QLatin1String(", ")));
+        return std::nullopt;
+    }
+
+    const auto withName = [&](const QString &message) {
+        return message.contains(fileName) ? message
+                                          : QString(fileName % QLatin1String(": ") % message);
+    };
+    QStringList errors;
+    const auto receive = [&](const QString &message, int level) {
+        if (level < 0)
+            errors.append(withName(message));
+        else if (m_verbose)
+            m_terminal.complain(withName(message));
+    };
+    const auto connection =
+        QObject::connect(match.interface->dataEmitter(), &ZepDataEmitter::sendMessage, receive);
+    const QVector<ZEP::Lap *> laps = match.interface->import(fileName, match.format, {});
+    QObject::disconnect(connection);
+
+    ImportedFile result{fileName, match.format, {}};
+    for (ZEP::Lap *lap : laps)
+        result.laps.emplace_back(lap);
+    if (result.laps.empty()) {
+        if (errors.isEmpty())
+            errors.append(withName(QStringLiteral("holds no laps")));
+        errors.last() += QLatin1String("; check that the file is a complete \"") % match.format
+            % QLatin1Char('"');
+    }
+    for (const QString &error : errors)
+        m_terminal.complain(error);
+    if (result.laps.empty())
+        return std::nullopt;
+    return result;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "model/lap.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+class PluginRegistry;
+class Terminal;
+
+using Laps = std::vector<std::unique_ptr<ZEP::Lap>>;
+
+/// What the import of one file gave: at least one lap, in the order of the plug-in.
+struct ImportedFile {
+    QString fileName;
+    QString format;
+    Laps laps;
+};
+
+/// Imports files with the plug-in that fits each, and shows the messages of the plug-ins.
+class Importer
+{
+public:
+    /// Both have to outlive the importer. Errors go to \a terminal, and with \a verbose information
+    /// as well.
+    Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbose);
+
+    /// Imports \a fileName. Without any lap the result is empty, and a line on standard error has
+    /// named the file and the reason.
+    std::optional<ImportedFile> import(const QString &fileName);
+
+private:
+    const PluginRegistry &m_plugins;
+    Terminal &m_terminal;
+    bool m_verbose;
+};

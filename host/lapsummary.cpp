@@ -1,0 +1,127 @@
+#include "host/lapsummary.h"
+
+namespace {
+
+constexpr int NoTimeMark = 3599000;
+
+std::optional<Quantity> topSpeed(const ZEP::Lap &lap)
+{
+    const auto channel = lap.channel(QStringLiteral("speed"));
+    if (!channel)
+        return std::nullopt;
+    std::optional<Quantity> top;
+    for (int i = 0; i < channel->data.size(); ++i) {
+        const double speed = channel->sample(i);
+        if (channel->isValid(i) && (!top || speed > top->value))
+            top = Quantity{speed, channel->unit()};
+    }
+    return top;
+}
+
+std::optional<Quantity> fuelUsed(const ZEP::Lap &lap)
+{
+    const auto channel = lap.channel(QStringLiteral("fuellevel"));
+    if (!channel)
+        return std::nullopt;
+    int first = 0;
+    int last = channel->data.size() - 1;
+    while (first <= last && !channel->isValid(first))
+        ++first;
+    while (last >= first && !channel->isValid(last))
+        --last;
+    if (first > last)
+        return std::nullopt;
+    return Quantity{channel->sample(first) - channel->sample(last), channel->unit()};
+}
+
+/// The index of the fastest timed lap, or -1.
+int bestLap(const Laps &laps)
+{
+    int best = -1;
+    std::optional<int> bestTime;
+    for (int i = 0; i < int(laps.size()); ++i) {
+        const ZEP::Lap &lap = *laps[std::size_t(i)];
+        const std::optional<int> time = lapTime(lap);
+        if (lapKind(lap) == LapKind::Timed && time && (!bestTime || *time < *bestTime)) {
+            best = i;
+            bestTime = time;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+QString lapKindName(LapKind kind)
+{
+    switch (kind) {
+    case LapKind::Timed:
+        return QStringLiteral("timed");
+    case LapKind::OutLap:
+        return QStringLiteral("out-lap");
+    case LapKind::Unfinished:
+        return QStringLiteral("unfinished");
+    case LapKind::Empty:
+        return QStringLiteral("empty");
+    case LapKind::Other:
+        break;
+    }
+    return QStringLiteral("other");
+}
+
+std::optional<int> lapTime(const ZEP::Lap &lap)
+{
+    if (!lap.getLapTime().isValid())
+        return std::nullopt;
+    const int time = lap.getLapTime().msecsSinceStartOfDay();
+    return time == NoTimeMark ? std::nullopt : std::optional<int>(time);
+}
+
+LapKind lapKind(const ZEP::Lap &lap)
+{
+    if (lap.size() == 0)
+        return LapKind::Empty;
+    if (!lap.getCompleted())
+        return LapKind::Unfinished;
+    switch (lap.getLapType()) {
+    case ZEP::LapTypeOutLap:
+        return LapKind::OutLap;
+    case ZEP::LapTypeTimed:
+        return LapKind::Timed;
+    case ZEP::LapTypeNotSet:
+        break;
+    }
+    return LapKind::Other;
+}
+
+QVector<LapSummary> summarize(const Laps &laps)
+{
+    const int best = bestLap(laps);
+    QVector<LapSummary> summaries;
+    for (int i = 0; i < int(laps.size()); ++i) {
+        const ZEP::Lap &lap = *laps[std::size_t(i)];
+        LapSummary summary;
+        summary.kind = lapKind(lap);
+        summary.time = lapTime(lap);
+        if (best >= 0 && summary.time)
+            summary.gap = *summary.time - *lapTime(*laps[std::size_t(best)]);
+        summary.isBest = i == best;
+        summary.topSpeed = topSpeed(lap);
+        summary.fuelUsed = fuelUsed(lap);
+        summaries.append(summary);
+    }
+    return summaries;
+}
+
+int representativeLap(const Laps &laps)
+{
+    const int best = bestLap(laps);
+    if (best >= 0)
+        return best;
+    int longest = 0;
+    for (int i = 1; i < int(laps.size()); ++i) {
+        if (laps[std::size_t(i)]->size() > laps[std::size_t(longest)]->size())
+            longest = i;
+    }
+    return longest;
+}

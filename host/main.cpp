@@ -1,0 +1,81 @@
+#include "host/channelscommand.h"
+#include "host/formatscommand.h"
+#include "host/infocommand.h"
+#include "host/lapscommand.h"
+#include "host/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace {
+
+int exitStatus(ExitCode code)
+{
+    return static_cast<int>(code);
+}
+
+/// What is wrong with the command line, and where to read on.
+std::string usageError(const CLI::App &program, const CLI::ParseError &error,
+                       const std::string &firstArgument)
+{
+    const std::vector<CLI::App *> chosen = program.get_subcommands();
+    if (!chosen.empty())
+        return std::string(error.what()) + "; see zepimport " + chosen.front()->get_name()
+            + " --help";
+    if (firstArgument.empty())
+        return "a command is missing; see zepimport --help";
+    return "there is no command '" + firstArgument + "'; see zepimport --help";
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    // File names and output are UTF-8 also where the locale knows only ASCII.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+
+    std::vector<std::unique_ptr<Command>> commands;
+    commands.push_back(std::make_unique<LapsCommand>());
+    commands.push_back(std::make_unique<InfoCommand>());
+    commands.push_back(std::make_unique<ChannelsCommand>());
+    commands.push_back(std::make_unique<FormatsCommand>());
+
+    CLI::App program("Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",
+                     "zepimport");
+    program.set_version_flag("--version", "zepimport " ZEPIMPORT_VERSION);
+    program.require_subcommand(1);
+    program.footer("`zepimport COMMAND --help` tells more, with examples.");
+    std::vector<std::pair<CLI::App *, Command *>> declared;
+    for (const auto &command : commands)
+        declared.emplace_back(command->declare(program), command.get());
+
+    Terminal terminal;
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        if (error.get_exit_code() == 0)
+            return program.exit(error);
+        terminal.complain(
+            QString::fromStdString(usageError(program, error, argc > 1 ? argv[1] : "")));
+        return exitStatus(ExitCode::WrongUse);
+    }
+
+    ExitCode result = ExitCode::Success;
+    for (const auto &[parsed, command] : declared) {
+        if (parsed->parsed())
+            result = command->run(terminal);
+    }
+    if (!terminal.flush()) {
+        terminal.complain(QStringLiteral("the output could not be written; is the disk full?"));
+        return exitStatus(ExitCode::Failure);
+    }
+    return exitStatus(result);
+}

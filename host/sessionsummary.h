@@ -1,0 +1,24 @@
+#pragma once
+
+#include "host/importer.h"
+#include "model/lapheader.h"
+
+#include <QDateTime>
+#include <QString>
+
+/// Where, in what, by whom and when the laps of a file were driven; texts are empty if not known.
+struct SessionSummary {
+    QString track;
+    QString configuration; ///< layout of the track
+    QString car;
+    QString driver;
+    QString session; ///< as the source names it, else sessionName()
+    QDateTime date; ///< of the lap, else when the file was last changed
+    bool isFileDate = false; ///< \a date is that of the file
+};
+
+/// "race", "practice" and so on; empty if it is not set.
+QString sessionName(ZEP::Session session);
+
+/// As the representative lap of \a file tells.
+SessionSummary sessionSummary(const ImportedFile &file);

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+/// Columns that \a text takes on a terminal: none for combining marks, two for wide characters.
+int displayWidth(const QString &text);
+
+/// \a text if it takes at most \a width columns, else its beginning and "…"; \a width is at
+/// least 1.
+QString elided(const QString &text, int width);
+
+/// \a text on one line and without anything that a terminal would obey: every control character
+/// becomes U+FFFD. Recordings are somebody else's data.
+QString printable(const QString &text);
