@@ -24,7 +24,7 @@ enum Session : qint32 {
 enum LapType : qint32 {
     LapTypeNotSet = -1,
     LapTypeOutLap = 0, ///< the first lap of a stint
-    LapTypeTimed = 1, ///< a lap that began at the line
+    LapTypeTimed = 1, ///< a later lap of a stint
 };
 
 /// Who drove a lap, where, in which car and session, when and how fast, and where it was read from;

@@ -54,9 +54,13 @@ ZEP::Value measurement(const QString &text)
 /// The colour of a licence ("0xfc0706"); invalid for text that names none.
 QColor licenceColor(QString text)
 {
-    QColor color;
-    color.setNamedColor(text.replace(QLatin1String("0x"), QLatin1String("#")));
-    return color;
+    // No colour has a name as long as that, and replacing is slow in long text.
+    constexpr int MaxName = 255;
+    if (text.size() > 2 * MaxName)
+        return QColor();
+    text.replace(QLatin1String("0x"), QLatin1String("#"));
+    // Asked first: setting a name that is not known writes a warning.
+    return QColor::isValidColor(text) ? QColor(text) : QColor();
 }
 
 ZEP::Session sessionFromName(const QString &name)
