@@ -1,0 +1,118 @@
+#include "tests/hosttest/zepimportprocess.h"
+
+#include <QProcess>
+#include <QProcessEnvironment>
+
+#include <fcntl.h>
+#include <linux/capability.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace {
+
+/// The two ends of a terminal; none for a width of 0.
+class Terminal
+{
+public:
+    explicit Terminal(int width)
+    {
+        if (width == 0)
+            return;
+        m_master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+        if (m_master < 0 || grantpt(m_master) != 0 || unlockpt(m_master) != 0)
+            qFatal("no terminal to be had");
+        m_slave = open(ptsname(m_master), O_RDWR | O_NOCTTY | O_CLOEXEC);
+        winsize size{};
+        size.ws_row = 25;
+        size.ws_col = static_cast<unsigned short>(width);
+        if (m_slave < 0 || ioctl(m_slave, TIOCSWINSZ, &size) != 0)
+            qFatal("no terminal to be had");
+    }
+    Terminal(const Terminal &) = delete;
+    Terminal &operator=(const Terminal &) = delete;
+    ~Terminal()
+    {
+        if (m_master >= 0)
+            close(m_master);
+        if (m_slave >= 0)
+            close(m_slave);
+    }
+
+    int slave() const { return m_slave; }
+
+    /// What was written since the last call.
+    QByteArray read() const
+    {
+        QByteArray result;
+        char buffer[4096];
+        if (m_master < 0)
+            return result;
+        for (ssize_t n = 1; n > 0;) {
+            n = ::read(m_master, buffer, sizeof buffer);
+            if (n > 0)
+                result.append(buffer, static_cast<int>(n));
+        }
+        return result;
+    }
+
+private:
+    int m_master = -1;
+    int m_slave = -1;
+};
+
+class Process : public QProcess
+{
+public:
+    int output = -1; ///< descriptor to become standard output
+
+protected:
+    void setupChildProcess() override
+    {
+        if (output >= 0)
+            dup2(output, STDOUT_FILENO);
+        // Fails for an ordinary user, whom permissions bind anyway.
+        prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+        prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+    }
+};
+
+} // namespace
+
+Outcome ZepimportProcess::run() const
+{
+    QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
+    variables.remove(QStringLiteral("ZEP_PLUGIN_PATH"));
+    variables.remove(QStringLiteral("NO_COLOR"));
+    variables.insert(QStringLiteral("TERM"), QStringLiteral("xterm"));
+    for (const QString &variable : environment)
+        variables.insert(variable.section(QLatin1Char('='), 0, 0),
+                         variable.section(QLatin1Char('='), 1));
+
+    const Terminal terminal(terminalWidth);
+    Process process;
+    process.output = terminal.slave();
+    process.setProcessEnvironment(variables);
+    process.setWorkingDirectory(folder);
+    if (!outputFile.isEmpty())
+        process.setStandardOutputFile(outputFile);
+    process.start(program.isEmpty() ? QStringLiteral(ZEPIMPORT_PATH) : program, arguments);
+
+    Outcome outcome;
+    QByteArray shown;
+    for (int i = 0; i < 600 && !process.waitForFinished(100); ++i) {
+        shown += terminal.read();
+        if (process.state() == QProcess::NotRunning)
+            break;
+    }
+    shown += terminal.read();
+    if (process.state() == QProcess::NotRunning && process.error() != QProcess::FailedToStart
+        && process.exitStatus() == QProcess::NormalExit)
+        outcome.exitCode = process.exitCode();
+    outcome.output = QString::fromUtf8(terminalWidth > 0 ? shown.replace("\r\n", "\n")
+                                                         : process.readAllStandardOutput());
+    outcome.errors = QString::fromUtf8(process.readAllStandardError());
+    return outcome;
+}
