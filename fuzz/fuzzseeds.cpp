@@ -1,0 +1,99 @@
+// Writes the first inputs of all fuzz targets: fuzzseeds FOLDER makes FOLDER/<target>/*.
+
+#include "tests/randomrecording.h"
+#include "tools/recording.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+
+namespace {
+
+/// Longer inputs say nothing that shorter ones do not, and cost time.
+constexpr int MaxSeedSize = 10 * 1024;
+
+class SeedFolder
+{
+public:
+    SeedFolder(const QString &folder, const char *target)
+        : m_dir(folder % QLatin1Char('/') % QLatin1String(target))
+    {
+        m_dir.mkpath(QStringLiteral("."));
+    }
+
+    void add(const QByteArray &input)
+    {
+        if (input.size() > MaxSeedSize)
+            return;
+        QFile file(m_dir.filePath(QString::number(m_count++)));
+        if (!file.open(QIODevice::WriteOnly) || file.write(input) != input.size())
+            qFatal("cannot write %s", qPrintable(file.fileName()));
+    }
+
+private:
+    QDir m_dir;
+    int m_count = 0;
+};
+
+/// A start, three short laps and part of another.
+QByteArray shortSession(const QByteArray &type)
+{
+    Recording recording;
+    recording.sessionInfo(Recording::plainSessionInfo(type));
+    recording.set("SessionState", 1).set("LapDistPct", 0.9).set("IsOnTrack", true).ticks(2);
+    recording.set("OnPitRoad", true).ticks(2).set("OnPitRoad", false).set("SessionState", 4);
+    for (int lap = 0; lap < 4; ++lap) {
+        recording.set("Lap", lap + 1).set("LapLastLapTime", lap < 2 ? -1.0 : 11.0);
+        recording.ticks(lap < 3 ? 12 : 5, [](Recording &r, int tick) {
+            r.set("LapDistPct", tick / 12.0).set("LapCurrentLapTime", 0.1 + tick);
+        });
+    }
+    return recording.bytes();
+}
+
+void writeSeeds(const QString &folder)
+{
+    SeedFolder imports(folder, "fuzz_import");
+    SeedFolder texts(folder, "fuzz_sessioninfo");
+    for (const char *type : {"Race", "Practice", "Offline testing"}) {
+        imports.add(shortSession(type));
+        texts.add(Recording::plainSessionInfo(type));
+    }
+    for (std::uint32_t seed = 0; seed < 60; ++seed) {
+        const RandomRecording recording(seed);
+        texts.add(recording.sessionInfo());
+        imports.add(recording.file().left(MaxSeedSize));
+    }
+
+    SeedFolder tables(folder, "fuzz_table");
+    SeedFolder drives(folder, "fuzz_ticks");
+    for (int seed = 0; seed < 40; ++seed) {
+        QByteArray bytes;
+        for (int i = 0; i < 160; ++i)
+            bytes.append(static_cast<char>((seed * 37 + i * (seed + 3) * 11) >> (i % 3)));
+        tables.add(bytes);
+        drives.add(bytes);
+    }
+    // Race and practice, on track all the time, lap after lap.
+    for (const char type : {'\0', '\1', '\2', '\3'}) {
+        QByteArray drive(1, type);
+        drive.append(char(0)).append(char(0)).append(char(0x18)).append(char(0x17));
+        drive.append(char(0xf0)).append(char(0x48));
+        for (int lap = 0; lap < 4; ++lap)
+            drive.append(QByteArray(7, char(0xf0))).append(char(0x0e));
+        drives.add(drive);
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: fuzzseeds FOLDER\n");
+        return 2;
+    }
+    writeSeeds(QFile::decodeName(argv[1]));
+    return 0;
+}
