@@ -62,6 +62,8 @@ void iRTelemetryReader::compileVariables(const irsdk_header *header,
 void iRTelemetryReader::prepareTick()
 {
     m_tick.clear();
+    if (isMyLapReady() && !m_cars.at(m_myCarIdx).lapRecords.isEmpty())
+        flushLaps(); // what came behind the end of a lap belongs to its copies too
     if (m_othersAreIdle) {
         if (hasMyCar())
             m_cars[m_myCarIdx].prepareTick();

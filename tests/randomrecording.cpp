@@ -248,7 +248,7 @@ QByteArray makeFile(Random *random, Recording recording, double wildness)
     constexpr std::array odd = {-1, 0, 1, 143, 2147483647, -2147483647};
     const auto near = [random](int value) { return value + below(random, 41) - 20; };
     QByteArray bytes;
-    switch (below(random, 10)) {
+    switch (below(random, 12)) {
     case 0:
         bytes = recording.with(&irsdk_header::sessionInfoLen, pick(random, odd)).bytes();
         break;
@@ -278,6 +278,16 @@ QByteArray makeFile(Random *random, Recording recording, double wildness)
     case 8:
         bytes =
             recording.with(&irsdk_header::varHeaderOffset, near(header.varHeaderOffset)).bytes();
+        break;
+    case 9:
+        bytes = recording.with(&irsdk_header::sessionInfoLen, 0)
+                    .with(&irsdk_header::sessionInfoOffset, 2147483647)
+                    .bytes();
+        break;
+    case 10:
+        bytes = recording.with(&irsdk_header::numVars, 0)
+                    .with(&irsdk_header::varHeaderOffset, 2147483647)
+                    .bytes();
         break;
     default:
         bytes = recording.bytes();

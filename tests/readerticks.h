@@ -5,11 +5,15 @@
 
 #include <QByteArray>
 #include <QMap>
+#include <QMetaType>
 #include <QString>
 #include <QVariant>
+#include <QVector>
 
 /// The values of one car at one tick, without units.
 using TickMap = QMap<QString, QVariant>;
+
+Q_DECLARE_METATYPE(TickMap)
 
 /// \a values, with \a more in addition or instead.
 inline TickMap with(TickMap values, const TickMap &more)

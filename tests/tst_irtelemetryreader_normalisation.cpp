@@ -1,7 +1,7 @@
 // The repaired beginning of channels that count from zero in every lap.
 
+#include "tests/lapchannels.h"
 #include "tests/readerticks.h"
-#include "tests/samebits.h"
 
 #include <QTest>
 
@@ -14,17 +14,8 @@ using Samples = QVector<double>;
 namespace {
 
 constexpr int Car = 3;
-constexpr double None = 9.999999562023526e24;
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-
-ZEP::Channel *newChannel(const Samples &samples, const QString &unit = QString())
-{
-    auto *channel = new ZEP::Channel;
-    channel->data = samples;
-    channel->setUnit(unit);
-    return channel;
-}
 
 } // namespace
 
@@ -100,19 +91,22 @@ void tst_IrTelemetryReaderNormalisation::beginning_data()
     unchanged("reference is nearly zero", {5.0, 6.0, 1e-13}, {0.25, 0.5, 0.75});
     unchanged("reference is minus nearly zero", {5.0, 6.0, -1e-13}, {0.25, 0.5, 0.75});
 
-    row("missing at the end", {5.0, 2.0, None}, {0.25, 0.5, 0.75}, {0.25 * 2.0 / 0.5, 2.0, None});
-    row("missing before the end", {1.0, None, 2.0}, {0.25, 0.5, 1.0}, {1.0, 1.0, 2.0});
-    row("missing throughout, then a value", {None, None, 2.0}, {0.25, 0.5, 1.0}, {0.5, 1.0, 2.0});
-    unchanged("missing throughout", {None, None, None}, {0.25, 0.5, 1.0});
+    row("missing at the end", {5.0, 2.0, NoSample}, {0.25, 0.5, 0.75},
+        {0.25 * 2.0 / 0.5, 2.0, NoSample});
+    row("missing before the end", {1.0, NoSample, 2.0}, {0.25, 0.5, 1.0}, {1.0, 1.0, 2.0});
+    row("missing throughout, then a value", {NoSample, NoSample, 2.0}, {0.25, 0.5, 1.0},
+        {0.5, 1.0, 2.0});
+    unchanged("missing throughout", {NoSample, NoSample, NoSample}, {0.25, 0.5, 1.0});
     row("infinite", {Infinity, 2.0}, {0.25, 0.5}, {1.0, 2.0});
     unchanged("NaN is never repaired", {NaN, 2.0}, {0.25, 0.5});
     unchanged("nothing falls to NaN", {2.0, NaN}, {0.25, 0.5});
     row("NaN between", {3.0, NaN, 4.0, 2.0}, {0.125, 0.25, 0.375, 0.5}, {3.0, NaN, 1.5, 2.0});
 
     row("fraction is shorter", {4.0, 3.0, 2.0}, {0.25, 0.5},
-        {0.25 * 2.0 / None, 0.5 * 2.0 / None, 2.0});
+        {0.25 * 2.0 / NoSample, 0.5 * 2.0 / NoSample, 2.0});
     row("fraction is longer", {4.0, 2.0}, {0.25, 0.5, 0.75}, {1.0, 2.0});
-    row("fraction is missing at the repair", {4.0, 2.0}, {None, 0.5}, {None * 2.0 / 0.5, 2.0});
+    row("fraction is missing at the repair", {4.0, 2.0}, {NoSample, 0.5},
+        {NoSample * 2.0 / 0.5, 2.0});
     row("fraction falls", {4.0, 2.0}, {0.75, 0.25}, {6.0, 2.0});
 }
 

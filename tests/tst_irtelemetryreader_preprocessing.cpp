@@ -1,7 +1,7 @@
-// The corrected and derived channels of a finished lap.
+// The corrected channels of a finished lap, and the weight of its fuel.
 
+#include "tests/lapchannels.h"
 #include "tests/readerticks.h"
-#include "tests/samebits.h"
 
 #include <QTest>
 
@@ -15,21 +15,12 @@ namespace {
 
 constexpr int Player = 3;
 constexpr int Other = 7;
-constexpr double None = 9.999999562023526e24;
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 void prepare(iRTelemetryReader *reader)
 {
     reader->setYaml(sessionInfoOf(Player, {Player, Other}).constData());
     reader->updateCarList();
-}
-
-ZEP::Channel *newChannel(const Samples &samples, const QString &unit = QString())
-{
-    auto *channel = new ZEP::Channel;
-    channel->data = samples;
-    channel->setUnit(unit);
-    return channel;
 }
 
 } // namespace
@@ -44,33 +35,14 @@ private Q_SLOTS:
     void yawOffsetIsRemovedFromTheHeaderOnly_data();
     void yawOffsetIsRemovedFromTheHeaderOnly();
     void yawIsShiftedInPlace();
-
     void fuelWeight_data();
     void fuelWeight();
     void fuelWeightNeedsAFuelLevel();
     void fuelWeightReplacesWhatIsThere();
     void densityMayBeCalculated();
-
     void percentUnits_data();
     void percentUnits();
-    void percentUnitsOfDerivedChannels();
     void percentUnitsOfCalculatedChannelsStay();
-
-    void playersCarHasNoMotionChannels();
-    void motion_data();
-    void motion();
-    void motionUnits_data();
-    void motionUnits();
-    void motionNeedsPlaceAndTime_data();
-    void motionNeedsPlaceAndTime();
-    void trackLength_data();
-    void trackLength();
-    void trackLengthIsLookedUpAsAnyValue_data();
-    void trackLengthIsLookedUpAsAnyValue();
-    void motionReplacesWhatIsThere();
-    void standingClockMakesInfiniteSpeed();
-    void withoutAPlayerEveryCarMoves();
-    void sourcesStayAsTheyAre();
     void emptyLap();
 };
 
@@ -82,8 +54,8 @@ void tst_IrTelemetryReaderPreprocessing::yaw_data()
     QTest::addColumn<QVariant>("offset");
     QTest::addColumn<Samples>("samples");
 
-    const Samples plain{1.0, 2.0, None, -3.0};
-    const Samples shifted{1.5, 2.5, None + 0.5, -2.5};
+    const Samples plain{1.0, 2.0, NoSample, -3.0};
+    const Samples shifted{1.5, 2.5, NoSample + 0.5, -2.5};
     QTest::newRow("offset and channel") << "Yaw"
                                         << "yawOffset" << false << QVariant(0.5) << shifted;
     QTest::newRow("calculated offset") << "Yaw"
@@ -117,7 +89,7 @@ void tst_IrTelemetryReaderPreprocessing::yaw()
         iRTelemetryReader reader;
         prepare(&reader);
         ZEP::Lap &lap = reader.lap(car);
-        lap.addChannel(newChannel({1.0, 2.0, None, -3.0}, "rad"), channel);
+        lap.addChannel(newChannel({1.0, 2.0, NoSample, -3.0}, "rad"), channel);
         if (calculated)
             lap.setCalculatedValue(value, offset, "rad");
         else
@@ -183,10 +155,10 @@ void tst_IrTelemetryReaderPreprocessing::fuelWeight_data()
 
     QTest::newRow("plain") << Samples{10, 20} << QVariant(0.75) << true << Samples{7.5, 15};
     QTest::newRow("no ticks") << Samples{} << QVariant(0.75) << true << Samples{};
-    QTest::newRow("missing tick") << Samples{10, None, 20} << QVariant(0.75) << true
+    QTest::newRow("missing tick") << Samples{10, NoSample, 20} << QVariant(0.75) << true
                                   << Samples{7.5, 7.499999671517645e24, 15};
     QTest::newRow("missing tick, light fuel")
-        << Samples{None} << QVariant(0.1) << true << Samples{None * 0.1};
+        << Samples{NoSample} << QVariant(0.1) << true << Samples{NoSample * 0.1};
     QTest::newRow("infinite tick")
         << Samples{Infinity} << QVariant(0.75) << true << Samples{Infinity};
     QTest::newRow("negative density") << Samples{10} << QVariant(-0.75) << true << Samples{-7.5};
@@ -231,7 +203,7 @@ void tst_IrTelemetryReaderPreprocessing::fuelWeight()
         QCOMPARE(lap.containsValue("Kg per fuel litre"), density.isValid());
     }
     // Whether it counts as measured is decided by the number alone.
-    if (derived && level.value(0) == None)
+    if (derived && level.value(0) == NoSample)
         QCOMPARE(weight.first() < 1.0000000138484279e24, density.toDouble() <= 0.1);
 }
 
@@ -313,20 +285,6 @@ void tst_IrTelemetryReaderPreprocessing::percentUnits()
     }
 }
 
-/// The unit of the speed is made of that of the time after it was corrected.
-void tst_IrTelemetryReaderPreprocessing::percentUnitsOfDerivedChannels()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addValue("Track length", 1.0, "km");
-    lap.addChannel(newChannel({0, 1}, "%"), "lapdistpct");
-    lap.addChannel(newChannel({0, 1}, "%"), "sessiontime");
-    reader.preprocessLap(Other);
-    QCOMPARE(lap.channel("lapdistpct")->unit(), QString("pu"));
-    QCOMPARE(lap.channel("speed")->unit(), QString("m/pu"));
-}
-
 void tst_IrTelemetryReaderPreprocessing::percentUnitsOfCalculatedChannelsStay()
 {
     iRTelemetryReader reader;
@@ -339,264 +297,6 @@ void tst_IrTelemetryReaderPreprocessing::percentUnitsOfCalculatedChannelsStay()
     QCOMPARE(lap.calculatedChannel("throttle")->unit(), QString("%"));
     QCOMPARE(lap.value("Share").unit(), QString("%"));
     QCOMPARE(lap.calculatedValue("Share").unit(), QString("%"));
-}
-
-void tst_IrTelemetryReaderPreprocessing::playersCarHasNoMotionChannels()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Player);
-    lap.addValue("Track length", 2.0, "km");
-    lap.addChannel(newChannel({0, 0.1}), "lapdistpct");
-    lap.addChannel(newChannel({100, 101}), "sessiontime");
-    reader.preprocessLap(Player);
-    QCOMPARE(lap.getAvailableChannels(), (Names{"lapdistpct", "sessiontime"}));
-}
-
-void tst_IrTelemetryReaderPreprocessing::motion_data()
-{
-    QTest::addColumn<Samples>("pct");
-    QTest::addColumn<Samples>("time");
-    QTest::addColumn<Samples>("dt");
-    QTest::addColumn<Samples>("lapdist");
-    QTest::addColumn<Samples>("speed");
-
-    // The track is two kilometres long.
-    const auto row = [](const char *name, const Samples &pct, const Samples &time,
-                        const Samples &dt, const Samples &lapdist, const Samples &speed) {
-        QTest::newRow(name) << pct << time << dt << lapdist << speed;
-    };
-    row("even", {0.0, 0.25, 0.5}, {100, 101, 102}, {1, 1, 1}, {0, 500, 1000}, {500, 500, 500});
-    row("uneven", {0.0, 0.25, 1.0}, {100, 101, 105}, {1, 4, 4}, {0, 500, 2000}, {500, 375, 375});
-    row("two ticks", {0.25, 0.5}, {100, 102}, {2, 2}, {500, 1000}, {250, 250});
-    row("one tick repeats nothing", {0.25}, {100}, {None}, {500}, {None});
-    row("no ticks", {}, {}, {}, {}, {});
-    row("no ticks of the place", {}, {100, 101}, {}, {}, {});
-    row("backwards", {0.5, 0.25}, {100, 101}, {1, 1}, {1000, 500}, {-500, -500});
-    row("clock runs backwards", {0.25, 0.5}, {101, 100}, {-1, -1}, {500, 1000}, {-500, -500});
-    row("standing", {0.5, 0.5}, {100, 101}, {1, 1}, {1000, 1000}, {0, 0});
-    row("time is shorter", {0.0, 0.25, 0.5}, {100, 101}, {1, None - 101, None - 101},
-        {0, 500, 1000}, {500, 500 / (None - 101), 500 / (None - 101)});
-    row("time is longer", {0.0, 0.25}, {100, 102, 103}, {2, 2}, {0, 500}, {250, 250});
-    row("no ticks of the time", {0.25, 0.5}, {}, {0, 0}, {500, 1000}, {Infinity, Infinity});
-    row("missing place", {0.25, None, 0.5}, {100, 101, 102}, {1, 1, 1},
-        {500, None * 2.0 * 1000.0, 1000},
-        {None * 2.0 * 1000.0 - 500, 1000 - None * 2.0 * 1000.0, 1000 - None * 2.0 * 1000.0});
-    row("missing time", {0.25, 0.5, 0.75}, {100, None, 102}, {None - 100, 102 - None, 102 - None},
-        {500, 1000, 1500}, {500 / (None - 100), 500 / (102 - None), 500 / (102 - None)});
-}
-
-void tst_IrTelemetryReaderPreprocessing::motion()
-{
-    QFETCH(Samples, pct);
-    QFETCH(Samples, time);
-    QFETCH(Samples, dt);
-    QFETCH(Samples, lapdist);
-    QFETCH(Samples, speed);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addValue("Track length", 2.0, "km");
-    lap.addChannel(newChannel(pct, "%"), "lapdistpct");
-    lap.addChannel(newChannel(time, "s"), "sessiontime");
-    reader.preprocessLap(Other);
-    QCOMPARE(lap.getAvailableChannels(),
-             (Names{"dt", "lapdist", "lapdistpct", "sessiontime", "speed"}));
-    QVERIFY(lap.getAvailableCalculatedChannels().isEmpty());
-    COMPARE_BITS(lap.channel("dt")->data, dt);
-    COMPARE_BITS(lap.channel("lapdist")->data, lapdist);
-    COMPARE_BITS(lap.channel("speed")->data, speed);
-}
-
-void tst_IrTelemetryReaderPreprocessing::motionUnits_data()
-{
-    QTest::addColumn<QString>("timeUnit");
-    QTest::addColumn<QString>("speedUnit");
-
-    QTest::newRow("seconds") << "s"
-                             << "m/s";
-    QTest::newRow("hours") << "h"
-                           << "m/h";
-    QTest::newRow("none") << ""
-                          << "m/";
-}
-
-void tst_IrTelemetryReaderPreprocessing::motionUnits()
-{
-    QFETCH(QString, timeUnit);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addValue("Track length", 2.0, "km");
-    lap.addChannel(newChannel({0, 1}, "%"), "lapdistpct");
-    lap.addChannel(newChannel({0, 1}, timeUnit), "sessiontime");
-    reader.preprocessLap(Other);
-    QTEST(lap.channel("speed")->unit(), "speedUnit");
-    QCOMPARE(lap.channel("lapdist")->unit(), QString("m"));
-    QVERIFY(lap.channel("dt")->unit().isEmpty());
-}
-
-void tst_IrTelemetryReaderPreprocessing::motionNeedsPlaceAndTime_data()
-{
-    QTest::addColumn<QStringList>("channels");
-
-    QTest::newRow("no place") << QStringList{"sessiontime"};
-    QTest::newRow("no time") << QStringList{"lapdistpct"};
-    QTest::newRow("neither") << QStringList{"rpm"};
-    QTest::newRow("place in capitals") << QStringList{"LapDistPct", "sessiontime"};
-    QTest::newRow("time in capitals") << QStringList{"SessionTime", "lapdistpct"};
-}
-
-void tst_IrTelemetryReaderPreprocessing::motionNeedsPlaceAndTime()
-{
-    QFETCH(QStringList, channels);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addValue("Track length", 2.0, "km");
-    lap.addCalculatedChannel(newChannel({0, 1}), "lapdistpct");
-    lap.addCalculatedChannel(newChannel({0, 1}), "sessiontime");
-    for (const QString &name : qAsConst(channels))
-        lap.addChannel(newChannel({0, 1}), name);
-    reader.preprocessLap(Other);
-    QCOMPARE(lap.getAvailableChannels(), Names(channels));
-}
-
-void tst_IrTelemetryReaderPreprocessing::trackLength_data()
-{
-    QTest::addColumn<QVariant>("length"); // invalid: missing
-    QTest::addColumn<Samples>("lapdist");
-
-    QTest::newRow("plain") << QVariant(2.0) << Samples{0, 1000};
-    QTest::newRow("missing") << QVariant() << Samples{};
-    QTest::newRow("zero") << QVariant(0.0) << Samples{0, 0};
-    QTest::newRow("text") << QVariant(QString("2.0")) << Samples{0, 1000};
-    QTest::newRow("no number") << QVariant(QString("2.0 km")) << Samples{0, 0};
-    QTest::newRow("fraction first, then metres") << QVariant(0.1) << Samples{0, 0.5 * 0.1 * 1000.0};
-}
-
-void tst_IrTelemetryReaderPreprocessing::trackLength()
-{
-    QFETCH(QVariant, length);
-    QFETCH(Samples, lapdist);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    if (length.isValid())
-        lap.addValue("Track length", length, "furlong");
-    lap.addChannel(newChannel({0, 0.5}), "lapdistpct");
-    lap.addChannel(newChannel({100, 101}), "sessiontime");
-    reader.preprocessLap(Other);
-    COMPARE_BITS(lap.channel("dt")->data, Samples({1, 1}));
-    QCOMPARE(!lap.channel("lapdist").isNull(), length.isValid());
-    QCOMPARE(!lap.channel("speed").isNull(), length.isValid());
-    if (length.isValid())
-        COMPARE_BITS(lap.channel("lapdist")->data, lapdist);
-}
-
-void tst_IrTelemetryReaderPreprocessing::trackLengthIsLookedUpAsAnyValue_data()
-{
-    QTest::addColumn<bool>("inHeader");
-    QTest::addColumn<bool>("calculated");
-    QTest::addColumn<double>("length");
-
-    QTest::newRow("in the header") << true << false << 1000.0;
-    QTest::newRow("calculated") << false << true << 3000.0;
-    QTest::newRow("in both") << true << true << 1000.0;
-}
-
-void tst_IrTelemetryReaderPreprocessing::trackLengthIsLookedUpAsAnyValue()
-{
-    QFETCH(bool, inHeader);
-    QFETCH(bool, calculated);
-    QFETCH(double, length);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    if (inHeader)
-        lap.addValue("Track length", 1.0, "km");
-    if (calculated)
-        lap.setCalculatedValue("Track length", 3.0, "km");
-    lap.addChannel(newChannel({0, 1}), "lapdistpct");
-    lap.addChannel(newChannel({100, 101}), "sessiontime");
-    reader.preprocessLap(Other);
-    COMPARE_BITS(lap.channel("lapdist")->data, Samples({0, length}));
-}
-
-void tst_IrTelemetryReaderPreprocessing::motionReplacesWhatIsThere()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addChannel(newChannel({0, 0.5}), "lapdistpct");
-    lap.addChannel(newChannel({100, 101}, "s"), "sessiontime");
-    for (const char *name : {"dt", "lapdist", "speed"})
-        lap.addChannel(newChannel({7, 8, 9}, "old"), name);
-    reader.preprocessLap(Other);
-    COMPARE_BITS(lap.channel("dt")->data, Samples({1, 1}));
-    COMPARE_BITS(lap.channel("lapdist")->data, Samples({7, 8, 9}));
-    COMPARE_BITS(lap.channel("speed")->data, Samples({7, 8, 9}));
-    lap.addValue("Track length", 1.0, "km");
-    reader.preprocessLap(Other);
-    COMPARE_BITS(lap.channel("lapdist")->data, Samples({0, 500}));
-    COMPARE_BITS(lap.channel("speed")->data, Samples({500, 500}));
-    QCOMPARE(lap.channel("speed")->unit(), QString("m/s"));
-}
-
-void tst_IrTelemetryReaderPreprocessing::standingClockMakesInfiniteSpeed()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addValue("Track length", 1.0, "km");
-    lap.addChannel(newChannel({0.0, 0.5, 0.25, 0.25, 0.5}), "lapdistpct");
-    lap.addChannel(newChannel({100, 100, 100, 100, 101}), "sessiontime");
-    reader.preprocessLap(Other);
-    COMPARE_BITS(lap.channel("dt")->data, Samples({0, 0, 0, 1, 1}));
-    const Samples speed = lap.channel("speed")->data;
-    QCOMPARE(speed.size(), 5);
-    COMPARE_BITS(speed.at(0), Infinity);
-    COMPARE_BITS(speed.at(1), -Infinity);
-    QVERIFY(std::isnan(speed.at(2)));
-    COMPARE_BITS(speed.at(3), 250.0);
-    COMPARE_BITS(speed.at(4), 250.0);
-}
-
-void tst_IrTelemetryReaderPreprocessing::withoutAPlayerEveryCarMoves()
-{
-    iRTelemetryReader reader;
-    for (const int car : {0, Player, 63}) {
-        reader.lap(car).addChannel(newChannel({0, 0.5}), "lapdistpct");
-        reader.lap(car).addChannel(newChannel({100, 101}), "sessiontime");
-        reader.preprocessLap(car);
-        QVERIFY(reader.lap(car).channel("dt"));
-    }
-}
-
-void tst_IrTelemetryReaderPreprocessing::sourcesStayAsTheyAre()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    ZEP::Lap &lap = reader.lap(Other);
-    lap.addValue("Track length", 1.0, "km");
-    lap.addChannel(newChannel({0, 0.5}, "pu"), "lapdistpct");
-    lap.addChannel(newChannel({100, 101}, "s"), "sessiontime");
-    lap.addChannel(newChannel({1, 2}, "1/min"), "rpm");
-    lap.setDriverName("A Driver");
-    reader.preprocessLap(Other);
-    COMPARE_BITS(lap.channel("lapdistpct")->data, Samples({0, 0.5}));
-    COMPARE_BITS(lap.channel("sessiontime")->data, Samples({100, 101}));
-    COMPARE_BITS(lap.channel("rpm")->data, Samples({1, 2}));
-    QCOMPARE(lap.channel("lapdistpct")->unit(), QString("pu"));
-    QCOMPARE(lap.channel("sessiontime")->unit(), QString("s"));
-    QCOMPARE(lap.channel("rpm")->unit(), QString("1/min"));
-    QCOMPARE(lap.valueNameList(), Names{"Track length"});
-    QCOMPARE(lap.getDriverName(), QString("A Driver"));
 }
 
 void tst_IrTelemetryReaderPreprocessing::emptyLap()

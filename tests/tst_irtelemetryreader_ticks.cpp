@@ -1,16 +1,14 @@
-// What a tick does to the cars: the values that count, their defaults, and the lap that records it.
+// What a tick does to the cars: the values that count, and their defaults.
 
+#include "tests/nextfloat.h"
 #include "tests/readerticks.h"
 #include "tests/samebits.h"
 
 #include <QTest>
 
-#include <cmath>
 #include <limits>
 
 using Names = QList<QString>;
-
-Q_DECLARE_METATYPE(TickMap)
 
 namespace {
 
@@ -19,34 +17,11 @@ constexpr int Other = 5;
 
 const TickMap OnTrack{{"lapdistpct", 0.5f}, {"isontrack", true}, {"lap", 2}};
 
-float above(float value)
-{
-    return std::nextafter(value, std::numeric_limits<float>::infinity());
-}
-
-float below(float value)
-{
-    return std::nextafter(value, -std::numeric_limits<float>::infinity());
-}
-
 /// Drivers in cars 3 and 5; car 3 is the player's.
 void prepare(iRTelemetryReader *reader, const QByteArray &sessionType = "Practice")
 {
     reader->setYaml(sessionInfoOf(Player, {Player, Other}, sessionType).constData());
     reader->updateCarList();
-}
-
-/// Session \a number of \a type, with results.
-QByteArray sessionInfo(int number, const QByteArray &type, const QByteArray &results)
-{
-    return "---\nSessionInfo:\n Sessions:\n - SessionNum: " + QByteArray::number(number)
-        + "\n   SessionType: " + type + "\n   ResultsPositions:\n" + results + "   End: 1\n";
-}
-
-QByteArray result(const QByteArray &position, const QByteArray &carIdx, const QByteArray &laps)
-{
-    return "   - Position: " + position + "\n     CarIdx: " + carIdx
-        + "\n     LapsComplete: " + laps + '\n';
 }
 
 } // namespace
@@ -58,52 +33,19 @@ class tst_IrTelemetryReaderTicks : public QObject
 private Q_SLOTS:
     void prepareTickRollsEveryCar();
     void prepareTickOpensTheNextLap();
-
     void carsWithoutADriverAreNotFollowed();
     void carsOutOfTheWorldAreSkipped_data();
     void carsOutOfTheWorldAreSkipped();
     void skippedCarsKeepTheirState();
-
     void playersValues_data();
     void playersValues();
     void playersLapTimesStayWhileOffTrack();
     void playersTickIsMarked_data();
     void playersTickIsMarked();
     void anyConvertibleValueCounts();
-
-    void othersState_data();
-    void othersState();
-    void othersStandstillIsMeasuredFromTheTickBefore();
-    void othersHaveNoLapTimes();
-    void othersNeedASession_data();
-    void othersNeedASession();
-    void othersLap_data();
-    void othersLap();
-    void othersAreNotMarked();
-
-    void sessionType_data();
-    void sessionType();
-    void sessionTypeIsAskedForUntilItIsKnown();
-    void sessionTypeIsThatOfTheSession_data();
-    void sessionTypeIsThatOfTheSession();
-    void sessionTypeIsKnownPerCar();
-
     void holdAndSpareFlagAreCleared();
-    void holdKeepsTheLapFromBeingCompleted();
-
-    void recorded_data();
-    void recorded();
-    void closingTickIsNotRecorded();
-    void slowTicksAreNotRecorded_data();
-    void slowTicksAreNotRecorded();
-    void crossingTheLine_data();
-    void crossingTheLine();
-    void nextLapOpensWithWhatLiesBehindTheLine();
-    void greatestFractionIsAValueOfTheLap();
-
     void sampleMayBeChangedBeforeItIsProcessed();
     void noCarNoPlayer();
-    void sessionIsNeverRestarted();
 };
 
 void tst_IrTelemetryReaderTicks::prepareTickRollsEveryCar()
@@ -370,281 +312,6 @@ void tst_IrTelemetryReaderTicks::anyConvertibleValueCounts()
     COMPARE_BITS(state.lapLastLapTime, 8.5f);
 }
 
-void tst_IrTelemetryReaderTicks::othersState_data()
-{
-    QTest::addColumn<float>("before");
-    QTest::addColumn<float>("now");
-    QTest::addColumn<QVariant>("onPitRoad"); // invalid: missing
-    QTest::addColumn<int>("status");
-
-    const float least = 0.001f; // a little more than the double 0.001
-    const auto row = [](const char *name, float before, float now, const QVariant &onPitRoad,
-                        int status) {
-        QTest::addRow("%s", name) << before << now << onPitRoad << status;
-    };
-    for (const QVariant &pits : {QVariant(true), QVariant()}) {
-        const QByteArray prefix = pits.isValid() ? "on pit road: " : "pit road is missing: ";
-        const auto inPits = [&](const char *name, float before, float now, int status) {
-            row(QByteArray(prefix + name).constData(), before, now, pits, status);
-        };
-        inPits("stands", 0.5f, 0.5f, 3);
-        inPits("hardly moves", 0.0f, below(least), 3);
-        inPits("hardly moves backwards", below(least), 0.0f, 3);
-        inPits("0.001 as a float is a move", 0.0f, least, 4);
-        inPits("moves backwards", least, 0.0f, 4);
-        inPits("moves", 0.5f, 0.6f, 4);
-        inPits("crosses the line", 0.9999f, 0.0001f, 4);
-    }
-    row("on track: stands", 0.5f, 0.5f, false, 5);
-    row("on track: moves", 0.5f, 0.6f, false, 5);
-}
-
-void tst_IrTelemetryReaderTicks::othersState()
-{
-    QFETCH(float, before);
-    QFETCH(float, now);
-    QFETCH(QVariant, onPitRoad);
-    QFETCH(int, status);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    carOf(&reader, Other).current.lapDistPct = before;
-    carOf(&reader, Other).current.carStatus = 5;
-    TickMap values{{"lapdistpct", now}};
-    if (onPitRoad.isValid())
-        values.insert("onpitroad", onPitRoad);
-    // Where the player is, or whether the car is said to be on track, does not matter.
-    values.insert("isontrack", false);
-    tick(&reader, Other, values);
-    QCOMPARE(reader.car(Other).current.carStatus, status);
-}
-
-/// In the first tick a car comes from minus one, so it moves.
-void tst_IrTelemetryReaderTicks::othersStandstillIsMeasuredFromTheTickBefore()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    const TickMap standing{{"lapdistpct", 0.5f}, {"onpitroad", true}};
-    tick(&reader, Other, standing);
-    QCOMPARE(reader.car(Other).current.carStatus, 4);
-    tick(&reader, Other, standing);
-    QCOMPARE(reader.car(Other).current.carStatus, 3);
-    tick(&reader, Other, {});
-    QCOMPARE(reader.car(Other).current.carStatus, 3);
-    tick(&reader, Other, standing);
-    QCOMPARE(reader.car(Other).current.carStatus, 4);
-}
-
-void tst_IrTelemetryReaderTicks::othersHaveNoLapTimes()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    const TickMap values{{"lapdistpct", 0.5f},        {"onpitroad", false},
-                         {"isontrack", true},         {"lap", 7},
-                         {"lapcurrentlaptime", 7.5f}, {"laplastlaptime", 8.5f}};
-    tick(&reader, Other, values);
-    tick(&reader, Other, values);
-    const CarTrackerSample &state = reader.car(Other).current;
-    COMPARE_BITS(state.lapCurrentLapTime, -1.0f);
-    COMPARE_BITS(state.lapLastLapTime, -1.0f);
-    QCOMPARE(state.lap, -1);
-}
-
-void tst_IrTelemetryReaderTicks::othersNeedASession_data()
-{
-    QTest::addColumn<int>("player");
-    QTest::addColumn<QVariant>("sessionNum"); // invalid: missing
-    QTest::addColumn<bool>("followed");
-
-    QTest::newRow("session 0") << Player << QVariant(0) << true;
-    QTest::newRow("session 7, which nobody knows") << Player << QVariant(7) << true;
-    QTest::newRow("session is missing") << Player << QVariant() << true;
-    QTest::newRow("session is no number") << Player << QVariant(QString("none")) << true;
-    QTest::newRow("session minus one") << Player << QVariant(-1) << false;
-    QTest::newRow("no player") << -1 << QVariant(0) << false;
-    QTest::newRow("player is no car") << 64 << QVariant(0) << true;
-}
-
-void tst_IrTelemetryReaderTicks::othersNeedASession()
-{
-    QFETCH(int, player);
-    QFETCH(QVariant, sessionNum);
-    QFETCH(bool, followed);
-
-    iRTelemetryReader reader;
-    reader.setYaml(sessionInfoOf(player, {Player, Other}).constData());
-    reader.updateCarList();
-    TickMap mine;
-    if (sessionNum.isValid())
-        mine.insert("sessionnum", sessionNum);
-    // A session number of its own does not help a car.
-    const TickMap values{{"lapdistpct", 0.5f}, {"onpitroad", false}, {"sessionnum", 0}};
-    tick(&reader, {{Player, mine}, {Other, values}});
-    QCOMPARE(reader.car(Other).current.carStatus, followed ? 5 : -1);
-    QCOMPARE(reader.lap(Other).size(), followed ? 1 : 0);
-    COMPARE_BITS(reader.car(Other).current.lapDistPct, 0.5f);
-}
-
-void tst_IrTelemetryReaderTicks::othersLap_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("session");
-    QTest::addColumn<int>("lap");
-
-    const auto row = [](const char *name, const QByteArray &results, int lap) {
-        QTest::addRow("%s", name) << sessionInfo(1, "Race", results) << 1 << lap;
-    };
-    row("only entry", result("1", "5", "12"), 12);
-    row("entry 0", result("0", "5", "12"), 12);
-    row("last entry that is looked at", result("63", "5", "12"), 12);
-    row("entry beyond the number of cars", result("64", "5", "12"), -1);
-    row("negative entry", result("-1", "5", "12"), -1);
-    row("entry with a leading zero", result("01", "5", "12"), -1);
-    row("entry that is no number", result("first", "5", "12"), -1);
-    row("second entry", result("1", "7", "11") + result("2", "5", "12"), 12);
-    row("first of two entries", result("1", "5", "11") + result("2", "5", "12"), 11);
-    row("first by number, not by place", result("20", "5", "11") + result("3", "5", "12"), 12);
-    row("first by number, not by text", result("10", "5", "11") + result("9", "5", "12"), 12);
-    row("gap between the entries", result("1", "7", "11") + result("40", "5", "12"), 12);
-    row("other cars only", result("1", "7", "11") + result("2", "55", "12"), -1);
-    row("no laps", result("1", "5", "0"), 0);
-    row("negative laps", result("1", "5", "-1"), -1);
-    row("laps are no number", result("1", "5", "many"), 0);
-    row("laps are missing", "   - Position: 1\n     CarIdx: 5\n", 0);
-    row("car is no number", result("1", "five", "12"), -1);
-    row("no entries", "", -1);
-
-    const QByteArray good = sessionInfo(1, "Race", result("1", "5", "12"));
-    QTest::newRow("another session") << good << 0 << -1;
-    QTest::newRow("results of two sessions")
-        << sessionInfo(0, "Practice", result("1", "5", "11")) + good.mid(4) << 0 << 11;
-    QTest::newRow("no results") << QByteArray(
-        "---\nSessionInfo:\n Sessions:\n - SessionNum: 1\n   SessionType: Race\n")
-                                << 1 << -1;
-    QTest::newRow("no session info") << QByteArray("---\n") << 1 << -1;
-}
-
-void tst_IrTelemetryReaderTicks::othersLap()
-{
-    QFETCH(QByteArray, text);
-    QFETCH(int, session);
-    QFETCH(int, lap);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    reader.setYaml(text.constData());
-    carOf(&reader, Other).current.lap = 99;
-    tick(&reader,
-         {{Player, {{"sessionnum", session}}},
-          {Other, {{"lapdistpct", 0.5f}, {"onpitroad", true}, {"lap", 7}}}});
-    QCOMPARE(reader.car(Other).current.lap, lap);
-}
-
-void tst_IrTelemetryReaderTicks::othersAreNotMarked()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    tick(&reader, {{Player, OnTrack}, {Other, {{"lapdistpct", 0.5f}, {"onpitroad", false}}}});
-    QVERIFY(reader.sample(Player).containsValue("fulltelemetry"));
-    QVERIFY(!reader.sample(Other).containsValue("fulltelemetry"));
-    QCOMPARE(reader.lap(Other).getAvailableChannels(), (Names{"lapdistpct", "onpitroad"}));
-}
-
-void tst_IrTelemetryReaderTicks::sessionType_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<int>("type");
-
-    QTest::newRow("race") << QByteArray("Race") << 5;
-    QTest::newRow("offline testing") << QByteArray("Offline testing") << 0;
-    QTest::newRow("qualifying") << QByteArray("Qualify") << 2;
-    QTest::newRow("practice") << QByteArray("Practice") << 1;
-    QTest::newRow("warm-up") << QByteArray("Warmup") << 3;
-    QTest::newRow("alone") << QByteArray("Lone Qualify") << -1;
-    QTest::newRow("on one's own") << QByteArray("Offline Testing") << -1;
-    QTest::newRow("open") << QByteArray("Open Qualify") << -1;
-    QTest::newRow("small letters") << QByteArray("race") << -1;
-    QTest::newRow("capitals") << QByteArray("RACE") << -1;
-    QTest::newRow("more behind it") << QByteArray("Race 2") << -1;
-    QTest::newRow("blank behind it") << QByteArray("Race ") << -1;
-    QTest::newRow("carriage return behind it") << QByteArray("Race\r") << -1;
-    QTest::newRow("quoted") << QByteArray("\"Race\"") << -1;
-    QTest::newRow("empty") << QByteArray("") << -1;
-}
-
-void tst_IrTelemetryReaderTicks::sessionType()
-{
-    QFETCH(QByteArray, text);
-    QFETCH(int, type);
-
-    iRTelemetryReader reader;
-    prepare(&reader, text);
-    tick(&reader, {{Player, OnTrack}, {Other, {{"lapdistpct", 0.5f}, {"onpitroad", false}}}});
-    QCOMPARE(reader.car(Player).current.sessionType, type);
-    QCOMPARE(reader.car(Other).current.sessionType, type);
-}
-
-void tst_IrTelemetryReaderTicks::sessionTypeIsAskedForUntilItIsKnown()
-{
-    iRTelemetryReader reader;
-    prepare(&reader, "Lone Qualify");
-    tick(&reader, Player, OnTrack);
-    QCOMPARE(reader.car(Player).current.sessionType, -1);
-    prepare(&reader, "Practice");
-    tick(&reader, Player, OnTrack);
-    QCOMPARE(reader.car(Player).current.sessionType, 1);
-    prepare(&reader, "Race");
-    tick(&reader, Player, OnTrack);
-    QCOMPARE(reader.car(Player).current.sessionType, 1);
-    prepare(&reader, "Lone Qualify");
-    tick(&reader, Player, OnTrack);
-    QCOMPARE(reader.car(Player).current.sessionType, 1);
-}
-
-void tst_IrTelemetryReaderTicks::sessionTypeIsThatOfTheSession_data()
-{
-    QTest::addColumn<QVariant>("sessionNum"); // invalid: missing
-    QTest::addColumn<int>("type");
-
-    QTest::newRow("first session") << QVariant(0) << 1;
-    QTest::newRow("session is missing") << QVariant() << 1;
-    QTest::newRow("second session") << QVariant(1) << 2;
-    QTest::newRow("third session") << QVariant(2) << 5;
-    QTest::newRow("no such session") << QVariant(3) << -1;
-    QTest::newRow("negative session") << QVariant(-1) << -1;
-    QTest::newRow("session is no number") << QVariant(QString("two")) << 1;
-    QTest::newRow("session is text of a number") << QVariant(QString("2")) << 5;
-}
-
-void tst_IrTelemetryReaderTicks::sessionTypeIsThatOfTheSession()
-{
-    QFETCH(QVariant, sessionNum);
-    QFETCH(int, type);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    reader.setYaml(sessionInfo(1, "Qualify", "").constData());
-    reader.setYaml(sessionInfo(2, "Race", "").constData());
-    TickMap values = OnTrack;
-    if (sessionNum.isValid())
-        values.insert("sessionnum", sessionNum);
-    tick(&reader, Player, values);
-    QCOMPARE(reader.car(Player).current.sessionType, type);
-}
-
-void tst_IrTelemetryReaderTicks::sessionTypeIsKnownPerCar()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    reader.setYaml(sessionInfo(1, "Race", "").constData());
-    tick(&reader, Player, with(OnTrack, {{"sessionnum", 0}}));
-    tick(&reader,
-         {{Player, with(OnTrack, {{"sessionnum", 1}})},
-          {Other, {{"lapdistpct", 0.5f}, {"onpitroad", false}}}});
-    QCOMPARE(reader.car(Player).current.sessionType, 1);
-    QCOMPARE(reader.car(Other).current.sessionType, 5);
-}
-
 void tst_IrTelemetryReaderTicks::holdAndSpareFlagAreCleared()
 {
     iRTelemetryReader reader;
@@ -665,221 +332,6 @@ void tst_IrTelemetryReaderTicks::holdAndSpareFlagAreCleared()
     // A car that is skipped keeps them.
     QVERIFY(reader.car(Other).current.completionHold);
     QVERIFY(reader.car(Other).current.spareFlag2);
-}
-
-void tst_IrTelemetryReaderTicks::holdKeepsTheLapFromBeingCompleted()
-{
-    for (const bool hold : {false, true}) {
-        iRTelemetryReader reader;
-        prepare(&reader);
-        tick(&reader, Player, with(OnTrack, {{"lapcurrentlaptime", 80.0f}}));
-        carOf(&reader, Player).current.completionHold = hold;
-        tick(&reader, Player, with(OnTrack, {{"lapcurrentlaptime", 0.0f}, {"lap", 3}}));
-        QCOMPARE(reader.isMyLapReady(), !hold);
-    }
-}
-
-void tst_IrTelemetryReaderTicks::recorded_data()
-{
-    QTest::addColumn<int>("statusBefore");
-    QTest::addColumn<bool>("lapEmpty");
-    QTest::addColumn<TickMap>("values");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<bool>("recorded");
-
-    const TickMap garage = with(OnTrack, {{"isontrack", false}});
-    const TickMap pitRoad = with(OnTrack, {{"onpitroad", true}});
-    const TickMap late = with(OnTrack, {{"lapdistpct", 0.9f}});
-    QTest::newRow("on a lap") << 5 << false << OnTrack << 5 << true;
-    QTest::newRow("on a lap that is empty") << 5 << true << OnTrack << 5 << true;
-    QTest::newRow("later lap") << 6 << false << OnTrack << 6 << true;
-    QTest::newRow("later lap that is empty") << 6 << true << OnTrack << 6 << true;
-    QTest::newRow("garage, lap is empty") << -1 << true << garage << 3 << false;
-    QTest::newRow("garage, lap goes on") << 5 << false << garage << 3 << true;
-    QTest::newRow("pit road, lap is empty") << 3 << true << pitRoad << 4 << false;
-    QTest::newRow("pit road, lap goes on") << 5 << false << pitRoad << 4 << true;
-    QTest::newRow("on track from the garage, lap is empty") << 3 << true << OnTrack << 3 << false;
-    QTest::newRow("on track from the garage, lap goes on") << 3 << false << OnTrack << 3 << true;
-    QTest::newRow("out of the pits before the line") << 4 << true << late << 2 << false;
-    QTest::newRow("out of the pits before the line, lap was recorded")
-        << 4 << false << late << 2 << false;
-}
-
-void tst_IrTelemetryReaderTicks::recorded()
-{
-    QFETCH(int, statusBefore);
-    QFETCH(bool, lapEmpty);
-    QFETCH(TickMap, values);
-    QFETCH(int, status);
-    QFETCH(bool, recorded);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    carOf(&reader, Player).current.carStatus = statusBefore;
-    if (!lapEmpty) {
-        ZEP::Sample sample;
-        addValues(&sample, with(OnTrack, {{"fulltelemetry", 1}}));
-        reader.lap(Player).addSample(sample);
-    }
-    const int before = reader.lap(Player).size();
-    tick(&reader, Player, values);
-    QCOMPARE(reader.car(Player).current.carStatus, status);
-    QCOMPARE(reader.lap(Player).size(), before + (recorded ? 1 : 0));
-    QVERIFY(reader.car(Player).nextLap.isEmpty());
-    if (recorded)
-        QVERIFY(reader.lap(Player).containsCalculatedValue("maxLapDistPct"));
-    else
-        QVERIFY(!reader.lap(Player).containsCalculatedValue("maxLapDistPct"));
-}
-
-void tst_IrTelemetryReaderTicks::closingTickIsNotRecorded()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    for (const float pct : {0.2f, 0.5f, 0.95f})
-        tick(&reader, Player,
-             with(OnTrack, {{"lapdistpct", pct}, {"lapcurrentlaptime", pct * 80}}));
-    tick(&reader, Player,
-         with(OnTrack, {{"lapdistpct", 0.01f}, {"lapcurrentlaptime", 0.0f}, {"lap", 3}}));
-    QVERIFY(reader.isMyLapReady());
-    QCOMPARE(reader.lap(Player).size(), 3);
-    QVERIFY(reader.car(Player).nextLap.isEmpty());
-
-    tick(&reader, Player,
-         with(OnTrack, {{"lapdistpct", 0.02f}, {"lapcurrentlaptime", 0.1f}, {"lap", 3}}));
-    QVERIFY(!reader.isMyLapReady());
-    COMPARE_BITS(reader.lap(Player).channel("lapdistpct")->data, QVector<double>({double(0.02f)}));
-}
-
-void tst_IrTelemetryReaderTicks::slowTicksAreNotRecorded_data()
-{
-    QTest::addColumn<TickMap>("values");
-    QTest::addColumn<bool>("recorded");
-
-    QTest::newRow("no speed") << TickMap{} << true;
-    QTest::newRow("fast") << TickMap{{"Speed", 50.0f}} << true;
-    QTest::newRow("one") << TickMap{{"Speed", 1.0f}} << true;
-    QTest::newRow("just below one") << TickMap{{"Speed", below(1.0f)}} << false;
-    QTest::newRow("just below one as a double is one") << TickMap{{"Speed", 0.9999999999}} << true;
-    QTest::newRow("standing") << TickMap{{"Speed", 0.0f}} << false;
-    QTest::newRow("backwards") << TickMap{{"Speed", -50.0f}} << false;
-    QTest::newRow("NaN") << TickMap{{"Speed", std::numeric_limits<float>::quiet_NaN()}} << true;
-    QTest::newRow("no number") << TickMap{{"Speed", QString("slow")}} << false;
-    QTest::newRow("invalid") << TickMap{{"Speed", QVariant()}} << false;
-    QTest::newRow("standing, in a recording's letters") << TickMap{{"speed", 0.0f}} << true;
-    QTest::newRow("standing, in capitals") << TickMap{{"SPEED", 0.0f}} << true;
-}
-
-void tst_IrTelemetryReaderTicks::slowTicksAreNotRecorded()
-{
-    QFETCH(TickMap, values);
-    QFETCH(bool, recorded);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    tick(&reader,
-         {{Player, with(OnTrack, values)},
-          {Other, with({{"lapdistpct", 0.5f}, {"onpitroad", false}}, values)}});
-    for (const int car : {Player, Other}) {
-        QCOMPARE(reader.lap(car).size(), recorded ? 1 : 0);
-        QCOMPARE(reader.lap(car).containsCalculatedValue("maxLapDistPct"), recorded);
-        QCOMPARE(reader.car(car).current.carStatus, 5);
-    }
-}
-
-void tst_IrTelemetryReaderTicks::crossingTheLine_data()
-{
-    QTest::addColumn<QVector<float>>("fractions");
-    QTest::addColumn<int>("inLap");
-    QTest::addColumn<int>("inNextLap");
-    QTest::addColumn<float>("greatest");
-
-    using Fractions = QVector<float>;
-    QTest::newRow("one tick") << Fractions{0.3f} << 1 << 0 << 0.3f;
-    QTest::newRow("one tick behind the line") << Fractions{0.99f} << 1 << 0 << 0.99f;
-    QTest::newRow("onwards") << Fractions{0.1f, 0.2f, 0.3f} << 3 << 0 << 0.3f;
-    QTest::newRow("standing") << Fractions{0.2f, 0.2f, 0.2f} << 3 << 0 << 0.2f;
-    QTest::newRow("backwards") << Fractions{0.3f, 0.2f, 0.1f} << 3 << 0 << 0.3f;
-    QTest::newRow("just behind the line") << Fractions{0.995f, 0.01f} << 1 << 1 << 0.995f;
-    QTest::newRow("some way behind the line")
-        << Fractions{0.5f, 0.995f, 0.01f, 0.02f, 0.03f} << 2 << 3 << 0.995f;
-    QTest::newRow("greatest is 0.9 as a float, a little less")
-        << Fractions{0.9f, 0.01f} << 2 << 0 << 0.9f;
-    QTest::newRow("greatest is just above 0.9")
-        << Fractions{above(0.9f), 0.01f} << 1 << 1 << above(0.9f);
-    QTest::newRow("back by half a lap") << Fractions{1.0f, 0.5f} << 2 << 0 << 1.0f;
-    QTest::newRow("back by just more than half a lap")
-        << Fractions{1.0f, below(0.5f)} << 1 << 1 << 1.0f;
-    QTest::newRow("beyond the lap") << Fractions{1.2f, 0.6f} << 1 << 1 << 1.2f;
-    QTest::newRow("back over the line") << Fractions{0.99f, 0.01f, 0.98f, 0.02f} << 2 << 2 << 0.99f;
-    QTest::newRow("back over the line and farther")
-        << Fractions{0.95f, 0.01f, 0.99f} << 2 << 1 << 0.99f;
-    QTest::newRow("middle of the lap again") << Fractions{0.95f, 0.01f, 0.46f} << 2 << 1 << 0.95f;
-    QTest::newRow("before the line at first") << Fractions{-0.1f, -0.2f, 0.1f} << 3 << 0 << 0.1f;
-}
-
-void tst_IrTelemetryReaderTicks::crossingTheLine()
-{
-    QFETCH(QVector<float>, fractions);
-    QFETCH(float, greatest);
-
-    iRTelemetryReader reader;
-    prepare(&reader);
-    for (const float pct : qAsConst(fractions)) {
-        tick(&reader,
-             {{Player, with(OnTrack, {{"lapdistpct", pct}})},
-              {Other, {{"lapdistpct", pct}, {"onpitroad", false}}}});
-    }
-    for (const int index : {Player, Other}) {
-        const CarTracker &car = reader.car(index);
-        QTEST(car.lap.size(), "inLap");
-        QTEST(car.nextLap.size(), "inNextLap");
-        const ZEP::Value value = car.lap.calculatedValue("maxLapDistPct");
-        QCOMPARE(value.value.userType(), int(QMetaType::Float));
-        COMPARE_BITS(value.value.toFloat(), greatest);
-        QVERIFY(value.unit().isEmpty());
-        QVERIFY(!car.nextLap.containsCalculatedValue("maxLapDistPct"));
-    }
-}
-
-void tst_IrTelemetryReaderTicks::nextLapOpensWithWhatLiesBehindTheLine()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    const auto drive = [&reader](float pct, float time, int lap) {
-        tick(&reader, Player,
-             with(OnTrack, {{"lapdistpct", pct}, {"lapcurrentlaptime", time}, {"lap", lap}}));
-    };
-    drive(0.5f, 40.0f, 2);
-    drive(0.995f, 80.0f, 2);
-    drive(0.01f, 80.5f, 2);
-    drive(0.02f, 81.0f, 2);
-    drive(0.03f, 0.0f, 3); // closes
-    QVERIFY(reader.isMyLapReady());
-    QCOMPARE(reader.lap(Player).size(), 2);
-    drive(0.04f, 0.5f, 3);
-    COMPARE_BITS(reader.lap(Player).channel("lapdistpct")->data,
-                 QVector<double>({double(0.01f), double(0.02f), double(0.04f)}));
-    QVERIFY(reader.car(Player).nextLap.isEmpty());
-    COMPARE_BITS(reader.lap(Player).calculatedValue("maxLapDistPct").value.toFloat(), 0.04f);
-}
-
-/// Whoever changes it moves the line.
-void tst_IrTelemetryReaderTicks::greatestFractionIsAValueOfTheLap()
-{
-    iRTelemetryReader reader;
-    prepare(&reader);
-    tick(&reader, Player, with(OnTrack, {{"lapdistpct", 0.3f}}));
-    reader.lap(Player).setCalculatedValue("maxLapDistPct", 0.95, "pu");
-    tick(&reader, Player, with(OnTrack, {{"lapdistpct", 0.4f}}));
-    QCOMPARE(reader.lap(Player).size(), 1);
-    QCOMPARE(reader.car(Player).nextLap.size(), 1);
-    QCOMPARE(reader.lap(Player).calculatedValue("maxLapDistPct").print(), QString("0.95 pu"));
-    reader.lap(Player).removeCalculatedValue("maxLapDistPct");
-    tick(&reader, Player, with(OnTrack, {{"lapdistpct", 0.2f}}));
-    QCOMPARE(reader.lap(Player).size(), 2);
-    COMPARE_BITS(reader.lap(Player).calculatedValue("maxLapDistPct").value.toFloat(), 0.2f);
-    QVERIFY(reader.lap(Player).calculatedValue("maxLapDistPct").unit().isEmpty());
 }
 
 void tst_IrTelemetryReaderTicks::sampleMayBeChangedBeforeItIsProcessed()
@@ -910,18 +362,6 @@ void tst_IrTelemetryReaderTicks::noCarNoPlayer()
     COMPARE_BITS(reader.car(Player).current.lapDistPct, 0.5f);
     QCOMPARE(reader.car(Player).current.carStatus, -1);
     QVERIFY(reader.lap(Player).isEmpty());
-}
-
-void tst_IrTelemetryReaderTicks::sessionIsNeverRestarted()
-{
-    iRTelemetryReader reader;
-    QVERIFY(!reader.isSessionRestarted());
-    prepare(&reader, "Race");
-    for (const int session : {2, 1, 0}) {
-        tick(&reader, Player,
-             with(OnTrack, {{"sessionnum", session}, {"sessiontime", 0.0}, {"lap", 0}}));
-        QVERIFY(!reader.isSessionRestarted());
-    }
 }
 
 QTEST_APPLESS_MAIN(tst_IrTelemetryReaderTicks)

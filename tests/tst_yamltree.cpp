@@ -1,55 +1,13 @@
-#include "yaml/yamltree.h"
+// Where the lines of a text are filed.
+
+#include "tests/treecontents.h"
 
 #include <QTest>
 
-#include <memory>
 #include <type_traits>
 
 static_assert(!std::is_polymorphic_v<TYamlTree>);
 static_assert(std::is_base_of_v<TStringTree, TYamlTree>);
-
-namespace {
-
-/// Lists what any node of a tree holds.
-class Contents : public TStringTree
-{
-public:
-    /// Every child as "path/" and every value as "path/key=value", node by node: its values first,
-    /// then each child followed by what it holds, all in ascending order.
-    static QStringList of(const TStringTree &node, const QString &path = QString())
-    {
-        QStringList lines;
-        const QMap<QString, QString> &pairs = node.*(&Contents::values);
-        for (auto pair = pairs.cbegin(); pair != pairs.cend(); ++pair)
-            lines += path + pair.key() + '=' + pair.value();
-        const QMap<QString, TStringTree *> &children = node.*(&Contents::subTrees);
-        for (auto child = children.cbegin(); child != children.cend(); ++child) {
-            const QString childPath = path + child.key() + '/';
-            lines += childPath;
-            lines += of(*child.value(), childPath);
-        }
-        return lines;
-    }
-
-    static QMap<QString, TStringTree *> childrenOf(const TStringTree &node)
-    {
-        return node.*(&Contents::subTrees);
-    }
-
-    static QMap<QString, QString> valuesOf(const TStringTree &node)
-    {
-        return node.*(&Contents::values);
-    }
-};
-
-QStringList contentsOf(const QByteArray &text)
-{
-    TYamlTree tree;
-    tree.setYaml(text.constData());
-    return Contents::of(tree);
-}
-
-} // namespace
 
 class tst_YamlTree : public QObject
 {
@@ -57,12 +15,8 @@ class tst_YamlTree : public QObject
 
 private Q_SLOTS:
     void isAnEmptyRoot();
-
     void countLeadingSpaces_data();
     void countLeadingSpaces();
-
-    void linesRead_data();
-    void linesRead();
     void keysAndValues_data();
     void keysAndValues();
     void listItems_data();
@@ -71,17 +25,7 @@ private Q_SLOTS:
     void indentation();
     void outsideTheDialect_data();
     void outsideTheDialect();
-
-    void sessionInfo();
     void emptyValueIsNotNull();
-    void latin1();
-    void nullIsAnEmptyText();
-    void textsMerge();
-    void everyTextStartsAtTheRoot();
-
-    void manyLines();
-    void manyLevels();
-    void manyLevelsByIndentation();
 };
 
 void tst_YamlTree::isAnEmptyRoot()
@@ -89,7 +33,7 @@ void tst_YamlTree::isAnEmptyRoot()
     const TYamlTree tree;
     QVERIFY(!tree.hasParent());
     QVERIFY(!tree.parent());
-    QVERIFY(Contents::of(tree).isEmpty());
+    QVERIFY(TreeContents::of(tree).isEmpty());
 }
 
 void tst_YamlTree::countLeadingSpaces_data()
@@ -135,49 +79,6 @@ void tst_YamlTree::countLeadingSpaces()
     bool isListItem = flagBefore;
     QTEST(TYamlTree::countLeadingSpaces(line, isListItem), "count");
     QTEST(isListItem, "flagAfter");
-}
-
-void tst_YamlTree::linesRead_data()
-{
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QStringList>("contents");
-
-    const QStringList nothing;
-    QTest::newRow("empty text") << QByteArray("") << nothing;
-    QTest::newRow("only a line feed") << QByteArray("\n") << nothing;
-    QTest::newRow("one line, not ended") << QByteArray("A: 1") << nothing;
-    QTest::newRow("one line") << QByteArray("A: 1\n") << nothing;
-    QTest::newRow("first line is never read") << QByteArray("A: 1\nB: 2\n") << QStringList{"B=2"};
-    QTest::newRow("empty first line") << QByteArray("\nB: 2\n") << QStringList{"B=2"};
-    QTest::newRow("last line is not ended") << QByteArray("---\nA: 1\nB: 2") << QStringList{"A=1"};
-    QTest::newRow("second line is not ended") << QByteArray("---\nA: 1") << nothing;
-    QTest::newRow("blanks behind the last line feed")
-        << QByteArray("---\nA: 1\n ") << QStringList{"A=1"};
-    QTest::newRow("two line feeds at the end") << QByteArray("---\nA: 1\n\n") << QStringList{"A=1"};
-    QTest::newRow("empty lines are skipped")
-        << QByteArray("---\n\nA:\n\n B: 1\n\n\n C: 2\n") << (QStringList{"A/", "A/B=1", "A/C=2"});
-    QTest::newRow("closing mark is a key")
-        << QByteArray("---\nA: 1\n...\n") << (QStringList{"A=1", "../"});
-    QTest::newRow("zero ends the text")
-        << QByteArray("---\nA: 1\nB: 2\0\nC: 3\n", 20) << QStringList{"A=1"};
-    QTest::newRow("zero behind a line feed")
-        << QByteArray("---\nA: 1\n\0B: 2\n", 15) << QStringList{"A=1"};
-    QTest::newRow("zero at the front") << QByteArray("\0---\nA: 1\n", 10) << nothing;
-    QTest::newRow("carriage returns stay")
-        << QByteArray("---\r\nA:\r\n B: v\r\n") << (QStringList{"A:/", "A:/B=v\r"});
-    QTest::newRow("a carriage return ends no line") << QByteArray("---\rA: 1\rB: 2\r") << nothing;
-    QTest::newRow("a line of one carriage return is a key")
-        << QByteArray("---\n\r\n") << QStringList{"/"};
-    QTest::newRow("other line ends are characters")
-        << QByteArray("---\nA: 1\v2\f3\x85"
-                      "4\n")
-        << QStringList{QStringLiteral("A=1\v2\f3\u00854")};
-}
-
-void tst_YamlTree::linesRead()
-{
-    QFETCH(QByteArray, text);
-    QTEST(contentsOf(text), "contents");
 }
 
 void tst_YamlTree::keysAndValues_data()
@@ -398,67 +299,6 @@ void tst_YamlTree::outsideTheDialect()
     QTEST(contentsOf("---\n" + text), "contents");
 }
 
-void tst_YamlTree::sessionInfo()
-{
-    TYamlTree tree;
-    tree.setYaml("---\n"
-                 "WeekendInfo:\n"
-                 " TrackName: spa\n"
-                 " TrackID: 93\n"
-                 " TrackDisplayName: \"Spa \" \n"
-                 " WeekendOptions:\n"
-                 "  NumStarters: 1\n"
-                 "  WeatherTemp: 25.56 C\n"
-                 "\n"
-                 "SessionInfo:\n"
-                 " Sessions:\n"
-                 " - SessionNum: 0\n"
-                 "   SessionType: Practice\n"
-                 "   ResultsPositions:\n"
-                 "   - Position: 1\n"
-                 "     CarIdx: 3\n"
-                 "   - Position: 2\n"
-                 "     CarIdx: 12\n"
-                 "   ResultsFastestLap:\n"
-                 "   - CarIdx: 255\n"
-                 "     FastestLap: 0\n"
-                 "   ResultsOfficial: 0\n"
-                 " - SessionNum: 1\n"
-                 "   SessionType: Race\n"
-                 "   ResultsPositions:\n"
-                 "\n"
-                 "DriverInfo:\n"
-                 " DriverCarIdx: 3\n"
-                 " Drivers:\n"
-                 " - CarIdx: 3\n"
-                 "   UserName: A B\n"
-                 "   TeamName: \n"
-                 " - CarIdx: 12\n"
-                 "   UserName: Cy\n"
-                 "\n"
-                 "...\n");
-    QCOMPARE(tree.pathValue("WeekendInfo/TrackName"), QString("spa"));
-    QCOMPARE(tree.pathValue("WeekendInfo/TrackID"), QString("93"));
-    QCOMPARE(tree.pathValue("WeekendInfo/TrackDisplayName"), QString("\"Spa \" "));
-    QCOMPARE(tree.pathValue("WeekendInfo/WeekendOptions/WeatherTemp"), QString("25.56 C"));
-    QCOMPARE(tree.pathValue("SessionInfo/Sessions/0/SessionType"), QString("Practice"));
-    QCOMPARE(tree.pathValue("SessionInfo/Sessions/0/ResultsPositions/1/CarIdx"), QString("3"));
-    QCOMPARE(tree.pathValue("SessionInfo/Sessions/0/ResultsPositions/2/CarIdx"), QString("12"));
-    QCOMPARE(tree.pathValue("SessionInfo/Sessions/0/ResultsFastestLap/255/FastestLap"),
-             QString("0"));
-    QCOMPARE(tree.pathValue("SessionInfo/Sessions/0/ResultsOfficial"), QString("0"));
-    QCOMPARE(tree.pathValue("SessionInfo/Sessions/1/SessionType"), QString("Race"));
-    QVERIFY(tree.pathValue("SessionInfo/Sessions/0/SessionNum").isNull());
-
-    // The empty key before the dedent leaves everything behind it one level too deep.
-    QVERIFY(!tree.sub("DriverInfo"));
-    QCOMPARE(tree.pathValue("SessionInfo/DriverInfo/DriverCarIdx"), QString("3"));
-    QCOMPARE(tree.pathValue("SessionInfo/DriverInfo/Drivers/3/UserName"), QString("A B"));
-    QCOMPARE(tree.pathValue("SessionInfo/DriverInfo/Drivers/12/UserName"), QString("Cy"));
-    QVERIFY(tree.pathValue("SessionInfo/DriverInfo/Drivers/3/CarIdx").isNull());
-    QVERIFY(tree.pathSub("SessionInfo/.."));
-}
-
 void tst_YamlTree::emptyValueIsNotNull()
 {
     TYamlTree tree;
@@ -466,108 +306,6 @@ void tst_YamlTree::emptyValueIsNotNull()
     QVERIFY(tree.value("A").isEmpty());
     QVERIFY(!tree.value("A").isNull());
     QVERIFY(tree.value("B").isNull());
-}
-
-void tst_YamlTree::latin1()
-{
-    QByteArray text("---\nN\xfcrburg: M\xfcller\n");
-    QString every;
-    for (int code = 0x80; code <= 0xff; ++code)
-        every += QChar(code);
-    text += "all: " + every.toLatin1() + '\n';
-    TYamlTree tree;
-    tree.setYaml(text.constData());
-    QCOMPARE(tree.value(QStringLiteral("N\u00fcrburg")), QStringLiteral("M\u00fcller"));
-    QCOMPARE(tree.value("all"), every);
-}
-
-void tst_YamlTree::nullIsAnEmptyText()
-{
-    TYamlTree tree;
-    tree.setYaml("---\nA: 1\n");
-    tree.setYaml(nullptr);
-    QCOMPARE(Contents::of(tree), QStringList{"A=1"});
-}
-
-void tst_YamlTree::textsMerge()
-{
-    TYamlTree tree;
-    tree.setYaml("---\nW:\n A: 1\n B: 1\n L:\n - I: 1\n   X: 1\n");
-    const TStringTree *node = tree.sub("W");
-    tree.setYaml("---\nW:\n B: 2\n C: 2\n L:\n - I: 1\n   Y: 2\n - I: 2\n   Y: 3\nV:\n D: 4\n");
-    QCOMPARE(static_cast<const TStringTree *>(tree.sub("W")), node);
-    QCOMPARE(Contents::of(tree),
-             (QStringList{"V/", "V/D=4", "W/", "W/A=1", "W/B=2", "W/C=2", "W/L/", "W/L/1/",
-                          "W/L/1/X=1", "W/L/1/Y=2", "W/L/2/", "W/L/2/Y=3"}));
-}
-
-void tst_YamlTree::everyTextStartsAtTheRoot()
-{
-    TYamlTree tree;
-    tree.setYaml("---\nA:\n B:\n  - I: 1\n");
-    // Neither the node nor the indentation, the kind of line or the item flag is carried over.
-    tree.setYaml("---\n C:\n");
-    tree.setYaml("---\n D: 1\n");
-    tree.setYaml("---\n \nE: 2\n");
-    QCOMPARE(Contents::of(tree), (QStringList{"D=1", "/", "/E=2", "A/", "A/B/", "A/B/1/", "C/"}));
-}
-
-void tst_YamlTree::manyLines()
-{
-    constexpr int count = 100000;
-    QByteArray text("---\nL:\n");
-    text.reserve(60 * count);
-    for (int i = 0; i < count; ++i)
-        text += " - I: " + QByteArray::number(i) + "\n   V: v" + QByteArray::number(i) + '\n';
-    text += "W:\n";
-    for (int i = 0; i < count; ++i)
-        text += " K" + QByteArray::number(i) + ": " + QByteArray::number(i) + '\n';
-
-    TYamlTree tree;
-    tree.setYaml(text.constData());
-    QCOMPARE(Contents::childrenOf(*tree.sub("L")).size(), count);
-    QCOMPARE(tree.pathValue("L/0/V"), QString("v0"));
-    QCOMPARE(tree.pathValue("L/99999/V"), QString("v99999"));
-    QCOMPARE(Contents::valuesOf(*tree.sub("W")).size(), count);
-    QCOMPARE(tree.pathValue("W/K99999"), QString("99999"));
-}
-
-/// One stack frame per level would be far more than a stack holds.
-void tst_YamlTree::manyLevels()
-{
-    constexpr int depth = 1000000;
-    const QByteArray text = "---\n" + QByteArray("- A: 1\n").repeated(depth) + "K: v\n";
-    auto tree = std::make_unique<TYamlTree>();
-    tree->setYaml(text.constData());
-
-    // The last line dedents by the dash only.
-    const TStringTree *node = tree.get();
-    int levels = 0;
-    while (const TStringTree *child = node->sub("1")) {
-        if (!node->value("K").isNull())
-            QCOMPARE(levels, depth - 1);
-        node = child;
-        ++levels;
-    }
-    QCOMPARE(levels, depth);
-    QCOMPARE(node->parent()->value("K"), QString("v"));
-    tree.reset();
-}
-
-void tst_YamlTree::manyLevelsByIndentation()
-{
-    constexpr int depth = 3000;
-    QByteArray text("---\n");
-    text.reserve(depth * (depth + 8) / 2);
-    for (int i = 0; i < depth; ++i)
-        text += QByteArray(i, ' ') + "N:\n";
-    text += QByteArray(depth, ' ') + "K: deepest\n";
-    text += "K: top\n";
-
-    TYamlTree tree;
-    tree.setYaml(text.constData());
-    QCOMPARE(tree.value("K"), QString("top"));
-    QCOMPARE(tree.pathValue(QStringLiteral("N/").repeated(depth) + "K"), QString("deepest"));
 }
 
 QTEST_APPLESS_MAIN(tst_YamlTree)

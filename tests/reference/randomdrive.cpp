@@ -31,7 +31,8 @@ int below(Random *random, int end)
 }
 
 RandomDrive::RandomDrive(Random *random, bool isRace, double wildness)
-    : m_random(random), m_isRace(isRace), m_wildness(wildness),
+    : m_random(random), m_isRace(isRace), m_isRollingStart(chance(random, 0.5)),
+      m_wildness(wildness),
       m_tickTime(pick(random, std::array{1.0 / 60.0, 0.25, 0.5, 0.5, 1.0, 1.0})),
       m_step(1.0 / random->uniform(20.0, 200.0)), m_zeroAtReset(chance(random, 0.3))
 {

@@ -70,7 +70,8 @@ Lines driverInfo(Random *random, const RandomSession &session, double wildness)
             lines.append(QByteArray(key) + ": " + value);
     };
     add(" DriverCarFuelKgPerLtr",
-        some(std::array{"0.750", "0.000", "1e-13", "-0.5", "inf", "nan", "x", "0.75 kg"}));
+        some(
+            std::array{"0.750", "0.7371", "0.000", "1e-13", "-0.5", "inf", "nan", "x", "0.75 kg"}));
     add(" DriverCarFuelMaxLtr", some(std::array{"110.000", "nan", ""}));
     add(" DriverCarMaxFuelPct", some(std::array{"1.000", "0.5", "pct"}));
     if (chance(random, wildness * 0.1))
@@ -241,6 +242,8 @@ QByteArray randomSessionInfo(Random *random, const RandomSession &session, doubl
     text += "...\n";
     if (chance(random, wildness * 0.1))
         text.chop(below(random, 200));
+    if (chance(random, wildness * 0.2))
+        text.truncate(text.indexOf('\n', below(random, text.size() + 1)) + 1);
     if (chance(random, wildness * 0.05))
         text.clear();
     return text;

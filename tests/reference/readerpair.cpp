@@ -76,7 +76,7 @@ void ReaderPair::makeTables(std::uint32_t seed)
         if (chance(&m_random, 0.3))
             variable.type = below(&m_random, 8) - 1;
         if (chance(&m_random, 0.1))
-            variable.offset += below(&m_random, 9) - 4;
+            variable.offset = qint32(quint32(variable.offset) + quint32(below(&m_random, 9) - 4));
     }
     add(m_recording.header(), variables);
 }
