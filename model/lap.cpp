@@ -55,7 +55,8 @@ void Lap::addSample(const Sample &sample)
 
 void Lap::addChannel(Channel *channel, const QString &name)
 {
-    m_channels.insert(name, QSharedPointer<Channel>(channel));
+    // Many channels come in ascending order; none of their names has to be looked for then.
+    m_channels.insert(m_channels.cend(), name, QSharedPointer<Channel>(channel));
 }
 
 void Lap::addCalculatedChannel(Channel *channel, const QString &name)

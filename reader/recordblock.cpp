@@ -12,9 +12,9 @@ namespace {
 /// every channel allocated once and in its final size.
 constexpr std::size_t MaxBlockBytes = 16 * 1024 * 1024;
 
-/// Records that are converted at a time. A tile stays in the innermost cache while all channels
+/// Records that are converted at a time. A tile stays in the second-level cache while all channels
 /// take their values from it.
-constexpr int TileRecords = 32;
+constexpr int TileRecords = 64;
 
 template <typename T>
 void loadColumn(double *samples, const char *records, int count, int recordBytes,
@@ -112,13 +112,16 @@ void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
 
     const int recordBytes = layout.recordBytes();
     const char *records = m_records.data();
+    std::vector<char> tile;
     for (int done = 0; done < m_count; done += TileRecords) {
         const int count = qMin(TileRecords, m_count - done);
+        // In one stroke: channel by channel each record would be fetched from afar on its own.
+        tile.assign(records, records + qint64(count) * recordBytes);
         for (std::size_t c = 0; c < channels.size(); ++c) {
             QVector<double> &samples = *channels[c];
             const int size = samples.size();
             samples.resize(size + count);
-            convert(samples.data() + size, records, count, recordBytes, layout.columns()[c]);
+            convert(samples.data() + size, tile.data(), count, recordBytes, layout.columns()[c]);
         }
         records += qint64(count) * recordBytes;
     }
