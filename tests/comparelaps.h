@@ -11,8 +11,9 @@
 
 /// Finds the first difference between laps of both importers, and says where it is.
 ///
-/// Numbers are compared by their bits. The ids of laps and stints are random: one object compares
-/// all laps of a run, and notes which id of one importer stands for which of the other.
+/// Numbers are compared by their bits, except that all NaNs of calculated channels count as one.
+/// The ids of laps and stints are random: one object compares all laps of a run, and notes which id
+/// of one importer stands for which of the other.
 class LapComparison
 {
 public:
