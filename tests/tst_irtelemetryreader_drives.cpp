@@ -156,6 +156,7 @@ private Q_SLOTS:
     void lapsAreComplete();
     void samplesOfALap();
     void beginningIsRepaired();
+    void sessionIsThatOfTheClosingTick();
     void everyLapHasItsOwnChannels();
     void liveCars();
 };
@@ -339,6 +340,39 @@ void tst_IrTelemetryReaderDrives::beginningIsRepaired()
         const double repaired = double(0.005f) * 0.75 / double(0.02f);
         COMPARE_BITS(lap.channel("lapcurrentlaptime")->data,
                      QVector<double>({repaired, 0.75, 40, 79}));
+    }
+}
+
+/// Which session a lap belongs to may change on its way; the kind that the car's rules go by stays.
+void tst_IrTelemetryReaderDrives::sessionIsThatOfTheClosingTick()
+{
+    QByteArray text = Recording::plainSessionInfo("Practice");
+    text.replace("   SessionType: Practice\n",
+                 "   SessionType: Practice\n - SessionNum: 1\n   SessionType: Race\n"
+                 " - SessionNum: 2\n   SessionType: Lone Qualify\n");
+    Recording recording;
+    recording.sessionInfo(text).set("IsOnTrack", 1).set("SessionState", 4);
+    const auto drive = [&recording](int session, double pct, double lapTime, int lap) {
+        recording.set("SessionNum", session).set("LapDistPct", pct);
+        recording.set("LapCurrentLapTime", lapTime).set("Lap", lap).ticks(1);
+    };
+    drive(0, 0.5, 40.0, 1);
+    drive(0, 0.9, 70.0, 1);
+    drive(0, 0.1, 0.0, 2); // closes
+    drive(0, 0.5, 40.0, 2);
+    drive(0, 0.9, 70.0, 2);
+    drive(1, 0.1, 0.0, 3); // closes in the next session
+    drive(1, 0.5, 40.0, 3);
+    drive(1, 0.9, 70.0, 3);
+    drive(1, 0.1, 0.0, 4); // closes
+    drive(1, 0.5, 40.0, 4);
+    drive(2, 0.9, 70.0, 4);
+
+    for (const bool compiled : {false, true}) {
+        QStringList sessions;
+        for (const ZEP::Lap &lap : lapsOf(recording, compiled))
+            sessions += QString::number(lap.getSession()) + ' ' + lap.value("Session name").print();
+        QCOMPARE(sessions, (QStringList{"1 Practice", "5 Race", "5 Race", "-1 Lone Qualify"}));
     }
 }
 
