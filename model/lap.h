@@ -23,6 +23,8 @@ public:
     /// The calculated channel called \a name, or null. Never inserts.
     QSharedPointer<ZEP::Channel> calculatedChannel(const QString &name) const;
 
+    /// The recorded channels by name, ascending.
+    const QMap<QString, QSharedPointer<ZEP::Channel>> &channels() const { return m_channels; }
     /// Names of the recorded channels, ascending.
     QList<QString> getAvailableChannels() const { return m_channels.keys(); }
     /// Names of the calculated channels, ascending.

@@ -39,7 +39,7 @@ public:
         *copy = *lap;
         m_laps.append(copy.get());
         copy.release();
-        m_samples += qint64(lap->size()) * lap->getAvailableChannels().size();
+        m_samples += qint64(lap->size()) * lap->channels().size();
     }
 
     qint64 samples() const { return m_samples; }

@@ -81,9 +81,8 @@ void iRTelemetryReader::processLap(int index, bool completed)
          {"lapcurrentlaptime", "energybatterytomgu_klap", "energymgu_klapdeploypct"})
         normalizeChannelBeginning(index, QLatin1String(counter));
     // The host keeps the lap; what growing took beyond it is given back.
-    const QList<QString> names = lap.getAvailableChannels();
-    for (const QString &name : names)
-        lap.channel(name)->data.squeeze();
+    for (const QSharedPointer<ZEP::Channel> &channel : lap.channels())
+        channel->data.squeeze();
     car.lapReady = true;
 }
 

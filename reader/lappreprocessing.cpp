@@ -39,9 +39,7 @@ void addFuelWeight(ZEP::Lap *lap)
 /// Recordings say "%" where they hold fractions of one; hosts know those as per unit.
 void relabelPercent(ZEP::Lap *lap)
 {
-    const QList<QString> names = lap->getAvailableChannels();
-    for (const QString &name : names) {
-        const ChannelPtr channel = lap->channel(name);
+    for (const ChannelPtr &channel : lap->channels()) {
         if (channel->unit() == QLatin1String("%"))
             channel->setUnit(QStringLiteral("pu"));
     }

@@ -105,8 +105,8 @@ void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
 {
     std::vector<QVector<double> *> channels;
     channels.reserve(layout.columns().size());
-    for (const RecordLayout::Column &column : layout.columns()) {
-        channels.push_back(&lap->channel(column.name)->data);
+    for (const QSharedPointer<ZEP::Channel> &channel : lap->channels()) {
+        channels.push_back(&channel->data);
         reserve(channels.back(), m_count);
     }
 

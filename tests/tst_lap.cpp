@@ -20,6 +20,7 @@ private Q_SLOTS:
     void isEmptyByDefault();
     void lookingUpAChannelNeverInserts();
     void namesAscendCapitalsFirst();
+    void channelsAreTheOnesHandedOutByName();
     void addedChannelIsHandedOut_data();
     void addedChannelIsHandedOut();
     void recordedAndCalculatedChannelsAreApart();
@@ -72,6 +73,18 @@ void tst_Lap::namesAscendCapitalsFirst()
     QCOMPARE(lap.getAvailableChannels(), (Names{"Zebra", "apple", "pear"}));
     QCOMPARE(lap.getAvailableCalculatedChannels(), (Names{"Zebra2", "apple2", "pear2"}));
     QCOMPARE(lap.calculatedValuesNames(), (Names{"Zebra3", "apple3", "pear3"}));
+}
+
+void tst_Lap::channelsAreTheOnesHandedOutByName()
+{
+    ZEP::Lap lap;
+    QVERIFY(lap.channels().isEmpty());
+    lap.addChannel(newChannel({1}), "pear");
+    lap.addChannel(newChannel({2}), "apple");
+    lap.addCalculatedChannel(newChannel({3}), "fig");
+    QCOMPARE(lap.channels().keys(), (Names{"apple", "pear"}));
+    for (const QString &name : lap.getAvailableChannels())
+        QCOMPARE(lap.channels().value(name), lap.channel(name));
 }
 
 void tst_Lap::addedChannelIsHandedOut_data()
