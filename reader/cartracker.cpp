@@ -155,13 +155,18 @@ void CarTracker::keepMaxLapDistPct(bool isCollected)
         lap.setCalculatedValue(maxLapDistPctName(), current.lapDistPct, QString());
 }
 
-void CarTracker::flushRecords(const RecordLayout &layout)
+void CarTracker::flushLapRecords(const RecordLayout &layout)
 {
     if (m_collectedMaxLapDistPct) {
         lap.setCalculatedValue(maxLapDistPctName(), *m_collectedMaxLapDistPct, QString());
         m_collectedMaxLapDistPct.reset();
     }
     lapRecords.flushInto(&lap, layout);
+}
+
+void CarTracker::flushRecords(const RecordLayout &layout)
+{
+    flushLapRecords(layout);
     nextLapRecords.flushInto(&nextLap, layout);
 }
 

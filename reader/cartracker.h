@@ -79,6 +79,8 @@ public:
     /// Takes the current tick's fraction for the greatest of `lap` if it is. With \a isCollected
     /// the lap itself gets it in flushRecords().
     void keepMaxLapDistPct(bool isCollected);
+    /// Brings the collected records of `lap` into it.
+    void flushLapRecords(const RecordLayout &layout);
     /// Brings all collected records into `lap` and `nextLap`.
     void flushRecords(const RecordLayout &layout);
     /// True when a tick without values changes nothing about this car.

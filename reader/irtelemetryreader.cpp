@@ -289,6 +289,13 @@ void iRTelemetryReader::spreadTick()
     m_mySampleIsEmpty = false;
 }
 
+/// Brings the collected records of the player's lap into it; those of the next one can wait.
+void iRTelemetryReader::flushLap()
+{
+    if (m_layout && hasMyCar())
+        m_cars[m_myCarIdx].flushLapRecords(*m_layout);
+}
+
 /// Brings all collected records of the player's car into its laps.
 void iRTelemetryReader::flushLaps()
 {

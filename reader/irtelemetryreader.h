@@ -136,6 +136,7 @@ private:
     bool isCompiled() const { return m_header != nullptr; }
     const char *record(int car) const;
     void spreadTick();
+    void flushLap();
     void flushLaps();
     void forgetIdleCars();
 

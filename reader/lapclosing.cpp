@@ -16,7 +16,7 @@ constexpr float MsLimit = 2147483648.0f;
 
 ZEP::Lap &iRTelemetryReader::lap(int car)
 {
-    flushLaps();
+    flushLap();
     return m_cars[car].lap;
 }
 
@@ -37,7 +37,7 @@ qint64 iRTelemetryReader::collectedSamples() const
 
 void iRTelemetryReader::processLap(int index, bool completed)
 {
-    flushLaps();
+    flushLap();
     CarTracker &car = m_cars[index];
     ZEP::Lap &lap = car.lap;
     if (lap.isEmpty())

@@ -3,10 +3,13 @@
 #include "model/sample.h"
 #include "reader/recordlayout.h"
 
+#include <algorithm>
+
 void RecordTick::take(const char *record, const RecordLayout &layout)
 {
-    m_record.assign(record, record + layout.recordBytes());
-    m_record.resize(m_record.size() + 1); // a record of no bytes is a record too
+    const auto bytes = std::size_t(layout.recordBytes());
+    m_record.resize(bytes + 1); // a record of no bytes is a record too
+    std::copy_n(record, bytes, m_record.begin());
     m_isTaken = true;
 }
 
