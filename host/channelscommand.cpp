@@ -20,34 +20,22 @@ struct ChannelRow {
     ChannelStatistics statistics;
 };
 
-/// The recorded channels and then the calculated ones, both by name.
-QVector<ChannelRow> channelRows(const ZEP::Lap &lap)
+/// Those of \a channels that \a lap has, the recorded ones first.
+QVector<ChannelRow> channelRows(const ZEP::Lap &lap, const QVector<ChosenChannel> &channels)
 {
     QVector<ChannelRow> rows;
-    const auto append = [&rows](const QString &name, const ZEP::Channel &channel, bool calculated) {
-        rows.append({name, channel.unit(), calculated, channelStatistics(channel)});
-    };
-    for (const QString &name : lap.getAvailableChannels())
-        append(name, *lap.channel(name), false);
-    for (const QString &name : lap.getAvailableCalculatedChannels())
-        append(name, *lap.calculatedChannel(name), true);
+    for (const bool calculated : {false, true}) {
+        for (const ChosenChannel &chosen : channels) {
+            const auto channel = chosen.in(lap);
+            if (channel && chosen.isCalculated == calculated)
+                rows.append(
+                    {chosen.name, channel->unit(), calculated, channelStatistics(*channel)});
+        }
+    }
     return rows;
 }
 
-} // namespace
-
-CLI::App *ChannelsCommand::declare(CLI::App &program)
-{
-    CLI::App *command =
-        declareNamed(program, "channels", "Show the channels of a lap: units and extremes",
-                     "  zepimport channels practice.ibt\n"
-                     "  zepimport channels practice.ibt --lap 3 | grep temp");
-    declareFiles(*command);
-    declareLap(*command);
-    return command;
-}
-
-void ChannelsCommand::print(const ImportedFile &file, int lap, Terminal &terminal) const
+QString table(const QVector<ChannelRow> &rows, const Terminal &terminal)
 {
     using Align = TableWriter::Align;
     TableWriter table({{QStringLiteral("Channel"), Align::Left, 0, 28},
@@ -57,7 +45,7 @@ void ChannelsCommand::print(const ImportedFile &file, int lap, Terminal &termina
                        {QStringLiteral("Mean"), Align::Right, 2},
                        {QStringLiteral("Maximum"), Align::Right}});
     bool isCalculated = false;
-    for (const ChannelRow &row : channelRows(*file.laps[std::size_t(lap)])) {
+    for (const ChannelRow &row : rows) {
         if (row.isCalculated && !isCalculated)
             table.addSection(QStringLiteral("Calculated"));
         isCalculated = row.isCalculated;
@@ -69,14 +57,13 @@ void ChannelsCommand::print(const ImportedFile &file, int lap, Terminal &termina
                       number(numbers.minimum), number(numbers.mean), number(numbers.maximum)},
                      numbers.valid > 0 ? TableWriter::Style::Plain : TableWriter::Style::Faint);
     }
-    printLapHeading(file, lap, terminal);
-    terminal.print(table.text(terminal.width(), terminal.hasColour()));
+    return table.text(terminal.width(), terminal.hasColour());
 }
 
-QJsonObject ChannelsCommand::json(const ImportedFile &file, int lap) const
+QJsonArray json(const QVector<ChannelRow> &rows)
 {
     QJsonArray channels;
-    for (const ChannelRow &row : channelRows(*file.laps[std::size_t(lap)])) {
+    for (const ChannelRow &row : rows) {
         const ChannelStatistics &numbers = row.statistics;
         const auto number = [&numbers](double value) {
             return numbers.valid > 0 ? QJsonValue(value) : QJsonValue();
@@ -89,5 +76,39 @@ QJsonObject ChannelsCommand::json(const ImportedFile &file, int lap) const
                                     {QStringLiteral("mean"), number(numbers.mean)},
                                     {QStringLiteral("maximum"), number(numbers.maximum)}});
     }
-    return {{QStringLiteral("lap"), lap + 1}, {QStringLiteral("channels"), channels}};
+    return channels;
+}
+
+} // namespace
+
+CLI::App *ChannelsCommand::declare(CLI::App &program)
+{
+    CLI::App *command =
+        declareNamed(program, "channels", "Show the channels of laps: units and extremes",
+                     "  zepimport channels practice.ibt\n"
+                     "  zepimport channels --channels 'tire*' practice.ibt:3");
+    declareFiles(*command);
+    declareLaps(*command, LapChoice::representative(),
+                "Laps to show instead of the best timed one,\nor else the longest");
+    declareChannels(*command);
+    declareJson(*command);
+    return command;
+}
+
+ExitCode ChannelsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+{
+    const std::optional<QVector<ChosenChannel>> channels = chosenChannels(chosen, terminal);
+    if (!channels)
+        return ExitCode::WrongUse;
+    for (const int index : chosen.indices) {
+        const QVector<ChannelRow> rows = channelRows(chosen.lap(index), *channels);
+        if (wantsJson()) {
+            addJson(chosen,
+                    {{QStringLiteral("lap"), index + 1}, {QStringLiteral("channels"), json(rows)}});
+            continue;
+        }
+        printLapHeading(chosen, index, terminal);
+        terminal.print(table(rows, terminal));
+    }
+    return ExitCode::Success;
 }

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "host/filecommand.h"
+#include "host/showcommand.h"
 
-/// `zepimport channels`: the channels of a lap with their extremes.
-class ChannelsCommand : public FileCommand
+/// `zepimport channels`: the channels of laps with their extremes.
+class ChannelsCommand : public ShowCommand
 {
 public:
     CLI::App *declare(CLI::App &program) override;
 
 protected:
-    void print(const ImportedFile &file, int lap, Terminal &terminal) const override;
-    QJsonObject json(const ImportedFile &file, int lap) const override;
+    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
 };

@@ -12,7 +12,6 @@ CLI::App *Command::declareNamed(CLI::App &program, const std::string &name,
                                 const std::string &description, const std::string &examples)
 {
     CLI::App *command = program.add_subcommand(name, description);
-    command->add_flag("--json", m_json, "Print JSON instead of tables");
     command->add_flag("-v,--verbose", m_verbose, "Show every message of the plug-ins");
     command
         ->add_option("--plugin", m_plugin,

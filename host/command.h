@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/exitcode.h"
 #include "host/pluginregistry.h"
 
 #include <optional>
@@ -10,13 +11,6 @@ class Terminal;
 namespace CLI {
 class App;
 }
-
-/// What the program tells the shell.
-enum class ExitCode {
-    Success = 0,
-    Failure = 1, ///< a file could not be imported (the others were), or nothing could be shown
-    WrongUse = 2, ///< a wrong option, or a lap that a file does not hold
-};
 
 /// One command of the program: its options, and what it does with them.
 class Command
@@ -44,10 +38,8 @@ protected:
     std::optional<PluginRegistry> loadPlugins(Terminal &terminal) const;
 
     bool isVerbose() const { return m_verbose; }
-    bool wantsJson() const { return m_json; }
 
 private:
     std::string m_plugin;
     bool m_verbose = false;
-    bool m_json = false;
 };

@@ -1,45 +1,83 @@
 #include "host/filecommand.h"
 
-#include "host/format.h"
-#include "host/lapsummary.h"
+#include "host/recordingfiles.h"
 #include "host/terminal.h"
 
 #include <CLI/CLI.hpp>
 
-#include <QByteArray>
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 
 #include <algorithm>
 
-void FileCommand::declareFiles(CLI::App &command)
+namespace {
+
+QStringList fileNames(const std::vector<std::string> &arguments)
 {
-    command.add_option("FILE", m_files, "Recordings to read")->required()->type_name("");
+    QStringList names;
+    for (const std::string &argument : arguments)
+        names.append(QFile::decodeName(argument.c_str()));
+    return names;
 }
 
-void FileCommand::declareLap(CLI::App &command)
+} // namespace
+
+void FileCommand::declareFiles(CLI::App &command)
 {
     command
-        .add_option("--lap", m_lap,
-                    "Lap to show, by its # in the output of `laps`;\n"
-                    "else the best timed lap, or the longest one")
-        ->type_name("N")
-        ->check([](const std::string &text) {
-            const int number = QByteArray::fromStdString(text).toInt();
-            return number >= 1 ? std::string() : "laps are numbered from 1, not " + text;
+        .add_option("FILE", m_files,
+                    "Recordings to read, or folders of them;\n"
+                    "FILE:CHOICE chooses laps as --lap does")
+        ->required()
+        ->type_name("");
+    command.add_flag("-r,--recursive", m_recursive, "Read the folders below a folder, too");
+}
+
+void FileCommand::declareLaps(CLI::App &command, const LapChoice &otherwise,
+                              const std::string &description)
+{
+    m_laps = otherwise;
+    command
+        .add_option("--lap", m_lapText,
+                    description + ", by # in the output of `laps`:\n3 or 3,5-7 or best or all")
+        ->type_name("CHOICE")
+        ->check([this](const std::string &text) {
+            QString problem;
+            const std::optional<LapChoice> laps =
+                LapChoice::parse(QString::fromStdString(text), &problem);
+            m_laps = laps.value_or(m_laps);
+            return problem.toStdString();
         });
 }
 
-void FileCommand::printLapHeading(const ImportedFile &file, int lap, Terminal &terminal)
+void FileCommand::declareChannels(CLI::App &command)
 {
-    const ZEP::Lap &shown = *file.laps[std::size_t(lap)];
-    const std::optional<int> time = lapTime(shown);
-    terminal.printHeading(
-        QStringLiteral("%1: lap #%2 of %3, %4%5")
-            .arg(file.fileName, QString::number(lap + 1), QString::number(file.laps.size()),
-                 lapKindName(lapKind(shown)),
-                 time ? QString(QLatin1String(", ") % formatLapTime(time)) : QString()));
+    command
+        .add_option("--channels", m_channels,
+                    "Channels: names, with * and ?, and presets:\n"
+                        + ChannelChoice::presets().join(QLatin1String(", ")).toStdString())
+        ->type_name("NAMES")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+}
+
+std::optional<QVector<ChosenChannel>> FileCommand::chosenChannels(const ChosenLaps &chosen,
+                                                                  Terminal &terminal) const
+{
+    QStringList choices;
+    for (const std::string &choice : m_channels)
+        choices.append(QString::fromStdString(choice));
+    QString problem;
+    const QVector<ChosenChannel> channels =
+        ChannelChoice(choices).channels(chosen.laps(), &problem);
+    if (problem.isEmpty())
+        return channels;
+    terminal.complain(chosen.file.fileName % QLatin1String(": ") % problem);
+    return std::nullopt;
+}
+
+ExitCode FileCommand::finish(Terminal &)
+{
+    return ExitCode::Success;
 }
 
 ExitCode FileCommand::run(Terminal &terminal)
@@ -48,37 +86,28 @@ ExitCode FileCommand::run(Terminal &terminal)
     if (!plugins)
         return ExitCode::Failure;
 
-    Importer importer(*plugins, terminal, isVerbose());
     ExitCode result = ExitCode::Success;
-    QJsonArray array;
-    bool first = true;
-    for (const std::string &name : m_files) {
-        const std::optional<ImportedFile> file = importer.import(QFile::decodeName(name.c_str()));
+    const RecordingFiles recordings(fileNames(m_files), m_recursive, *plugins);
+    for (const RecordingFiles::Problem &problem : recordings.problems) {
+        terminal.complain(problem.text);
+        result = std::max(result, problem.exitCode);
+    }
+
+    Importer importer(*plugins, terminal, isVerbose());
+    for (const RecordingFile &recording : recordings.files) {
+        std::optional<ImportedFile> file = importer.import(recording.fileName);
         if (!file) {
             result = std::max(result, ExitCode::Failure);
             continue;
         }
-        const int count = int(file->laps.size());
-        if (m_lap > count) {
-            terminal.complain(
-                QStringLiteral("%1: there is no lap #%2; choose one of 1 to %3")
-                    .arg(file->fileName, QString::number(m_lap), QString::number(count)));
-            result = ExitCode::WrongUse;
+        QString problem;
+        const QVector<int> indices = recording.laps.value_or(m_laps).indices(file->laps, &problem);
+        if (!problem.isEmpty()) {
+            terminal.complain(file->fileName % QLatin1String(": ") % problem);
+            result = std::max(result, ExitCode::WrongUse);
             continue;
         }
-        const int lap = m_lap > 0 ? m_lap - 1 : representativeLap(file->laps);
-        if (wantsJson()) {
-            QJsonObject object = json(*file, lap);
-            object.insert(QStringLiteral("file"), file->fileName);
-            array.append(object);
-            continue;
-        }
-        if (!first)
-            terminal.print(QStringLiteral("\n"));
-        first = false;
-        print(*file, lap, terminal);
+        result = std::max(result, process({std::move(*file), indices}, terminal));
     }
-    if (wantsJson())
-        terminal.print(QString::fromUtf8(QJsonDocument(array).toJson()));
-    return result;
+    return std::max(result, finish(terminal));
 }

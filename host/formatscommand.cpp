@@ -48,9 +48,12 @@ QString json(const PluginRegistry &plugins)
 
 CLI::App *FormatsCommand::declare(CLI::App &program)
 {
-    return declareNamed(program, "formats", "Show the plug-ins found and their formats",
-                        "  zepimport formats\n"
-                        "  zepimport formats --plugin build/bin");
+    CLI::App *command =
+        declareNamed(program, "formats", "Show the plug-ins found and their formats",
+                     "  zepimport formats\n"
+                     "  zepimport formats --plugin build/bin");
+    command->add_flag("--json", m_wantsJson, "Print JSON instead of tables");
+    return command;
 }
 
 ExitCode FormatsCommand::run(Terminal &terminal)
@@ -58,6 +61,6 @@ ExitCode FormatsCommand::run(Terminal &terminal)
     const std::optional<PluginRegistry> plugins = loadPlugins(terminal);
     if (!plugins)
         return ExitCode::Failure;
-    terminal.print(wantsJson() ? json(*plugins) : table(*plugins, terminal));
+    terminal.print(m_wantsJson ? json(*plugins) : table(*plugins, terminal));
     return ExitCode::Success;
 }

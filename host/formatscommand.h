@@ -8,4 +8,7 @@ class FormatsCommand : public Command
 public:
     CLI::App *declare(CLI::App &program) override;
     ExitCode run(Terminal &terminal) override;
+
+private:
+    bool m_wantsJson = false;
 };

@@ -73,22 +73,8 @@ QVector<Field> headerFields(const ZEP::Lap &lap)
     };
 }
 
-} // namespace
-
-CLI::App *InfoCommand::declare(CLI::App &program)
+QString table(const ZEP::Lap &lap, const Terminal &terminal)
 {
-    CLI::App *command =
-        declareNamed(program, "info", "Show everything that the header of a lap carries",
-                     "  zepimport info practice.ibt\n"
-                     "  zepimport info --lap 3 --json practice.ibt");
-    declareFiles(*command);
-    declareLap(*command);
-    return command;
-}
-
-void InfoCommand::print(const ImportedFile &file, int lapIndex, Terminal &terminal) const
-{
-    const ZEP::Lap &lap = *file.laps[std::size_t(lapIndex)];
     TableWriter table({{QString()}, {QString(), TableWriter::Align::Left, 0, 20}});
     for (const Field &field : headerFields(lap))
         table.addRow({field.title, field.text});
@@ -105,13 +91,11 @@ void InfoCommand::print(const ImportedFile &file, int lapIndex, Terminal &termin
     for (const QString &name : calculated)
         table.addRow({name, formatValue(lap.calculatedValue(name))});
 
-    printLapHeading(file, lapIndex, terminal);
-    terminal.print(table.text(terminal.width(), terminal.hasColour()));
+    return table.text(terminal.width(), terminal.hasColour());
 }
 
-QJsonObject InfoCommand::json(const ImportedFile &file, int lapIndex) const
+QJsonObject json(const ZEP::Lap &lap, int number)
 {
-    const ZEP::Lap &lap = *file.laps[std::size_t(lapIndex)];
     QJsonObject header;
     for (const Field &field : headerFields(lap))
         header.insert(field.key, field.json);
@@ -121,8 +105,37 @@ QJsonObject InfoCommand::json(const ImportedFile &file, int lapIndex) const
     QJsonObject calculated;
     for (const QString &name : lap.calculatedValuesNames())
         calculated.insert(name, jsonValue(lap.calculatedValue(name)));
-    return {{QStringLiteral("lap"), lapIndex + 1},
+    return {{QStringLiteral("lap"), number},
             {QStringLiteral("header"), header},
             {QStringLiteral("values"), values},
             {QStringLiteral("calculatedValues"), calculated}};
+}
+
+} // namespace
+
+CLI::App *InfoCommand::declare(CLI::App &program)
+{
+    CLI::App *command =
+        declareNamed(program, "info", "Show everything that the headers of laps carry",
+                     "  zepimport info practice.ibt\n"
+                     "  zepimport info --json practice.ibt:3");
+    declareFiles(*command);
+    declareLaps(*command, LapChoice::representative(),
+                "Laps to show instead of the best timed one,\nor else the longest");
+    declareJson(*command);
+    return command;
+}
+
+ExitCode InfoCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+{
+    for (const int index : chosen.indices) {
+        const ZEP::Lap &lap = chosen.lap(index);
+        if (wantsJson()) {
+            addJson(chosen, json(lap, index + 1));
+            continue;
+        }
+        printLapHeading(chosen, index, terminal);
+        terminal.print(table(lap, terminal));
+    }
+    return ExitCode::Success;
 }

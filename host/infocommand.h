@@ -1,14 +1,13 @@
 #pragma once
 
-#include "host/filecommand.h"
+#include "host/showcommand.h"
 
-/// `zepimport info`: everything that the header of a lap carries.
-class InfoCommand : public FileCommand
+/// `zepimport info`: everything that the headers of laps carry.
+class InfoCommand : public ShowCommand
 {
 public:
     CLI::App *declare(CLI::App &program) override;
 
 protected:
-    void print(const ImportedFile &file, int lap, Terminal &terminal) const override;
-    QJsonObject json(const ImportedFile &file, int lap) const override;
+    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
 };

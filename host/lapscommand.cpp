@@ -42,7 +42,7 @@ QString sessionTable(const SessionSummary &session, const Terminal &terminal)
     return table.text(terminal.width(), terminal.hasColour());
 }
 
-QString lapTable(const Laps &laps, const Terminal &terminal)
+QString lapTable(const ChosenLaps &chosen, const Terminal &terminal)
 {
     using Align = TableWriter::Align;
     TableWriter table({{QStringLiteral("#"), Align::Right},
@@ -55,9 +55,9 @@ QString lapTable(const Laps &laps, const Terminal &terminal)
                        {QStringLiteral("Samples"), Align::Right, 6},
                        {QStringLiteral("Top speed"), Align::Right, 3},
                        {QStringLiteral("Fuel used"), Align::Right, 3}});
-    const QVector<LapSummary> summaries = summarize(laps);
-    for (int i = 0; i < summaries.size(); ++i) {
-        const ZEP::Lap &lap = *laps[std::size_t(i)];
+    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
+    for (const int i : chosen.indices) {
+        const ZEP::Lap &lap = chosen.lap(i);
         const LapSummary &summary = summaries.at(i);
         table.addRow({QString::number(i + 1), QString::number(lap.getLapInSession()),
                       QString::number(lap.getStintInSession()),
@@ -69,30 +69,12 @@ QString lapTable(const Laps &laps, const Terminal &terminal)
     return table.text(terminal.width(), terminal.hasColour());
 }
 
-} // namespace
-
-CLI::App *LapsCommand::declare(CLI::App &program)
-{
-    CLI::App *command = declareNamed(program, "laps", "Show the laps of recordings in a table",
-                                     "  zepimport laps practice.ibt\n"
-                                     "  zepimport laps --json monday/*.ibt > laps.json");
-    declareFiles(*command);
-    return command;
-}
-
-void LapsCommand::print(const ImportedFile &file, int, Terminal &terminal) const
-{
-    terminal.printHeading(file.fileName);
-    terminal.print(sessionTable(sessionSummary(file), terminal) % QLatin1Char('\n')
-                   % lapTable(file.laps, terminal));
-}
-
-QJsonObject LapsCommand::json(const ImportedFile &file, int) const
+QJsonObject json(const ChosenLaps &chosen)
 {
     QJsonArray laps;
-    const QVector<LapSummary> summaries = summarize(file.laps);
-    for (int i = 0; i < summaries.size(); ++i) {
-        const ZEP::Lap &lap = *file.laps[std::size_t(i)];
+    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
+    for (const int i : chosen.indices) {
+        const ZEP::Lap &lap = chosen.lap(i);
         const LapSummary &summary = summaries.at(i);
         laps.append(QJsonObject{{QStringLiteral("number"), i + 1},
                                 {QStringLiteral("lapInSession"), lap.getLapInSession()},
@@ -106,7 +88,7 @@ QJsonObject LapsCommand::json(const ImportedFile &file, int) const
                                 {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
                                 {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)}});
     }
-    const SessionSummary session = sessionSummary(file);
+    const SessionSummary session = sessionSummary(chosen.file);
     return {{QStringLiteral("track"), jsonText(session.track)},
             {QStringLiteral("configuration"), jsonText(session.configuration)},
             {QStringLiteral("car"), jsonText(session.car)},
@@ -115,4 +97,30 @@ QJsonObject LapsCommand::json(const ImportedFile &file, int) const
             {QStringLiteral("date"), jsonDateTime(session.date)},
             {QStringLiteral("dateOfFile"), session.isFileDate},
             {QStringLiteral("laps"), laps}};
+}
+
+} // namespace
+
+CLI::App *LapsCommand::declare(CLI::App &program)
+{
+    CLI::App *command = declareNamed(program, "laps", "Show the laps of recordings in a table",
+                                     "  zepimport laps practice.ibt\n"
+                                     "  zepimport laps --lap best -r season/\n"
+                                     "  zepimport laps --json monday/*.ibt > laps.json");
+    declareFiles(*command);
+    declareLaps(*command, LapChoice::all(), "Laps to show");
+    declareJson(*command);
+    return command;
+}
+
+ExitCode LapsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+{
+    if (wantsJson()) {
+        addJson(chosen, json(chosen));
+        return ExitCode::Success;
+    }
+    printHeading(chosen.file.fileName, terminal);
+    terminal.print(sessionTable(sessionSummary(chosen.file), terminal) % QLatin1Char('\n')
+                   % lapTable(chosen, terminal));
+    return ExitCode::Success;
 }

@@ -1,14 +1,13 @@
 #pragma once
 
-#include "host/filecommand.h"
+#include "host/showcommand.h"
 
-/// `zepimport laps`: a table of the laps of each file.
-class LapsCommand : public FileCommand
+/// `zepimport laps`: a table of laps for each file.
+class LapsCommand : public ShowCommand
 {
 public:
     CLI::App *declare(CLI::App &program) override;
 
 protected:
-    void print(const ImportedFile &file, int lap, Terminal &terminal) const override;
-    QJsonObject json(const ImportedFile &file, int lap) const override;
+    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
 };

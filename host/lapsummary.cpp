@@ -34,22 +34,6 @@ std::optional<Quantity> fuelUsed(const ZEP::Lap &lap)
     return Quantity{channel->sample(first) - channel->sample(last), channel->unit()};
 }
 
-/// The index of the fastest timed lap, or -1.
-int bestLap(const Laps &laps)
-{
-    int best = -1;
-    std::optional<int> bestTime;
-    for (int i = 0; i < int(laps.size()); ++i) {
-        const ZEP::Lap &lap = *laps[std::size_t(i)];
-        const std::optional<int> time = lapTime(lap);
-        if (lapKind(lap) == LapKind::Timed && time && (!bestTime || *time < *bestTime)) {
-            best = i;
-            bestTime = time;
-        }
-    }
-    return best;
-}
-
 } // namespace
 
 QString lapKindName(LapKind kind)
@@ -94,17 +78,32 @@ LapKind lapKind(const ZEP::Lap &lap)
     return LapKind::Other;
 }
 
+std::optional<int> bestLap(const Laps &laps)
+{
+    std::optional<int> best;
+    std::optional<int> bestTime;
+    for (int i = 0; i < int(laps.size()); ++i) {
+        const ZEP::Lap &lap = *laps[std::size_t(i)];
+        const std::optional<int> time = lapTime(lap);
+        if (lapKind(lap) == LapKind::Timed && time && (!bestTime || *time < *bestTime)) {
+            best = i;
+            bestTime = time;
+        }
+    }
+    return best;
+}
+
 QVector<LapSummary> summarize(const Laps &laps)
 {
-    const int best = bestLap(laps);
+    const std::optional<int> best = bestLap(laps);
     QVector<LapSummary> summaries;
     for (int i = 0; i < int(laps.size()); ++i) {
         const ZEP::Lap &lap = *laps[std::size_t(i)];
         LapSummary summary;
         summary.kind = lapKind(lap);
         summary.time = lapTime(lap);
-        if (best >= 0 && summary.time)
-            summary.gap = *summary.time - *lapTime(*laps[std::size_t(best)]);
+        if (best && summary.time)
+            summary.gap = *summary.time - *lapTime(*laps[std::size_t(*best)]);
         summary.isBest = i == best;
         summary.topSpeed = topSpeed(lap);
         summary.fuelUsed = fuelUsed(lap);
@@ -115,9 +114,8 @@ QVector<LapSummary> summarize(const Laps &laps)
 
 int representativeLap(const Laps &laps)
 {
-    const int best = bestLap(laps);
-    if (best >= 0)
-        return best;
+    if (const std::optional<int> best = bestLap(laps))
+        return *best;
     int longest = 0;
     for (int i = 1; i < int(laps.size()); ++i) {
         if (laps[std::size_t(i)]->size() > laps[std::size_t(longest)]->size())

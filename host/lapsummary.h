@@ -45,6 +45,9 @@ LapKind lapKind(const ZEP::Lap &lap);
 /// One summary for each of \a laps, in their order.
 QVector<LapSummary> summarize(const Laps &laps);
 
+/// The index of the fastest timed lap, the first of equals.
+std::optional<int> bestLap(const Laps &laps);
+
 /// The index of the lap that speaks for the file where none is asked for: the best timed lap, else
 /// the one with the most samples, the first of equals. \a laps holds at least one.
 int representativeLap(const Laps &laps);

@@ -231,7 +231,9 @@ void tst_Zepimport::failingFile_data()
     QTest::newRow("missing") << "none.laps"
                              << "none.laps: no such file; check the path";
     QTest::newRow("folder") << "folder.laps"
-                            << "folder.laps: is a folder; name the recordings in it";
+                            << "folder.laps: no recordings in this folder; the formats are "
+                               "Lap sheet (*.laps), Silent sheet (*.mute *.hush); "
+                               "-r looks into the folders below";
     QTest::newRow("pipe") << "pipe.laps"
                           << "pipe.laps: is not an ordinary file; copy its content to one";
     QTest::newRow("locked") << "locked.laps"

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "host/exitcode.h"
+#include "host/lapchoice.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+
+class PluginRegistry;
+
+/// A file to import.
+struct RecordingFile {
+    QString fileName;
+    std::optional<LapChoice> laps; ///< asked for of this file alone
+};
+
+/// The files that `FILE...` on the command line means, and what is wrong with it.
+///
+/// An argument is a file, or a folder, which means the files in it that a plug-in reads, by name.
+/// Either may have a choice of laps behind it, "monday/a.ibt:best", unless there is a file of
+/// that very name.
+struct RecordingFiles {
+    struct Problem {
+        ExitCode exitCode;
+        QString text; ///< with the argument's name
+    };
+
+    /// With \a recursive the folders below a folder count too. A file that does not exist is in
+    /// the result: whoever opens it knows best what is wrong with it.
+    RecordingFiles(const QStringList &arguments, bool recursive, const PluginRegistry &plugins);
+
+    QVector<RecordingFile> files;
+    QVector<Problem> problems;
+};
