@@ -1,4 +1,5 @@
 #include "host/channelscommand.h"
+#include "host/comparecommand.h"
 #include "host/formatscommand.h"
 #include "host/infocommand.h"
 #include "host/lapscommand.h"
@@ -46,6 +47,7 @@ int main(int argc, char *argv[])
     commands.push_back(std::make_unique<LapsCommand>());
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<ChannelsCommand>());
+    commands.push_back(std::make_unique<CompareCommand>());
     commands.push_back(std::make_unique<FormatsCommand>());
 
     CLI::App program("Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",

@@ -1,4 +1,6 @@
-// What the README shows is what the programs print.
+// What the README and the pages of docs/ show is what the programs print.
+
+#include "tests/hosttest/zepimportprocess.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -43,10 +45,13 @@ private Q_SLOTS:
     void shownLapsAreThoseOfTheDemo();
     void shownScriptsExist();
     void shownCommandsAreKnown();
+    void shownOutputIsReal_data();
+    void shownOutputIsReal();
 
 private:
     QString m_text;
     QString m_root;
+    QTemporaryDir m_dir; ///< with the recording that the pages are about
 };
 
 void tst_Readme::initTestCase()
@@ -56,13 +61,12 @@ void tst_Readme::initTestCase()
     QVERIFY(file.open(QIODevice::ReadOnly));
     m_text = QString::fromUtf8(file.readAll());
     m_root = QFileInfo(fileName).absolutePath();
+    run(QStringLiteral(IBTGEN_PATH), {m_dir.filePath(QStringLiteral("demo.ibt"))});
 }
 
 void tst_Readme::shownLapsAreThoseOfTheDemo()
 {
-    const QTemporaryDir dir;
-    const QString recording = dir.filePath(QStringLiteral("demo.ibt"));
-    run(QStringLiteral(IBTGEN_PATH), {recording});
+    const QString recording = m_dir.filePath(QStringLiteral("demo.ibt"));
     const QString shown = m_text.section(QStringLiteral("```\n"), 1, 1);
     QVERIFY(shown.startsWith(QLatin1String("build/demo/demo.ibt\n")));
     QCOMPARE(stableLines(shown),
@@ -91,7 +95,42 @@ void tst_Readme::shownCommandsAreKnown()
         QVERIFY2(!run(QStringLiteral(ZEPIMPORT_PATH), {name, QStringLiteral("--help")}).isEmpty(),
                  qPrintable(name));
     }
-    QCOMPARE(commands, 4);
+    QCOMPARE(commands, 5);
+}
+
+void tst_Readme::shownOutputIsReal_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("shown");
+
+    // ```console, "$ zepimport ..." and what it prints.
+    const QRegularExpression block(QStringLiteral("^```console\n\\$ zepimport (.*?)\n(.*?)```"),
+                                   QRegularExpression::MultilineOption
+                                       | QRegularExpression::DotMatchesEverythingOption);
+    for (const QString &page : {QStringLiteral("README.md"), QStringLiteral("docs/zepimport.md")}) {
+        QFile file(m_root + QLatin1Char('/') + page);
+        QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(page));
+        for (auto match = block.globalMatch(QString::fromUtf8(file.readAll())); match.hasNext();) {
+            const QRegularExpressionMatch found = match.next();
+            QTest::addRow("%s: %s", qPrintable(page), qPrintable(found.captured(1)))
+                << found.captured(1).split(QLatin1Char(' ')) << found.captured(2);
+        }
+    }
+}
+
+void tst_Readme::shownOutputIsReal()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, shown);
+
+    ZepimportProcess process;
+    process.arguments = arguments;
+    process.environment = QStringList{QStringLiteral("NO_COLOR=1")};
+    process.folder = m_dir.path();
+    process.terminalWidth = 100;
+    const Outcome outcome = process.run();
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(stableLines(outcome.output), stableLines(shown));
 }
 
 QTEST_GUILESS_MAIN(tst_Readme)

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "host/filecommand.h"
+#include "host/lapcomparison.h"
+#include "host/lapcurve.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// `zepimport compare`: where one lap gains on another.
+class CompareCommand : public FileCommand
+{
+public:
+    CLI::App *declare(CLI::App &program) override;
+    ExitCode run(Terminal &terminal) override;
+
+    /// One of the two laps.
+    struct Side {
+        QString fileName;
+        int number; ///< of the lap, from 1
+        int time; ///< milliseconds
+        QString track; ///< with its configuration
+        LapCurve curve;
+
+        QString name() const;
+    };
+
+protected:
+    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
+
+private:
+    bool m_wantsJson = false;
+    double m_grid = 1;
+    std::vector<Side> m_sides;
+};

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QVector>
+
+/// Draws curves over a common axis in text, with the dots of Braille characters.
+class TextChart
+{
+public:
+    enum class Colour { Default, Cyan, Yellow };
+
+    struct Curve {
+        QString name; ///< shown above the chart, in the curve's colour; may be empty
+        QVector<double> values; ///< evenly spread over the axis; at least two, all finite
+        Colour colour = Colour::Default;
+    };
+
+    /// The axis goes from 0 to \a end in \a unit.
+    TextChart(double end, const QString &unit);
+
+    /// The chart below a line with \a title and the names, each line ended by a line feed.
+    ///
+    /// \a width and \a height are what the chart takes in columns and lines, its axis and labels
+    /// included, at least 24 and 4. \a colour adds terminal escape sequences. Later curves lie
+    /// above earlier ones.
+    QString text(const QString &title, const QVector<Curve> &curves, int width, int height,
+                 bool colour) const;
+
+private:
+    double m_end;
+    QString m_unit;
+};

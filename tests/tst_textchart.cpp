@@ -1,0 +1,91 @@
+#include "host/textchart.h"
+
+#include <QtTest>
+
+class tst_TextChart : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void draws_data();
+    void draws();
+    void laterCurvesLieAbove();
+    void withoutColoursNamesRemain();
+};
+
+namespace {
+
+constexpr int Width = 24;
+constexpr int Height = 6;
+
+QString chart(const QVector<TextChart::Curve> &curves, bool colour)
+{
+    return TextChart(400, QStringLiteral("m"))
+        .text(QStringLiteral("Time, s"), curves, Width, Height, colour);
+}
+
+} // namespace
+
+void tst_TextChart::draws_data()
+{
+    QTest::addColumn<QVector<double>>("values");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("rise") << QVector<double>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10} << QStringLiteral(R"(
+10.00 ┤           ⣀⣠⠤⠴⠒⠋
+      │      ⣀⣰⠒⠚⠉⠁
+ 0.00 ┤⣀⡤⠴⠒⠚⠉⠁
+      └─────────────────
+       0           400 m
+)");
+    QTest::newRow("flat line") << QVector<double>{5, 5} << QStringLiteral(R"(
+6.00 ┤
+     │
+5.00 ┤⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀⣀
+     └──────────────────
+      0            400 m
+)");
+    QTest::newRow("through zero") << QVector<double>{-1, -0.5, 0, 0.5, 1} << QStringLiteral(R"(
+ 1.00 ┤          ⢀⣀⣀⣀⣸⠉⠉
+    0 ┤┈┈┈┈┈┈⢰⠒⠒⠒⠚┈┈┈┈┈┈
+-1.00 ┤⣀⣀⣸⠉⠉⠉⠉
+      └─────────────────
+       0           400 m
+)");
+    QTest::newRow("below zero, with jumps") << QVector<double>{-1, -3, -2} << QStringLiteral(R"(
+-1.00 ┤⠉⠉⠉⠉⢹
+      │    ⢸       ⢰⠒⠒⠒⠒
+-3.00 ┤    ⢸⣀⣀⣀⣀⣀⣀⣀⣸
+      └─────────────────
+       0           400 m
+)");
+}
+
+void tst_TextChart::draws()
+{
+    QFETCH(QVector<double>, values);
+    QFETCH(QString, text);
+
+    QCOMPARE(chart({{QString(), values, TextChart::Colour::Default}}, false),
+             QStringLiteral("Time, s") + text);
+}
+
+void tst_TextChart::laterCurvesLieAbove()
+{
+    const QString text = chart({{QStringLiteral("A"), {2, 2}, TextChart::Colour::Cyan},
+                                {QStringLiteral("B"), {1, 2}, TextChart::Colour::Yellow}},
+                               true);
+    const QStringList lines = text.split(QLatin1Char('\n'));
+    QCOMPARE(lines.at(0), QStringLiteral("Time, s  \033[36m━━ A\033[0m  \033[33m━━ B\033[0m"));
+    QCOMPARE(lines.at(1), QStringLiteral("2.00 ┤\033[36m⠉⠉⠉⠉⠉⠉⠉⠉⠉\033[0m\033[33m⡏⠉⠉⠉⠉⠉⠉⠉⠉\033[0m"));
+}
+
+void tst_TextChart::withoutColoursNamesRemain()
+{
+    const QString text = chart({{QStringLiteral("A"), {2, 2}, TextChart::Colour::Cyan}}, false);
+    QCOMPARE(text.section(QLatin1Char('\n'), 0, 0), QStringLiteral("Time, s  ━━ A"));
+    QVERIFY(!text.contains(QLatin1Char('\033')));
+}
+
+QTEST_GUILESS_MAIN(tst_TextChart)
+#include "tst_textchart.moc"
