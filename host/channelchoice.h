@@ -28,7 +28,7 @@ class ChannelChoice
 public:
     /// Every channel.
     ChannelChoice() = default;
-    explicit ChannelChoice(const QStringList &choices) : m_choices(choices) {}
+    explicit ChannelChoice(const QStringList &choices) : m_choices(choices) { }
 
     bool isEverything() const { return m_choices.isEmpty(); }
 

@@ -75,6 +75,20 @@ std::optional<QVector<ChosenChannel>> FileCommand::chosenChannels(const ChosenLa
     return std::nullopt;
 }
 
+bool FileCommand::takeFile(const std::string &name)
+{
+    const auto place = std::find(m_files.begin(), m_files.end(), name);
+    if (place == m_files.end())
+        return false;
+    m_files.erase(place);
+    return true;
+}
+
+bool FileCommand::accepts(const QVector<RecordingFile> &, Terminal &)
+{
+    return true;
+}
+
 ExitCode FileCommand::finish(Terminal &)
 {
     return ExitCode::Success;
@@ -92,6 +106,9 @@ ExitCode FileCommand::run(Terminal &terminal)
         terminal.complain(problem.text);
         result = std::max(result, problem.exitCode);
     }
+
+    if (!accepts(recordings.files, terminal))
+        return ExitCode::WrongUse;
 
     Importer importer(*plugins, terminal, isVerbose());
     for (const RecordingFile &recording : recordings.files) {

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+struct RecordingFile;
+
 /// A command that imports the files that the user names, one after the other, and does something
 /// with the laps and channels chosen of each. The choosing is the same in every such command:
 ///
@@ -56,6 +58,14 @@ protected:
     std::optional<QVector<ChosenChannel>> chosenChannels(const ChosenLaps &chosen,
                                                          Terminal &terminal) const;
 
+    /// Takes \a name from the files that the user named; false if it is none of them.
+    bool takeFile(const std::string &name);
+    /// Whether the user named any files.
+    bool hasFiles() const { return !m_files.empty(); }
+
+    /// Called once, before the first file is read. If it is false the command ends as wrongly used,
+    /// and the user knows why.
+    virtual bool accepts(const QVector<RecordingFile> &files, Terminal &terminal);
     /// Does the command's work for one file. Called for each file that could be imported and has
     /// the laps asked for, in the order of the command line.
     virtual ExitCode process(ChosenLaps &&chosen, Terminal &terminal) = 0;

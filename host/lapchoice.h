@@ -35,7 +35,7 @@ private:
     enum class Kind { Best, All, Representative, Listed };
     using Range = QPair<int, int>; ///< numbers of the first and the last lap
 
-    explicit LapChoice(Kind kind) : m_kind(kind) {}
+    explicit LapChoice(Kind kind) : m_kind(kind) { }
 
     Kind m_kind;
     QVector<Range> m_ranges; ///< for Listed, at least one

@@ -1,5 +1,6 @@
 #include "host/channelscommand.h"
 #include "host/comparecommand.h"
+#include "host/exportcommand.h"
 #include "host/formatscommand.h"
 #include "host/infocommand.h"
 #include "host/lapscommand.h"
@@ -10,6 +11,7 @@
 #include <QCoreApplication>
 #include <QTextCodec>
 
+#include <csignal>
 #include <memory>
 #include <string>
 #include <utility>
@@ -39,6 +41,10 @@ std::string usageError(const CLI::App &program, const CLI::ParseError &error,
 
 int main(int argc, char *argv[])
 {
+    // A closed pipe ends the program as it ends others, whatever it inherited; a file that may not
+    // grow further is an error like a full disk.
+    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_IGN);
     const QCoreApplication application(argc, argv);
     // File names and output are UTF-8 also where the locale knows only ASCII.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
@@ -48,6 +54,7 @@ int main(int argc, char *argv[])
     commands.push_back(std::make_unique<InfoCommand>());
     commands.push_back(std::make_unique<ChannelsCommand>());
     commands.push_back(std::make_unique<CompareCommand>());
+    commands.push_back(std::make_unique<ExportCommand>());
     commands.push_back(std::make_unique<FormatsCommand>());
 
     CLI::App program("Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",

@@ -12,8 +12,7 @@ QStringList filesIn(const QString &folder, bool recursive, const PluginRegistry 
 {
     QStringList files;
     QDirIterator iterator(folder, QDir::Files,
-                          recursive ? QDirIterator::Subdirectories
-                                    : QDirIterator::NoIteratorFlags);
+                          recursive ? QDirIterator::Subdirectories : QDirIterator::NoIteratorFlags);
     while (iterator.hasNext()) {
         const QString file = iterator.next();
         if (plugins.match(file).interface)
@@ -60,8 +59,9 @@ RecordingFiles::RecordingFiles(const QStringList &arguments, bool recursive,
         }
         if (!QDir(name).isReadable()) {
             problems.append({ExitCode::Failure,
-                             QString(name % QLatin1String(": cannot be read; check the folder's "
-                                                          "permissions"))});
+                             QString(name
+                                     % QLatin1String(": cannot be read; check the folder's "
+                                                     "permissions"))});
             continue;
         }
         const QStringList found = filesIn(name, recursive, plugins);

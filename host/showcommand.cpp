@@ -25,12 +25,11 @@ void ShowCommand::printLapHeading(const ChosenLaps &chosen, int index, Terminal 
 {
     const ZEP::Lap &lap = chosen.lap(index);
     const std::optional<int> time = lapTime(lap);
-    printHeading(
-        QStringLiteral("%1: lap #%2 of %3, %4%5")
-            .arg(chosen.file.fileName, QString::number(index + 1),
-                 QString::number(chosen.file.laps.size()), lapKindName(lapKind(lap)),
-                 time ? QString(QLatin1String(", ") % formatLapTime(time)) : QString()),
-        terminal);
+    printHeading(QStringLiteral("%1: lap #%2 of %3, %4%5")
+                     .arg(chosen.file.fileName, QString::number(index + 1),
+                          QString::number(chosen.file.laps.size()), lapKindName(lapKind(lap)),
+                          time ? QString(QLatin1String(", ") % formatLapTime(time)) : QString()),
+                 terminal);
 }
 
 void ShowCommand::addJson(const ChosenLaps &chosen, QJsonObject object)

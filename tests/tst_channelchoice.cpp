@@ -48,9 +48,8 @@ void tst_ChannelChoice::chosen_data()
     QTest::addColumn<QStringList>("found");
 
     QTest::newRow("everything that any lap has")
-        << QStringList{}
-        << QStringList{"Driver",  "brake",   "gear", "lap",   "lat",    "lfspeed",
-                       "lftempl", "oiltemp", "rpm",  "speed", "=delta", "=lap"};
+        << QStringList{} << QStringList{"Driver",  "brake",   "gear", "lap",   "lat",    "lfspeed",
+                                        "lftempl", "oiltemp", "rpm",  "speed", "=delta", "=lap"};
     QTest::newRow("names in their own order")
         << QStringList{"speed", "brake"} << QStringList{"speed", "brake"};
     QTest::newRow("in capitals") << QStringList{"SPEED"} << QStringList{"speed"};
@@ -61,14 +60,15 @@ void tst_ChannelChoice::chosen_data()
     QTest::newRow("one letter") << QStringList{"la?"} << QStringList{"lap", "lat", "=lap"};
     QTest::newRow("set of letters") << QStringList{"la[tx]"} << QStringList{"lat"};
     QTest::newRow("each once") << QStringList{"speed", "*", "speed"}
-                               << QStringList{"speed",   "Driver",  "brake", "gear",
-                                              "lap",     "lat",     "lfspeed", "lftempl",
-                                              "oiltemp", "rpm",     "=delta",  "=lap"};
+                               << QStringList{"speed",   "Driver", "brake",   "gear",
+                                              "lap",     "lat",    "lfspeed", "lftempl",
+                                              "oiltemp", "rpm",    "=delta",  "=lap"};
     QTest::newRow("preset") << QStringList{"engine"} << QStringList{"rpm", "gear", "oiltemp"};
-    QTest::newRow("preset in capitals") << QStringList{"Tyres"} << QStringList{"lftempl", "lfspeed"};
+    QTest::newRow("preset in capitals")
+        << QStringList{"Tyres"} << QStringList{"lftempl", "lfspeed"};
     QTest::newRow("channel called like a preset") << QStringList{"driver"} << QStringList{"Driver"};
-    QTest::newRow("preset and more") << QStringList{"position", "l*"}
-                                     << QStringList{"lat", "lap", "lfspeed", "lftempl", "=lap"};
+    QTest::newRow("preset and more")
+        << QStringList{"position", "l*"} << QStringList{"lat", "lap", "lfspeed", "lftempl", "=lap"};
 }
 
 void tst_ChannelChoice::chosen()
@@ -88,8 +88,8 @@ void tst_ChannelChoice::problem_data()
                               << "there is no channel 'sped'; did you mean speed?";
     QTest::newRow("one of two") << QStringList{"gear", "oil"}
                                 << "there is no channel 'oil'; did you mean oiltemp?";
-    QTest::newRow("preset mistyped") << QStringList{"engin"}
-                                     << "there is no channel 'engin'; did you mean engine?";
+    QTest::newRow("preset mistyped")
+        << QStringList{"engin"} << "there is no channel 'engin'; did you mean engine?";
     QTest::newRow("wildcard without any")
         << QStringList{"gaer*"} << "there is no channel 'gaer*'; did you mean gear?";
     QTest::newRow("nothing like it") << QStringList{"zzz"} << "there is no channel 'zzz'";

@@ -59,8 +59,8 @@ void tst_LapChoice::chosen_data()
     QTest::newRow("leading zeros") << "002" << Indices{1} << none;
     QTest::newRow("all") << "all" << Indices{0, 1, 2, 3, 4} << none;
     QTest::newRow("best") << "best" << Indices{3} << none;
-    QTest::newRow("beyond the last") << "6" << Indices{}
-                                     << "there is no lap #6; choose one of 1 to 5";
+    QTest::newRow("beyond the last")
+        << "6" << Indices{} << "there is no lap #6; choose one of 1 to 5";
     QTest::newRow("range beyond the last")
         << "1,4-9" << Indices{} << "there is no lap #6; choose one of 1 to 5";
     QTest::newRow("range far beyond the last")
@@ -96,8 +96,9 @@ void tst_LapChoice::senseless()
     QFETCH(QString, text);
     QString problem;
     QVERIFY(!LapChoice::parse(text, &problem));
-    QCOMPARE(problem,
-             QStringLiteral("choose laps as 3, as 3,5-7, as best or as all, not as '%1'").arg(text));
+    QCOMPARE(
+        problem,
+        QStringLiteral("choose laps as 3, as 3,5-7, as best or as all, not as '%1'").arg(text));
 }
 
 void tst_LapChoice::representative()

@@ -34,8 +34,8 @@ void tst_NearestNames::nearest_data()
 void tst_NearestNames::nearest()
 {
     QFETCH(QString, text);
-    const QStringList names{"Brake",   "gear",    "lfspeed",   "lftempl",
-                            "oiltemp", "speed",   "watertemp", "watertempmax"};
+    const QStringList names{"Brake",   "gear",  "lfspeed",   "lftempl",
+                            "oiltemp", "speed", "watertemp", "watertempmax"};
     QTEST(nearestNames(text, names), "nearest");
 }
 

@@ -50,9 +50,9 @@ void tst_ZepimportChoice::initTestCase()
     QVERIFY(dir.mkpath(QStringLiteral("empty")));
     QVERIFY(dir.mkpath(QStringLiteral("locked")));
     QVERIFY(QFile::setPermissions(dir.filePath(QStringLiteral("locked")), {}));
-    for (const char *name : {"race.laps", "odd:2", "odd:2.laps", "odd.laps", "odd.laps:3",
-                             "season/y.laps", "season/x.laps", "season/.hidden.laps",
-                             "season/b/deep/z.laps", "season/a/z.laps"})
+    for (const char *name :
+         {"race.laps", "odd:2", "odd:2.laps", "odd.laps", "odd.laps:3", "season/y.laps",
+          "season/x.laps", "season/.hidden.laps", "season/b/deep/z.laps", "season/a/z.laps"})
         write(name, raceSheet());
     write("season/notes.txt", "none of the plug-ins reads this\n");
 }
@@ -83,14 +83,13 @@ void tst_ZepimportChoice::files_data()
     QTest::newRow("its own choice wins")
         << QStringList{"--lap", "1", "race.laps", "race.laps:5", "race.laps:best"}
         << QStringList{"race.laps: lap #1", "race.laps: lap #5", "race.laps: lap #3"};
-    QTest::newRow("several laps")
-        << QStringList{"race.laps:4,1-2"}
-        << QStringList{"race.laps: lap #4", "race.laps: lap #1", "race.laps: lap #2"};
+    QTest::newRow("several laps") << QStringList{"race.laps:4,1-2"}
+                                  << QStringList{"race.laps: lap #4", "race.laps: lap #1",
+                                                 "race.laps: lap #2"};
     QTest::newRow("colon in the name") << QStringList{"odd:2.laps", "odd:2.laps:5"}
                                        << QStringList{"odd:2.laps: lap #3", "odd:2.laps: lap #5"};
-    QTest::newRow("folder, by name") << QStringList{"season"}
-                                     << QStringList{"season/x.laps: lap #3",
-                                                    "season/y.laps: lap #3"};
+    QTest::newRow("folder, by name")
+        << QStringList{"season"} << QStringList{"season/x.laps: lap #3", "season/y.laps: lap #3"};
     QTest::newRow("folder with a choice")
         << QStringList{"season/:2"}
         << QStringList{"season/x.laps: lap #2", "season/y.laps: lap #2"};
@@ -135,11 +134,11 @@ void tst_ZepimportChoice::problem_data()
         << QStringList{"odd.laps:3"}
         << QString(QLatin1String("odd.laps:3: no plug-in imports files of such a name; ") % formats)
         << 1;
-    QTest::newRow("empty folder")
-        << QStringList{"empty"}
-        << QString(QLatin1String("empty: no recordings in this folder; ") % formats
-                   % QLatin1String("; -r looks into the folders below"))
-        << 1;
+    QTest::newRow("empty folder") << QStringList{"empty"}
+                                  << QString(QLatin1String("empty: no recordings in this folder; ")
+                                             % formats
+                                             % QLatin1String("; -r looks into the folders below"))
+                                  << 1;
     QTest::newRow("empty folder, and none below")
         << QStringList{"-r", "empty"}
         << QString(QLatin1String("empty: no recordings in this folder; ") % formats) << 1;
@@ -204,8 +203,8 @@ void tst_ZepimportChoice::severalLapsOfAFile()
 
 void tst_ZepimportChoice::channels()
 {
-    const Outcome outcome = run({"channels", "--channels", "LAP*,speed,dr?ver", "--channels=gear",
-                                 "race.laps:3"});
+    const Outcome outcome =
+        run({"channels", "--channels", "LAP*,speed,dr?ver", "--channels=gear", "race.laps:3"});
     QCOMPARE(outcome.errors,
              QStringLiteral("zepimport: race.laps: there is no channel 'dr?ver'; did you mean "
                             "driver?\n"));

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QFileDevice>
+#include <QString>
+
+#include <memory>
+
+/// A place that an export goes to: a file that is written whole or not at all, a device or pipe
+/// that exists already, or standard output.
+class ExportFile
+{
+public:
+    /// \a name is a path, or "-" for standard output.
+    explicit ExportFile(const QString &name) : m_name(name) { }
+
+    /// Opens the place. False with a \a problem if that is not possible, and for a file that exists
+    /// already unless it is to be \a overwritten.
+    bool open(bool overwritten, QString *problem);
+
+    /// Appends \a size bytes. After a failure it does nothing.
+    void write(const char *bytes, qint64 size);
+    /// Gives it up for \a reason, as if something could not be written.
+    void fail(const QString &reason);
+    /// False as soon as something could not be written.
+    bool isGood() const { return m_error.isEmpty(); }
+
+    /// Where a library that opens files by itself finds an empty one to fill instead of write(),
+    /// until commit(); empty where there is no file.
+    QString path() const;
+
+    /// Ends it. A file gets its name only now, and only if all of it was written; else there is a
+    /// \a problem, and nothing is left of it.
+    bool commit(QString *problem);
+
+private:
+    QString m_name;
+    std::unique_ptr<QFileDevice> m_device;
+    QString m_error;
+};

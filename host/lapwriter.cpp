@@ -1,0 +1,3 @@
+#include "host/lapwriter.h"
+
+LapWriter::~LapWriter() = default;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <vector>
+
+class ExportFile;
+
+/// Collects text for an ExportFile, so that many small pieces make few large ones.
+class OutputBuffer
+{
+public:
+    /// Characters that writeNumber() needs at most.
+    static constexpr int NumberSize = 24;
+
+    /// \a file has to outlive the buffer.
+    explicit OutputBuffer(ExportFile &file) : m_file(file) { }
+
+    /// Room for \a size characters behind everything appended so far. Whoever writes there says
+    /// with appendUntil() how far it got.
+    char *room(std::size_t size);
+    void appendUntil(const char *end) { m_used = std::size_t(end - m_bytes.data()); }
+
+    void append(const QByteArray &text);
+
+    /// Hands everything to the file.
+    void flush();
+
+    /// Writes the shortest decimal text that reads back as \a number to \a place, with a point in
+    /// every locale, infinity as "inf". Returns where the text ends.
+    static char *writeNumber(char *place, double number);
+
+private:
+    ExportFile &m_file;
+    std::vector<char> m_bytes;
+    std::size_t m_used = 0;
+};
