@@ -1,20 +1,25 @@
 #include "host/comparecommand.h"
 
+#include "host/exportfile.h"
 #include "host/format.h"
 #include "host/json.h"
 #include "host/lapsummary.h"
+#include "host/outputbuffer.h"
 #include "host/tablewriter.h"
 #include "host/terminal.h"
 #include "host/textchart.h"
 
 #include <CLI/CLI.hpp>
 
+#include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
@@ -154,6 +159,11 @@ CLI::App *CompareCommand::declare(CLI::App &program)
         ->type_name("METRES")
         ->check(CLI::Range(FinestGrid, CoarsestGrid))
         ->capture_default_str();
+    command
+        ->add_option("-o,--output", m_output,
+                     "CSV file to write all places to, also;\n- is the standard output, alone")
+        ->type_name("PATH");
+    command->add_flag("--force", m_force, "Replace a file that exists already");
     command->add_flag("--json", m_wantsJson, "Print JSON instead of tables");
     return command;
 }
@@ -208,9 +218,51 @@ ExitCode CompareCommand::run(Terminal &terminal)
     }
 
     const LapComparison comparison(a.curve, b.curve, m_grid);
+    if (!m_output.empty() && !writeCsv(comparison, terminal))
+        return ExitCode::Failure;
+    if (m_output == "-")
+        return ExitCode::Success;
     if (m_wantsJson)
         terminal.print(QString::fromUtf8(QJsonDocument(json(m_sides, comparison)).toJson()));
     else
         print(m_sides, comparison, terminal);
     return ExitCode::Success;
+}
+
+/// Writes a line for each place, below one of names and one of units. False if that failed, and the
+/// user knows.
+bool CompareCommand::writeCsv(const LapComparison &comparison, Terminal &terminal) const
+{
+    const QString name = QFile::decodeName(m_output.c_str());
+    for (const Side &side : m_sides) {
+        if (QFileInfo(name) == QFileInfo(side.fileName)) {
+            terminal.complain(name % QLatin1String(": is the recording; choose another output"));
+            return false;
+        }
+    }
+    ExportFile file(name);
+    QString problem;
+    if (!file.open(m_force, &problem)) {
+        terminal.complain(problem);
+        return false;
+    }
+    OutputBuffer buffer(file);
+    buffer.append("distance,difference,time_a,time_b,speed_a,speed_b\nm,s,s,s,m/s,m/s\n");
+    for (const LapComparison::Point &point : comparison.points) {
+        const double values[] = {point.distance, point.difference(), point.times[0],
+                                 point.times[1], point.speeds[0],    point.speeds[1]};
+        char *place = buffer.room(std::size(values) * (OutputBuffer::NumberSize + 1));
+        for (const double value : values) {
+            place = OutputBuffer::writeNumber(place, value);
+            *place++ = ',';
+        }
+        place[-1] = '\n';
+        buffer.appendUntil(place);
+    }
+    buffer.flush();
+    if (!file.commit(&problem)) {
+        terminal.complain(problem);
+        return false;
+    }
+    return true;
 }

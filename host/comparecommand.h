@@ -30,7 +30,11 @@ protected:
     ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
 
 private:
+    bool writeCsv(const LapComparison &comparison, Terminal &terminal) const;
+
     bool m_wantsJson = false;
+    bool m_force = false;
+    std::string m_output; ///< none unless set
     double m_grid = 1;
     std::vector<Side> m_sides;
 };

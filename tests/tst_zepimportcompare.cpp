@@ -18,12 +18,16 @@ private Q_SLOTS:
     void lapsOfOneFileOrTwo_data();
     void lapsOfOneFileOrTwo();
     void json();
+    void placesAsCsv();
+    void placesOnStandardOutput();
+    void existingFileIsKeptUnlessForced();
     void differenceAtTheLineIsThatOfTheTimes_data();
     void differenceAtTheLineIsThatOfTheTimes();
     void refused_data();
     void refused();
 
 private:
+    QByteArray content(const char *name) const;
     Outcome run(const QStringList &arguments, int terminalWidth = 0) const;
 
     QTemporaryDir m_dir;
@@ -87,6 +91,12 @@ void tst_ZepimportCompare::initTestCase()
                     {"--seed", "7", m_dir.filePath(QStringLiteral("practice.ibt"))});
     QVERIFY(generator.waitForFinished(60000));
     QCOMPARE(generator.exitCode(), 0);
+}
+
+QByteArray tst_ZepimportCompare::content(const char *name) const
+{
+    QFile file(m_dir.filePath(QString::fromUtf8(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 Outcome tst_ZepimportCompare::run(const QStringList &arguments, int terminalWidth) const
@@ -172,6 +182,57 @@ void tst_ZepimportCompare::json()
     QCOMPARE(points.at(4).toObject().value(QStringLiteral("distance")).toDouble(), 400.0);
     QCOMPARE(points.at(4).toObject().value(QStringLiteral("difference")),
              object.value(QStringLiteral("difference")));
+}
+
+void tst_ZepimportCompare::placesAsCsv()
+{
+    const Outcome outcome =
+        run({"two.laps:2", "two.laps:1", "--grid", "200", "--output", "places.csv"});
+    QCOMPARE(outcome.errors, QString());
+    QVERIFY(outcome.output.startsWith(QLatin1String("A  two.laps")));
+
+    const QList<QByteArray> lines = content("places.csv").split('\n');
+    QCOMPARE(lines.size(), 6);
+    QCOMPARE(lines.at(0), QByteArray("distance,difference,time_a,time_b,speed_a,speed_b"));
+    QCOMPARE(lines.at(1), QByteArray("m,s,s,s,m/s,m/s"));
+    QCOMPARE(lines.at(2).left(8), QByteArray("0,0,0,0,"));
+    const QList<QByteArray> middle = lines.at(3).split(',');
+    QCOMPARE(middle.size(), 6);
+    QCOMPARE(middle.at(0), QByteArray("200"));
+    QCOMPARE(middle.at(1).toDouble(), middle.at(3).toDouble() - middle.at(2).toDouble());
+    QCOMPARE(middle.at(2).toDouble(), 10.0);
+    QCOMPARE(middle.at(4).toDouble(), 20.0);
+    QCOMPARE(lines.at(4).left(4), QByteArray("400,"));
+    QCOMPARE(lines.at(5), QByteArray());
+}
+
+void tst_ZepimportCompare::placesOnStandardOutput()
+{
+    const Outcome outcome = run({"two.laps:2", "two.laps:1", "--grid", "200", "-o", "-"});
+    QCOMPARE(outcome.errors, QString());
+    QVERIFY(outcome.output.startsWith(QLatin1String("distance,")));
+    QCOMPARE(outcome.output.count(QLatin1Char('\n')), 5);
+}
+
+void tst_ZepimportCompare::existingFileIsKeptUnlessForced()
+{
+    const QStringList arguments{"two.laps:2", "two.laps:1", "-o", "kept.csv"};
+    QFile file(m_dir.filePath(QStringLiteral("kept.csv")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write("mine"), qint64(4));
+    file.close();
+
+    QCOMPARE(run(arguments).exitCode, 1);
+    QCOMPARE(content("kept.csv"), QByteArray("mine"));
+    QCOMPARE(run(arguments + QStringList{"--force"}).exitCode, 0);
+    QVERIFY(content("kept.csv").startsWith("distance,"));
+
+    const QByteArray recording = content("even.laps");
+    const Outcome outcome = run({"even.laps", "two.laps", "-o", "even.laps", "--force"});
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: even.laps: is the recording; choose another output\n"));
+    QCOMPARE(outcome.exitCode, 1);
+    QCOMPARE(content("even.laps"), recording);
 }
 
 void tst_ZepimportCompare::differenceAtTheLineIsThatOfTheTimes_data()
