@@ -91,6 +91,7 @@ CLI::App *ChannelsCommand::declare(CLI::App &program)
     declareLaps(*command, LapChoice::representative(),
                 "Laps to show instead of the best timed one,\nor else the longest");
     declareChannels(*command);
+    declareBatch(*command);
     declareJson(*command);
     return command;
 }

@@ -47,6 +47,7 @@ CLI::App *ExportCommand::declare(CLI::App &program)
     declareFiles(*command);
     declareLaps(*command, LapChoice::all(), "Laps to write");
     declareChannels(*command);
+    declareBatch(*command);
     command
         ->add_option("-o,--output", m_output,
                      "File to write, or folder to write into; - is the\n"

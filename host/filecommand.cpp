@@ -1,11 +1,14 @@
 #include "host/filecommand.h"
 
+#include "host/jobs.h"
+#include "host/progress.h"
 #include "host/recordingfiles.h"
 #include "host/terminal.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 
@@ -30,6 +33,7 @@ void FileCommand::declareFiles(CLI::App &command)
         ->required()
         ->type_name("");
     command.add_flag("-r,--recursive", m_recursive, "Read the folders below a folder, too");
+    m_app = &command;
 }
 
 void FileCommand::declareLaps(CLI::App &command, const LapChoice &otherwise,
@@ -58,6 +62,18 @@ void FileCommand::declareChannels(CLI::App &command)
         ->type_name("NAMES")
         ->delimiter(',')
         ->allow_extra_args(false);
+}
+
+void FileCommand::declareBatch(CLI::App &command)
+{
+    m_isBatch = true;
+    command.add_flag("-q,--quiet", m_quiet, "Show no progress and no summary of several files");
+    command
+        .add_option("-j,--jobs", m_jobs,
+                    "Read N files at once, in separate processes,\n"
+                    "so that one which crashes costs itself alone")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256).description(""));
 }
 
 std::optional<QVector<ChosenChannel>> FileCommand::chosenChannels(const ChosenLaps &chosen,
@@ -94,6 +110,108 @@ ExitCode FileCommand::finish(Terminal &)
     return ExitCode::Success;
 }
 
+void FileCommand::takeOutput(const QByteArray &output, Terminal &terminal)
+{
+    terminal.print(QString::fromUtf8(output));
+}
+
+QString FileCommand::summary(int files, const QStringList &failed)
+{
+    constexpr int mostNames = 5;
+    const QString done =
+        QStringLiteral("%1 of %2 files done").arg(files - failed.size()).arg(files);
+    if (failed.isEmpty())
+        return done;
+    const QString more = failed.size() > mostNames
+        ? QStringLiteral(" and %1 more").arg(failed.size() - mostNames)
+        : QString();
+    return done % QLatin1String(", failed: ")
+        % QStringList(failed.mid(0, mostNames)).join(QLatin1String(", ")) % more;
+}
+
+QStringList FileCommand::jobArguments(const RecordingFile &recording) const
+{
+    QStringList arguments{QString::fromStdString(m_app->get_name()), QStringLiteral("--quiet")};
+    for (const CLI::Option *option : m_app->get_options()) {
+        const QString name = QLatin1String("--")
+            % QString::fromStdString(option->get_positional() ? std::string()
+                                                              : option->get_lnames().front());
+        static const QStringList own{"--", "--quiet", "--jobs", "--recursive", "--lap"};
+        if (option->empty() || own.contains(name))
+            continue;
+        if (option->get_expected_max() == 0) {
+            arguments.append(name);
+            continue;
+        }
+        for (const std::string &value : option->results())
+            arguments.append(name % QLatin1Char('=') % QFile::decodeName(value.c_str()));
+    }
+    const QString laps = recording.laps.value_or(m_laps).text();
+    if (!laps.isEmpty())
+        arguments.append(QLatin1String("--lap=") % laps);
+    return arguments + extraOptions() + QStringList{QStringLiteral("--"), recording.fileName};
+}
+
+ExitCode FileCommand::processFile(Importer &importer, const RecordingFile &recording,
+                                  Terminal &terminal)
+{
+    std::optional<ImportedFile> file = importer.import(recording.fileName);
+    if (!file)
+        return ExitCode::Failure;
+    QString problem;
+    const QVector<int> indices = recording.laps.value_or(m_laps).indices(file->laps, &problem);
+    if (!problem.isEmpty()) {
+        terminal.complain(file->fileName % QLatin1String(": ") % problem);
+        return ExitCode::WrongUse;
+    }
+    return process({std::move(*file), indices}, terminal);
+}
+
+ExitCode FileCommand::runHere(const QVector<RecordingFile> &recordings,
+                              const PluginRegistry &plugins, const std::function<void(int)> &done,
+                              QStringList *failed, Terminal &terminal)
+{
+    ExitCode result = ExitCode::Success;
+    Importer importer(plugins, terminal, isVerbose());
+    for (int i = 0; i < recordings.size(); ++i) {
+        const ExitCode code = processFile(importer, recordings.at(i), terminal);
+        if (code != ExitCode::Success)
+            failed->append(recordings.at(i).fileName);
+        result = std::max(result, code);
+        done(i);
+    }
+    return result;
+}
+
+ExitCode FileCommand::runJobs(const QVector<RecordingFile> &recordings,
+                              const std::function<void(int)> &done, QStringList *failed,
+                              Terminal &terminal)
+{
+    QVector<QStringList> arguments;
+    for (const RecordingFile &recording : recordings)
+        arguments.append(jobArguments(recording));
+    ExitCode result = ExitCode::Success;
+    Jobs jobs(arguments, m_jobs, terminal.environment());
+    jobs.run([&](int index, const Jobs::Result &job) {
+        const QString &name = recordings.at(index).fileName;
+        ExitCode code = ExitCode::Failure;
+        terminal.passOnErrors(job.errors);
+        if (job.hasEnded) {
+            code = static_cast<ExitCode>(job.exitCode);
+            if (!job.output.isEmpty())
+                takeOutput(job.output, terminal);
+        } else {
+            terminal.complain(name
+                              % QLatin1String(": its process crashed; the file may be damaged"));
+        }
+        if (code != ExitCode::Success)
+            failed->append(name);
+        result = std::max(result, code);
+        done(index);
+    });
+    return result;
+}
+
 ExitCode FileCommand::run(Terminal &terminal)
 {
     const std::optional<PluginRegistry> plugins = loadPlugins(terminal);
@@ -106,25 +224,29 @@ ExitCode FileCommand::run(Terminal &terminal)
         terminal.complain(problem.text);
         result = std::max(result, problem.exitCode);
     }
-
-    if (!accepts(recordings.files, terminal))
+    const QVector<RecordingFile> &files = recordings.files;
+    if (!accepts(files, terminal))
         return ExitCode::WrongUse;
 
-    Importer importer(*plugins, terminal, isVerbose());
-    for (const RecordingFile &recording : recordings.files) {
-        std::optional<ImportedFile> file = importer.import(recording.fileName);
-        if (!file) {
-            result = std::max(result, ExitCode::Failure);
-            continue;
-        }
-        QString problem;
-        const QVector<int> indices = recording.laps.value_or(m_laps).indices(file->laps, &problem);
-        if (!problem.isEmpty()) {
-            terminal.complain(file->fileName % QLatin1String(": ") % problem);
-            result = std::max(result, ExitCode::WrongUse);
-            continue;
-        }
-        result = std::max(result, process({std::move(*file), indices}, terminal));
+    const bool isBatch = m_isBatch && files.size() > 1;
+    std::optional<Progress> progress;
+    if (isBatch && !m_quiet) {
+        QVector<qint64> sizes;
+        for (const RecordingFile &file : files)
+            sizes.append(QFileInfo(file.fileName).size());
+        progress.emplace(terminal, sizes);
     }
-    return std::max(result, finish(terminal));
+    const auto done = [&progress](int index) {
+        if (progress)
+            progress->finishFile(index);
+    };
+    QStringList failed;
+    result = std::max(result,
+                      isBatch && m_jobs > 1 ? runJobs(files, done, &failed, terminal)
+                                            : runHere(files, *plugins, done, &failed, terminal));
+    progress.reset();
+    result = std::max(result, finish(terminal));
+    if (isBatch && !m_quiet)
+        terminal.complain(summary(files.size(), failed));
+    return result;
 }

@@ -5,8 +5,12 @@
 #include "host/command.h"
 #include "host/lapchoice.h"
 
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
 #include <QVector>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,6 +48,9 @@ class FileCommand : public Command
 public:
     ExitCode run(Terminal &terminal) override;
 
+    /// What several files ended up as, for the user.
+    static QString summary(int files, const QStringList &failed);
+
 protected:
     /// Adds the files, and what finds them, to the command line of \a command.
     void declareFiles(CLI::App &command);
@@ -52,6 +59,10 @@ protected:
     void declareLaps(CLI::App &command, const LapChoice &otherwise, const std::string &description);
     /// Adds the choice of channels.
     void declareChannels(CLI::App &command);
+    /// For a command that does its work file by file: it shows its progress and a summary, and the
+    /// user can choose separate processes. Each of them is the same command for one file, and
+    /// takeOutput() gets what it printed.
+    void declareBatch(CLI::App &command);
 
     /// The channels of \a chosen that the user asked for; none if one does not exist, and the user
     /// knows.
@@ -69,13 +80,31 @@ protected:
     /// Does the command's work for one file. Called for each file that could be imported and has
     /// the laps asked for, in the order of the command line.
     virtual ExitCode process(ChosenLaps &&chosen, Terminal &terminal) = 0;
+    /// Takes what a separate process printed about a file, instead of process(). Prints it, unless
+    /// overridden.
+    virtual void takeOutput(const QByteArray &output, Terminal &terminal);
+    /// Options that a separate process gets beside those of this one.
+    virtual QStringList extraOptions() const { return {}; }
     /// Called once, after the last file, also when files failed.
     virtual ExitCode finish(Terminal &terminal);
 
 private:
+    ExitCode processFile(Importer &importer, const RecordingFile &recording, Terminal &terminal);
+    QStringList jobArguments(const RecordingFile &recording) const;
+    /// Both do the work for every file, add those that fail to \a failed, and say after each to
+    /// \a done that it is.
+    ExitCode runHere(const QVector<RecordingFile> &recordings, const PluginRegistry &plugins,
+                     const std::function<void(int)> &done, QStringList *failed, Terminal &terminal);
+    ExitCode runJobs(const QVector<RecordingFile> &recordings, const std::function<void(int)> &done,
+                     QStringList *failed, Terminal &terminal);
+
+    CLI::App *m_app = nullptr;
     std::vector<std::string> m_files;
     bool m_recursive = false;
     std::string m_lapText;
     LapChoice m_laps = LapChoice::representative();
     std::vector<std::string> m_channels;
+    bool m_isBatch = false;
+    bool m_quiet = false;
+    int m_jobs = 1;
 };

@@ -41,6 +41,7 @@ CLI::App *InfoCommand::declare(CLI::App &program)
     declareFiles(*command);
     declareLaps(*command, LapChoice::representative(),
                 "Laps to show instead of the best timed one,\nor else the longest");
+    declareBatch(*command);
     declareJson(*command);
     return command;
 }

@@ -2,7 +2,7 @@
 
 #include "host/showcommand.h"
 
-/// `zepimport laps`: a table of laps for each file.
+/// `zepimport laps`: a table of laps for each file, or one table with a row for each.
 class LapsCommand : public ShowCommand
 {
 public:
@@ -10,4 +10,9 @@ public:
 
 protected:
     ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
+    QStringList extraOptions() const override;
+    ExitCode finish(Terminal &terminal) override;
+
+private:
+    bool m_best = false;
 };

@@ -13,11 +13,16 @@ void ShowCommand::declareJson(CLI::App &command)
     command.add_flag("--json", m_wantsJson, "Print JSON instead of tables");
 }
 
-void ShowCommand::printHeading(const QString &line, Terminal &terminal)
+void ShowCommand::separate(Terminal &terminal)
 {
     if (!m_isFirst)
         terminal.print(QStringLiteral("\n"));
     m_isFirst = false;
+}
+
+void ShowCommand::printHeading(const QString &line, Terminal &terminal)
+{
+    separate(terminal);
     terminal.printHeading(line);
 }
 
@@ -36,6 +41,18 @@ void ShowCommand::addJson(const ChosenLaps &chosen, QJsonObject object)
 {
     object.insert(QStringLiteral("file"), chosen.file.fileName);
     m_array.append(object);
+}
+
+void ShowCommand::takeOutput(const QByteArray &output, Terminal &terminal)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(output);
+    if (document.isArray()) {
+        for (const QJsonValue &value : document.array())
+            m_array.append(value);
+        return;
+    }
+    separate(terminal);
+    terminal.print(QString::fromUtf8(output));
 }
 
 ExitCode ShowCommand::finish(Terminal &terminal)

@@ -21,10 +21,17 @@ protected:
     /// Adds \a object to the array, with the file's name.
     void addJson(const ChosenLaps &chosen, QJsonObject object);
 
+    const QJsonArray &jsonArray() const { return m_array; }
+
+    /// Prints it, or adds it to the array.
+    void takeOutput(const QByteArray &output, Terminal &terminal) override;
     /// Prints the array, if that is what the user wants.
     ExitCode finish(Terminal &terminal) override;
 
 private:
+    /// Prints a blank line, unless nothing was printed before.
+    void separate(Terminal &terminal);
+
     bool m_wantsJson = false;
     bool m_isFirst = true;
     QJsonArray m_array;

@@ -106,7 +106,7 @@ void tst_ZepimportChoice::files_data()
 void tst_ZepimportChoice::files()
 {
     QFETCH(QStringList, arguments);
-    const Outcome outcome = run(QStringList{"channels"} + arguments);
+    const Outcome outcome = run(QStringList{"channels", "--quiet"} + arguments);
     QTEST(headings(outcome), "shown");
     QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.exitCode, 0);

@@ -172,7 +172,7 @@ void tst_ZepimportExport::files()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, folder);
-    const Outcome outcome = run(arguments);
+    const Outcome outcome = run(arguments + QStringList{"--quiet"});
     QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.exitCode, 0);
     QTEST(entries(folder), "files");

@@ -197,7 +197,7 @@ void tst_ZepimportRecordings::noRecording()
     QVERIFY(bad.open(QIODevice::WriteOnly));
     QCOMPARE(bad.write(content), qint64(content.size()));
     bad.close();
-    const Outcome outcome = run({"laps", "bad.ibt", "practice.ibt"});
+    const Outcome outcome = run({"laps", "--quiet", "bad.ibt", "practice.ibt"});
     QCOMPARE(outcome.errors,
              QStringLiteral("zepimport: bad.ibt: [ZEP iRacing ibt import plugin plugin] "
                             "IBT import error:  %1; check that the file is a complete "

@@ -3,6 +3,8 @@
 #include <QColor>
 #include <QFile>
 
+#include <csignal>
+
 namespace {
 
 ZEP::Lap *newLap(const QStringList &items)
@@ -100,6 +102,8 @@ QVector<ZEP::Lap *> LapSheetImport::readLaps(const QString &text)
         const QStringList items = line.split(QLatin1Char('|'));
         if (items.first() == QLatin1String("message"))
             message(items.value(2), items.value(1).toInt());
+        else if (items.first() == QLatin1String("crash"))
+            std::raise(SIGKILL);
         else if (items.first() == QLatin1String("lap"))
             laps.append(newLap(items));
         else

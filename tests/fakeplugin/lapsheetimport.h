@@ -7,6 +7,7 @@
 /// Imports laps that a test wrote down as text, one item to a line:
 ///
 ///     message|LEVEL|TEXT                  sent to the host
+///     crash                               ends the process, as a broken plug-in would
 ///     lap|TYPE|COMPLETED|MILLISECONDS|LAP IN SESSION|STINT|LAP IN STINT     begins a lap
 ///     track|TEXT  configuration|TEXT  car|TEXT  driver|TEXT  session|NUMBER  date|ISO DATE
 ///     text|NAME|TEXT  number|NAME|NUMBER|UNIT  colour|NAME|COLOUR

@@ -67,12 +67,15 @@ class Process : public QProcess
 {
 public:
     int output = -1; ///< descriptor to become standard output
+    int errors = -1; ///< descriptor to become standard error
 
 protected:
     void setupChildProcess() override
     {
         if (output >= 0)
             dup2(output, STDOUT_FILENO);
+        if (errors >= 0)
+            dup2(errors, STDERR_FILENO);
         // Fails for an ordinary user, whom permissions bind anyway.
         prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
         prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
@@ -94,6 +97,8 @@ Outcome ZepimportProcess::run() const
     const Terminal terminal(terminalWidth);
     Process process;
     process.output = terminal.slave();
+    if (errorsToTerminal)
+        process.errors = terminal.slave();
     process.setProcessEnvironment(variables);
     process.setWorkingDirectory(folder);
     if (!outputFile.isEmpty())

@@ -18,6 +18,7 @@ struct ZepimportProcess {
     QString program; ///< a copy to run; the built one unless set
     QString outputFile; ///< for standard output instead of the outcome
     int terminalWidth = 0; ///< columns of a terminal to write to; 0: a pipe
+    bool errorsToTerminal = false; ///< standard error goes there, too, and to the output
 
     /// Runs it to its end, or for a minute. Permissions bind it also where the test runs as root.
     Outcome run() const;

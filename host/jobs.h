@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+#include <QEventLoop>
+#include <QObject>
+#include <QProcess>
+#include <QStringList>
+#include <QVector>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+/// Runs the program itself many times, some at once, so that a plug-in that crashes takes nothing
+/// with it but what its process was for. Needs a QCoreApplication.
+class Jobs
+{
+public:
+    /// How one of them ended.
+    struct Result {
+        bool hasEnded = false; ///< by itself; else it crashed, or could not be started
+        int exitCode = 0;
+        QByteArray output;
+        QByteArray errors; ///< standard error
+    };
+
+    /// Runs a process for each of \a arguments, \a atOnce of them at a time, with \a environment in
+    /// the form "NAME=value" beside the own one.
+    Jobs(const QVector<QStringList> &arguments, int atOnce, const QStringList &environment);
+
+    /// Calls \a done with the index and the result of each process, in their order, as soon as it
+    /// and all before it have ended. Returns when all have.
+    void run(const std::function<void(int, const Result &)> &done);
+
+private:
+    void startNext();
+    void end(int index);
+
+    QVector<QStringList> m_arguments;
+    int m_atOnce;
+    QStringList m_environment;
+    QEventLoop m_loop;
+    std::vector<std::unique_ptr<QProcess>> m_processes; ///< by index; the started ones
+    std::vector<std::unique_ptr<Result>> m_results; ///< by index; of those that ended
+};
