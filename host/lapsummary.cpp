@@ -93,6 +93,22 @@ std::optional<int> bestLap(const Laps &laps)
     return best;
 }
 
+QString missingTimeReason(const ZEP::Lap &lap)
+{
+    switch (lapKind(lap)) {
+    case LapKind::OutLap:
+        return QStringLiteral("out-lap: it does not start at the line");
+    case LapKind::Unfinished:
+        return QStringLiteral("still being driven when the recording ended");
+    case LapKind::Empty:
+        return QStringLiteral("nothing was recorded of it");
+    case LapKind::Timed:
+    case LapKind::Other:
+        break;
+    }
+    return QStringLiteral("no valid time was recorded");
+}
+
 QVector<LapSummary> summarize(const Laps &laps)
 {
     const std::optional<int> best = bestLap(laps);

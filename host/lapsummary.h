@@ -41,6 +41,8 @@ struct LapSummary {
 /// stands for a lap without a valid time.
 std::optional<int> lapTime(const ZEP::Lap &lap);
 LapKind lapKind(const ZEP::Lap &lap);
+/// Why \a lap, which has no lapTime(), has none.
+QString missingTimeReason(const ZEP::Lap &lap);
 
 /// One summary for each of \a laps, in their order.
 QVector<LapSummary> summarize(const Laps &laps);

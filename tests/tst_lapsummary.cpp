@@ -68,15 +68,22 @@ void tst_LapSummary::kind_data()
     QTest::addColumn<int>("samples");
     QTest::addColumn<LapKind>("kind");
     QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("missingTime");
 
-    QTest::newRow("out-lap") << 0 << true << 1 << LapKind::OutLap << "out-lap";
-    QTest::newRow("timed") << 1 << true << 1 << LapKind::Timed << "timed";
-    QTest::newRow("no type") << -1 << true << 1 << LapKind::Other << "other";
-    QTest::newRow("type of another source") << 3 << true << 1 << LapKind::Other << "other";
-    QTest::newRow("unfinished out-lap") << 0 << false << 1 << LapKind::Unfinished << "unfinished";
+    const char *notValid = "no valid time was recorded";
+    const char *unfinished = "still being driven when the recording ended";
+    QTest::newRow("out-lap") << 0 << true << 1 << LapKind::OutLap << "out-lap"
+                             << "out-lap: it does not start at the line";
+    QTest::newRow("timed") << 1 << true << 1 << LapKind::Timed << "timed" << notValid;
+    QTest::newRow("no type") << -1 << true << 1 << LapKind::Other << "other" << notValid;
+    QTest::newRow("type of another source")
+        << 3 << true << 1 << LapKind::Other << "other" << notValid;
+    QTest::newRow("unfinished out-lap")
+        << 0 << false << 1 << LapKind::Unfinished << "unfinished" << unfinished;
     QTest::newRow("neither type nor completed")
-        << -1 << false << 1 << LapKind::Unfinished << "unfinished";
-    QTest::newRow("empty") << 1 << true << 0 << LapKind::Empty << "empty";
+        << -1 << false << 1 << LapKind::Unfinished << "unfinished" << unfinished;
+    QTest::newRow("empty") << 1 << true << 0 << LapKind::Empty << "empty"
+                           << "nothing was recorded of it";
 }
 
 void tst_LapSummary::kind()
@@ -89,6 +96,7 @@ void tst_LapSummary::kind()
     lap->setCompleted(completed);
     QCOMPARE(lapKind(*lap), kind);
     QTEST(lapKindName(kind), "name");
+    QTEST(missingTimeReason(*lap), "missingTime");
 }
 
 void tst_LapSummary::time_data()
