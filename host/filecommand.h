@@ -63,6 +63,8 @@ protected:
     /// user can choose separate processes. Each of them is the same command for one file, and
     /// takeOutput() gets what it printed.
     void declareBatch(CLI::App &command);
+    /// Whether the user chose channels; else all are chosen.
+    bool hasChannelChoice() const { return !m_channels.empty(); }
 
     /// The channels of \a chosen that the user asked for; none if one does not exist, and the user
     /// knows.

@@ -56,8 +56,10 @@ std::optional<ImportedFile> Importer::import(const QString &fileName)
         return message.contains(fileName) ? message
                                           : QString(fileName % QLatin1String(": ") % message);
     };
+    ImportedFile result{fileName, match.format, {}, {}};
     QStringList errors;
     const auto receive = [&](const QString &message, int level) {
+        result.messages.append({message, level < 0});
         if (level < 0)
             errors.append(withName(message));
         else if (m_verbose)
@@ -68,7 +70,6 @@ std::optional<ImportedFile> Importer::import(const QString &fileName)
     const QVector<ZEP::Lap *> laps = match.interface->import(fileName, match.format, {});
     QObject::disconnect(connection);
 
-    ImportedFile result{fileName, match.format, {}};
     for (ZEP::Lap *lap : laps)
         result.laps.emplace_back(lap);
     if (result.laps.empty()) {

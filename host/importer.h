@@ -3,6 +3,7 @@
 #include "model/lap.h"
 
 #include <QString>
+#include <QVector>
 
 #include <memory>
 #include <optional>
@@ -13,11 +14,18 @@ class Terminal;
 
 using Laps = std::vector<std::unique_ptr<ZEP::Lap>>;
 
+/// What a plug-in said while it imported a file.
+struct ImportMessage {
+    QString text;
+    bool isError;
+};
+
 /// What the import of one file gave: at least one lap, in the order of the plug-in.
 struct ImportedFile {
     QString fileName;
     QString format;
     Laps laps;
+    QVector<ImportMessage> messages; ///< as the plug-in sent them, in that order
 };
 
 /// Imports files with the plug-in that fits each, and shows the messages of the plug-ins.

@@ -4,6 +4,7 @@
 #include "host/formatscommand.h"
 #include "host/infocommand.h"
 #include "host/lapscommand.h"
+#include "host/reportcommand.h"
 #include "host/terminal.h"
 
 #include <CLI/CLI.hpp>
@@ -55,6 +56,7 @@ int main(int argc, char *argv[])
     commands.push_back(std::make_unique<ChannelsCommand>());
     commands.push_back(std::make_unique<CompareCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
+    commands.push_back(std::make_unique<ReportCommand>());
     commands.push_back(std::make_unique<FormatsCommand>());
 
     CLI::App program("Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",

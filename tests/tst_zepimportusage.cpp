@@ -83,7 +83,7 @@ void tst_ZepimportUsage::help_data()
     QTest::addColumn<QString>("contains");
 
     QTest::newRow("program") << QStringList{"--help"} << "zepimport COMMAND --help";
-    for (const char *command : {"laps", "info", "channels", "export", "formats"})
+    for (const char *command : {"laps", "info", "channels", "export", "report", "formats"})
         QTest::newRow(command) << QStringList{command, "--help"}
                                << QStringLiteral("Examples:\n  zepimport %1").arg(command);
 }

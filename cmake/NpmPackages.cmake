@@ -1,0 +1,37 @@
+# napammul_npm_packages(<result>): fetches the packages that package-lock.json of the present source
+# folder pins into its build folder, once. <result> becomes the folder that holds them, or empty with
+# a message where they cannot be had.
+find_program(NAPAMMUL_NPM npm DOC "Fetches the packages of the report page and of its tests")
+
+function(napammul_npm_packages result)
+    set(lock "${CMAKE_CURRENT_SOURCE_DIR}/package-lock.json")
+    set(fetched "${CMAKE_CURRENT_BINARY_DIR}/fetched-package-lock.json")
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${lock}")
+    set(${result} "${CMAKE_CURRENT_BINARY_DIR}/node_modules" PARENT_SCOPE)
+    execute_process(
+        COMMAND "${CMAKE_COMMAND}" -E compare_files "${lock}" "${fetched}"
+        RESULT_VARIABLE difference OUTPUT_QUIET ERROR_QUIET)
+    if(difference EQUAL 0)
+        return()
+    endif()
+
+    set(${result} "" PARENT_SCOPE)
+    if(NOT NAPAMMUL_NPM)
+        message(STATUS "npm is missing, so the packages of ${lock} are, too")
+        return()
+    endif()
+    configure_file(package.json package.json COPYONLY)
+    configure_file(package-lock.json package-lock.json COPYONLY)
+    # Without a network npm would try for minutes.
+    execute_process(
+        COMMAND "${NAPAMMUL_NPM}" ci --ignore-scripts --no-audit --no-fund --loglevel=error
+            --fetch-retries=1 --fetch-retry-mintimeout=1000 --fetch-timeout=20000
+        WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
+        TIMEOUT 60 RESULT_VARIABLE failure OUTPUT_QUIET ERROR_VARIABLE errors)
+    if(failure)
+        message(STATUS "npm could not fetch the packages of ${lock}: ${failure} ${errors}")
+        return()
+    endif()
+    file(COPY_FILE "${lock}" "${fetched}")
+    set(${result} "${CMAKE_CURRENT_BINARY_DIR}/node_modules" PARENT_SCOPE)
+endfunction()

@@ -1,0 +1,94 @@
+'use strict';
+
+// Pages of `zepimport report`, written by the real program and opened in a real browser.
+
+const assert = require('node:assert');
+const { execFileSync } = require('node:child_process');
+const fs = require('node:fs');
+const os = require('node:os');
+const path = require('node:path');
+const { after, before } = require('node:test');
+const { pathToFileURL } = require('node:url');
+const { chromium } = require('playwright-core');
+
+const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'report-'));
+process.on('exit', () => fs.rmSync(folder, { recursive: true }));
+
+let browser = null;
+
+before(async () => {
+    browser = await chromium.launch({
+        executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
+        args: process.getuid() === 0 ? ['--no-sandbox'] : [],
+    });
+});
+after(async () => browser?.close());
+
+/** Runs `zepimport` with `plugin`, and returns what it prints. */
+function zepimport(args, plugin = process.env.NAPAMMUL) {
+    return execFileSync(process.env.ZEPIMPORT, args, {
+        cwd: folder, encoding: 'utf8', env: { ...process.env, ZEP_PLUGIN_PATH: plugin },
+    });
+}
+
+/** A demo recording called `name`, written by `ibtgen` with `args`. */
+function demoRecording(name, args = []) {
+    execFileSync(process.env.IBTGEN, [...args, name], { cwd: folder });
+    return name;
+}
+
+/** A lap sheet called `name` that holds `lines`; tests/fakeplugin/ says what they mean. */
+function lapSheet(name, lines) {
+    fs.writeFileSync(path.join(folder, name), `${lines.join('\n')}\n`);
+    return name;
+}
+
+/** The page that `zepimport report` makes of `recordings`. */
+function writeReport(recordings, args = [], plugin = undefined) {
+    const name = `${path.basename(recordings[0])}-${fs.readdirSync(folder).length}.html`;
+    zepimport(['report', ...recordings, ...args, '-o', name], plugin);
+    return path.join(folder, name);
+}
+
+/**
+ * Opens `file` with `options` of a browser context, has `use` do something with the page, and fails
+ * if the page asked for anything, said anything on the console, or ran into an error.
+ */
+async function withPage(file, options, use) {
+    const context = await browser.newContext({ viewport: { width: 1280, height: 900 }, ...options });
+    const url = pathToFileURL(file).href;
+    const requests = [];
+    const complaints = [];
+    await context.route('**', (route) => {
+        requests.push(route.request().url());
+        return route.request().url() === url ? route.continue() : route.abort();
+    });
+    const page = await context.newPage();
+    page.on('console', (message) => complaints.push(message.text()));
+    page.on('pageerror', (error) => complaints.push(error.stack));
+    page.on('dialog', (dialog) => complaints.push(dialog.message()));
+    try {
+        await page.goto(url);
+        await page.waitForSelector('html[data-ready]', { state: 'attached', timeout: 20000 })
+            .catch((error) => assert.fail(`${error.message}\n${complaints.join('\n')}`));
+        await use(page);
+        assert.deepStrictEqual(complaints, []);
+        assert.deepStrictEqual(requests, [url]);
+    } finally {
+        await context.close();
+    }
+}
+
+/** What stands beside the chart called `key` at the cursor, the reference lap first. */
+async function readings(page, key) {
+    return page.locator(`[data-chart="${key}"] .reading`).allTextContents();
+}
+
+/** The number that a text of the page shows. */
+function numberOf(text) {
+    return Number(text.replace('−', '-').replace('+', ''));
+}
+
+module.exports = {
+    demoRecording, lapSheet, numberOf, readings, withPage, writeReport, zepimport,
+};

@@ -1,0 +1,167 @@
+'use strict';
+
+const assert = require('node:assert');
+const { test } = require('node:test');
+const { demoRecording, numberOf, readings, withPage, writeReport, zepimport } = require('./browser.js');
+
+const recording = demoRecording('demo.ibt', ['--laps', '3', '--stints', '2']);
+const report = writeReport([recording], ['--channels', 'lfpressure']);
+const [{ laps }] = JSON.parse(zepimport(['laps', '--json', recording]));
+const timed = laps.filter((lap) => lap.time !== null);
+const best = laps.find((lap) => lap.best);
+
+const tall = { viewport: { width: 1280, height: 2400 } }; // pictures do not scroll it
+
+/** The colours of the laps in the chart of speed. */
+async function drawnSeries(page) {
+    return page.evaluate(() => charts.list.find(({ chart }) => chart.key === 'speed').plot.series
+        .slice(1).map((series) => series.stroke()));
+}
+
+function lapRow(page, lap) {
+    return page.locator('#laps tr[data-lap]').nth(lap.number - 1);
+}
+
+test('starts with the best lap and the one next to it', () => withPage(report, {}, async (page) => {
+    const next = [...timed].sort((a, b) => a.time - b.time)[1];
+    const legend = await page.locator('#legend').innerText();
+    assert.ok(legend.includes(`#${best.number} `) && legend.includes(`#${next.number} `), legend);
+    assert.ok(legend.includes('(reference)'));
+    assert.deepStrictEqual(await page.locator('.chart').evaluateAll(
+        (charts) => charts.map((chart) => chart.dataset.chart)),
+    ['difference', 'speed', 'throttle', 'brake', 'gear', 'rpm', 'steeringwheelangle', 'lfpressure']);
+}));
+
+test('a click on a lap draws it, and another takes it away', () => withPage(report, {}, async (page) => {
+    const hidden = [...timed].sort((a, b) => b.time - a.time)[0];
+    const before = await drawnSeries(page);
+    const pixels = () => page.locator('[data-chart="speed"] canvas').screenshot();
+    const picture = await pixels();
+    await lapRow(page, hidden).locator('td').nth(2).click();
+    const drawn = await drawnSeries(page);
+    assert.strictEqual(drawn.length, before.length + 1);
+    assert.strictEqual(new Set(drawn).size, drawn.length, 'every lap has a colour of its own');
+    assert.ok(await lapRow(page, hidden).locator('input[type=checkbox]').isChecked());
+    assert.notDeepStrictEqual(await pixels(), picture);
+    await lapRow(page, hidden).locator('td').nth(2).click();
+    assert.deepStrictEqual(await drawnSeries(page), before);
+}));
+
+test('every lap can be drawn at once, or none', () => withPage(report, {}, async (page) => {
+    for (const box of await page.locator('#laps input[type=checkbox]').all())
+        await box.setChecked(true, { force: true });
+    assert.strictEqual((await drawnSeries(page)).length, laps.length);
+    for (const box of await page.locator('#laps input[type=checkbox]').all())
+        await box.setChecked(false, { force: true });
+    assert.match(await page.locator('#charts').innerText(), /Choose a lap/);
+}));
+
+test('the time difference at the line is that of the lap times', () => withPage(report, {}, async (page) => {
+    for (const lap of timed.filter((one) => !one.best)) {
+        if (!await lapRow(page, lap).locator('input[type=checkbox]').isChecked())
+            await lapRow(page, lap).locator('td').nth(2).click();
+    }
+    await page.keyboard.press('>');
+    const shown = (await readings(page, 'difference')).map(numberOf);
+    const order = await page.evaluate(() => shownLaps().map((lap) => lap.number));
+    assert.strictEqual(shown.length, timed.length);
+    order.forEach((number, i) => {
+        const lap = laps.find((one) => one.number === number);
+        assert.ok(Math.abs(shown[i] - (lap.time - best.time)) < 1 / 60,
+            `${shown[i]} at the line, ${lap.time - best.time} by the lap times`);
+    });
+    await page.keyboard.press('x'); // over time it ends as it does over distance
+    await page.keyboard.press('>');
+    const last = order.findIndex((number) => laps.find((one) => one.number === number).time
+        === Math.max(...timed.map((one) => one.time)));
+    assert.ok(Math.abs(numberOf((await readings(page, 'difference'))[last]) - shown[last]) < 1 / 60);
+}));
+
+test('another reference turns the difference round', () => withPage(report, {}, async (page) => {
+    await page.keyboard.press('>');
+    const [, before] = (await readings(page, 'difference')).map(numberOf);
+    const number = await page.evaluate(() => shownLaps()[1].number);
+    await lapRow(page, { number }).locator('input[type=radio]').check();
+    const [reference, after] = (await readings(page, 'difference')).map(numberOf);
+    assert.strictEqual(reference, 0);
+    assert.ok(before > 0 && Math.abs(after + before) < 0.0011, `${before} becomes ${after}`);
+}));
+
+test('the cursor is the same in all charts and on the map', () => withPage(report, tall, async (page) => {
+    const plot = await page.locator('[data-chart="throttle"] .u-over').boundingBox();
+    const map = () => page.locator('#map-cursor').screenshot();
+    const at = async (part) => {
+        await page.mouse.move(plot.x + plot.width * part, plot.y + plot.height / 2);
+        const lines = await page.locator('.u-cursor-x').evaluateAll(
+            (elements) => elements.map((line) => line.getBoundingClientRect().left));
+        assert.ok(Math.max(...lines) - Math.min(...lines) <= 1, `${lines}`);
+        const wanted = plot.x + plot.width * part;
+        assert.ok(Math.abs(lines[0] - wanted) <= 1.5, `${lines[0]}, not ${wanted}`);
+        return { text: await page.locator('#position-text').innerText(),
+            speed: await readings(page, 'speed'), map: await map() };
+    };
+    const first = await at(0.25);
+    const second = await at(0.75);
+    assert.notStrictEqual(first.text, second.text);
+    assert.notDeepStrictEqual(first.speed, second.speed);
+    assert.notDeepStrictEqual(first.map, second.map);
+}));
+
+test('the map moves the cursor', () => withPage(report, {}, async (page) => {
+    const box = await page.locator('#map-cursor').boundingBox();
+    const point = await page.evaluate(() => {
+        const one = trackMap.points[Math.floor(trackMap.points.length / 3)];
+        return { ...trackMap.scale(one), place: one.place };
+    });
+    await page.mouse.move(box.x + point.x, box.y + point.y);
+    const text = await page.locator('#position-text').innerText();
+    assert.ok(Math.abs(parseFloat(text) - point.place) < 5, `${text}, not ${point.place} m`);
+}));
+
+test('dragging zooms in, a double-click shows everything', () => withPage(report, {}, async (page) => {
+    const plot = await page.locator('[data-chart="speed"] .u-over').boundingBox();
+    const ranges = () => page.evaluate(() => charts.list.map(({ plot: { scales } }) => [scales.x.min, scales.x.max]));
+    const [[least, most]] = await ranges();
+    await page.mouse.move(plot.x + plot.width * 0.25, plot.y + 20);
+    await page.mouse.down();
+    await page.mouse.move(plot.x + plot.width * 0.5, plot.y + 30, { steps: 4 });
+    await page.mouse.up();
+    const zoomed = await ranges();
+    for (const [min, max] of zoomed) {
+        assert.ok(Math.abs(min - (least + (most - least) * 0.25)) < (most - least) / 100, `${min}`);
+        assert.ok(Math.abs(max - (least + (most - least) * 0.5)) < (most - least) / 100, `${max}`);
+    }
+    assert.ok(await page.locator('#reset').isVisible());
+    await page.mouse.dblclick(plot.x + 50, plot.y + 40);
+    assert.deepStrictEqual((await ranges())[3], [least, most]);
+    assert.ok(await page.locator('#reset').isHidden());
+}));
+
+test('Ctrl and the wheel zoom, the wheel alone scrolls', () => withPage(report, {}, async (page) => {
+    const plot = await page.locator('[data-chart="speed"] .u-over').boundingBox();
+    await page.mouse.move(plot.x + plot.width / 2, plot.y + 20);
+    await page.mouse.wheel(0, 100);
+    await page.waitForFunction(() => scrollY > 0);
+    assert.strictEqual(await page.evaluate(() => view.range), null);
+    await page.keyboard.down('Control');
+    await page.mouse.wheel(0, -200);
+    await page.keyboard.up('Control');
+    await page.waitForFunction(() => view.range !== null);
+}));
+
+test('charts can be put away and brought back', () => withPage(report, {}, async (page) => {
+    await page.locator('#channels button', { hasText: 'Brake' }).click();
+    assert.strictEqual(await page.locator('[data-chart="brake"]').count(), 0);
+    await page.locator('#channels button', { hasText: 'Brake' }).click();
+    assert.strictEqual(await page.locator('[data-chart="brake"]').count(), 1);
+}));
+
+test('every number names its unit, as drivers know it or as recorded', () => withPage(report, {}, async (page) => {
+    const unit = () => page.locator('[data-chart="speed"] h3').innerText();
+    assert.match(await unit(), /km\/h/);
+    const shown = numberOf((await readings(page, 'speed'))[0]);
+    await page.locator('#units').click();
+    assert.match(await unit(), /m\/s/);
+    assert.ok(Math.abs(numberOf((await readings(page, 'speed'))[0]) * 3.6 - shown) < 0.1);
+    assert.match(await page.locator('#laps thead').innerText(), /m\/s/);
+}));

@@ -1,0 +1,107 @@
+'use strict';
+
+const assert = require('node:assert');
+const { test } = require('node:test');
+const { demoRecording, withPage, writeReport } = require('./browser.js');
+
+const report = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '2'])]);
+const sizes = { phone: { width: 360, height: 740 }, tablet: { width: 820, height: 1100 },
+    desktop: { width: 1440, height: 900 }, wide: { width: 2560, height: 1300 } };
+
+for (const [name, viewport] of Object.entries(sizes)) {
+    test(`nothing sticks out at the width of a ${name}`, () => withPage(report, { viewport }, async (page) => {
+        for (const box of await page.locator('#laps input[type=checkbox]').all())
+            await box.setChecked(true, { force: true });
+        const width = await page.evaluate(() => document.documentElement.scrollWidth);
+        assert.ok(width <= viewport.width, `${width} of ${viewport.width}`);
+        const plot = await page.locator('[data-chart="speed"] .uplot').boundingBox();
+        assert.ok(plot.x >= 0 && plot.x + plot.width <= viewport.width);
+        const map = await page.locator('#map-track').boundingBox();
+        assert.ok(map.width > 200 && map.x + map.width <= viewport.width);
+    }));
+}
+
+test('charts follow the width of the window', () => withPage(report, {}, async (page) => {
+    const width = async () => (await page.locator('[data-chart="speed"] .uplot').boundingBox()).width;
+    const before = await width();
+    await page.setViewportSize({ width: 700, height: 900 });
+    await page.waitForFunction((old) => charts.width !== old, before);
+    const card = await page.locator('#charts').boundingBox();
+    assert.ok(Math.abs(await width() - card.width) <= 1);
+}));
+
+/** How much lighter one colour is than another, as WCAG 2 counts it. */
+function contrast(a, b) {
+    const luminance = (colour) => {
+        const [red, green, blue] = colour.match(/[\d.]+/g).slice(0, 3).map((channel) => {
+            const part = Number(channel) / 255;
+            return part <= 0.04045 ? part / 12.92 : ((part + 0.055) / 1.055) ** 2.4;
+        });
+        return 0.2126 * red + 0.7152 * green + 0.0722 * blue;
+    };
+    const [dark, light] = [luminance(a), luminance(b)].sort((x, y) => x - y);
+    return (light + 0.05) / (dark + 0.05);
+}
+
+for (const colorScheme of ['light', 'dark']) {
+    test(`is ${colorScheme} where the system is, with readable text`, () => withPage(report, { colorScheme }, async (page) => {
+        assert.strictEqual(await page.locator('html').getAttribute('data-theme'), colorScheme);
+        const card = await page.locator('.card').first().evaluate((element) => getComputedStyle(element).backgroundColor);
+        assert.strictEqual(contrast(card, 'rgb(255, 255, 255)') < 2, colorScheme === 'light');
+        for (const selector of ['h1', '.subtitle', '.laps .reason', '.laps .time', '.best-badge', '.unit', '.muted']) {
+            const colour = await page.locator(selector).first().evaluate((element) => getComputedStyle(element).color);
+            assert.ok(contrast(colour, card) >= 4.5, `${selector}: ${contrast(colour, card)}`);
+        }
+        const marks = await page.evaluate(() => Array.from({ length: lapColours }, (_, i) => {
+            const probe = document.createElement('span');
+            probe.style.setProperty('color', `var(--lap-${i})`);
+            document.body.append(probe);
+            const { color } = getComputedStyle(probe);
+            probe.remove();
+            return color;
+        }));
+        for (const colour of marks)
+            assert.ok(contrast(colour, card) >= 3, `${colour}: ${contrast(colour, card)}`);
+    }));
+}
+
+test('follows the system when it turns dark', () => withPage(report, { colorScheme: 'light' }, async (page) => {
+    await page.emulateMedia({ colorScheme: 'dark' });
+    await page.waitForSelector('html[data-theme=dark]', { state: 'attached' });
+}));
+
+test('prints in light colours, with tables whole, and shows the theme again', () => withPage(report, { colorScheme: 'dark' }, async (page) => {
+    const pdf = await page.pdf({ format: 'A4' });
+    assert.ok(pdf.length > 20000);
+    assert.strictEqual(await page.locator('html').getAttribute('data-theme'), 'dark');
+    await page.emulateMedia({ media: 'print' });
+    await page.evaluate(() => dispatchEvent(new Event('beforeprint')));
+    assert.strictEqual(await page.locator('html').getAttribute('data-theme'), 'light');
+    assert.ok(await page.locator('.buttons').isHidden());
+    assert.ok((await page.locator('[data-chart="speed"] .uplot').boundingBox()).width <= 700);
+}));
+
+test('fingers move the cursor and zoom', () => withPage(report,
+    { viewport: sizes.phone, hasTouch: true, isMobile: true }, async (page) => {
+        const plot = page.locator('[data-chart="speed"] .u-over');
+        await plot.scrollIntoViewIfNeeded();
+        const box = await plot.boundingBox();
+        await page.touchscreen.tap(box.x + box.width * 0.2, box.y + 30);
+        const first = await page.evaluate(() => view.cursor);
+        await page.waitForTimeout(350); // else the two taps are one double tap
+        await page.touchscreen.tap(box.x + box.width * 0.8, box.y + 30);
+        assert.ok(await page.evaluate(() => view.cursor) > first);
+
+        const finger = (type, id, part) => plot.dispatchEvent(type, {
+            pointerType: 'touch', pointerId: id, clientX: box.x + box.width * part, clientY: box.y + 30,
+        });
+        await finger('pointerdown', 1, 0.4);
+        await finger('pointerdown', 2, 0.6);
+        await finger('pointermove', 1, 0.2);
+        await finger('pointermove', 2, 0.8);
+        await finger('pointerup', 1, 0.2);
+        await finger('pointerup', 2, 0.8);
+        const { min, max } = await page.evaluate(() => view.range);
+        const full = await page.evaluate(() => charts.fullRange());
+        assert.ok((max - min) < 0.5 * (full.max - full.min));
+    }));

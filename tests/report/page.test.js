@@ -1,0 +1,84 @@
+'use strict';
+
+const assert = require('node:assert');
+const { test } = require('node:test');
+const { demoRecording, lapSheet, withPage, writeReport, zepimport } = require('./browser.js');
+
+const recording = demoRecording('demo.ibt', ['--laps', '2', '--stints', '2']);
+const report = writeReport([recording]);
+
+test('names track, car, driver and weather', () => withPage(report, {}, async (page) => {
+    const [info] = JSON.parse(zepimport(['info', '--json', recording]));
+    const head = await page.locator('#sessions').innerText();
+    for (const name of ['track', 'configuration', 'car', 'driver'])
+        assert.ok(head.includes(info.header[name]), `${name} in ${head}`);
+    assert.ok(head.includes(info.values.Skies.value));
+    assert.ok(head.includes(`${info.values['Air temperature'].value.toFixed(1)} °C`));
+    assert.strictEqual(await page.title(),
+        `${info.header.track}, ${info.header.configuration}, ${info.header.car}`);
+}));
+
+test('the table has the laps that the program shows', () => withPage(report, {}, async (page) => {
+    const [{ laps }] = JSON.parse(zepimport(['laps', '--json', recording]));
+    const rows = page.locator('#laps tr[data-lap]');
+    assert.strictEqual(await rows.count(), laps.length);
+    for (const [i, lap] of laps.entries()) {
+        const text = await rows.nth(i).innerText();
+        assert.ok(text.includes(`#${lap.number}`), text);
+        if (lap.time !== null)
+            assert.ok(text.includes(`0:${lap.time.toFixed(3)}`), text);
+        assert.strictEqual((await rows.nth(i).getAttribute('class')).includes('best'), lap.best);
+        assert.ok(text.includes((lap.topSpeed.value * 3.6).toFixed(1)), text);
+    }
+    assert.strictEqual(await page.locator('.best-badge').count(), 1);
+}));
+
+test('says why a lap has no time', () => withPage(report, {}, async (page) => {
+    assert.deepStrictEqual(await page.locator('#laps .reason').allTextContents(), [
+        'out-lap: it does not start at the line', 'out-lap: it does not start at the line',
+        'still being driven when the recording ended']);
+}));
+
+test('shows tyres and fuel of every lap', () => withPage(report, {}, async (page) => {
+    const laps = await page.locator('#laps tr[data-lap]').count();
+    assert.strictEqual(await page.locator('#fuel tbody tr').count(), laps);
+    assert.strictEqual(await page.locator('#tyres .scroll tbody tr').count(), laps);
+    assert.strictEqual(await page.locator('#tyres .tyre').count(), 4);
+    assert.match(await page.locator('#fuel p').innerText(), /takes 0\.\d{3} l on average/);
+}));
+
+test('repeats what the plug-in said', () => withPage(report, {}, async (page) => {
+    assert.match(await page.locator('#remarks li').last().innerText(), /Laps readed/);
+}));
+
+test('names files and laps of several recordings apart', async () => {
+    const other = demoRecording('other.ibt', ['--laps', '1', '--stints', '1', '--seed', '4']);
+    await withPage(writeReport([recording, other]), {}, async (page) => {
+        assert.strictEqual(await page.locator('.session').count(), 2);
+        const labels = await page.locator('#laps tr[data-lap] th').allInnerTexts();
+        assert.ok(labels.includes('A2') && labels.includes('B2'), labels);
+        assert.strictEqual(await page.locator('.best-badge').count(), 2);
+    });
+});
+
+test('makes do with what little was recorded', async () => {
+    const plugin = process.env.LAPSHEET;
+    const sheets = {
+        'empty.laps': ['lap|-1|0||6|2|0'],
+        'gears.laps': ['lap|1|1|60000|1|1|1', 'channel|gear||1 2 3', 'lap|1|1|60000|1|1|1',
+            'channel|gear||- - -'],
+        'still.laps': ['lap|1|1|60000|1|1|1', 'channel|lapdist|m|5 5 5',
+            'channel|sessiontime|s|1 2 3', 'channel|speed|m/s|0 0 0'],
+        'one-tick.laps': ['lap|1|1|60000|1|1|1', 'channel|lapdist|m|5', 'channel|sessiontime|s|1',
+            'channel|lat|deg|50', 'channel|lon|deg|9'],
+        'nowhere.laps': ['lap|1|1|60000|1|1|1', 'channel|lapdist|m|- -', 'channel|lat|deg|- -',
+            'channel|lon|deg|- -', 'channel|speed|m/s|- -'],
+    };
+    for (const [name, lines] of Object.entries(sheets)) {
+        await withPage(writeReport([lapSheet(name, lines)], [], plugin), {}, async (page) => {
+            assert.ok(await page.locator('#laps tr[data-lap]').count() > 0, name);
+            for (const key of ['x', 'x', 'u', 't', '+', '1', 'ArrowRight'])
+                await page.keyboard.press(key);
+        });
+    }
+});

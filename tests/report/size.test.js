@@ -1,0 +1,30 @@
+'use strict';
+
+const assert = require('node:assert');
+const fs = require('node:fs');
+const { test } = require('node:test');
+const { demoRecording, withPage, writeReport } = require('./browser.js');
+
+const report = writeReport([demoRecording('long.ibt', ['--laps', '20', '--stints', '1'])]);
+
+test('twenty laps at 60 Hz take less than 3 MB', (t) => {
+    const { size } = fs.statSync(report);
+    t.diagnostic(`${size} bytes`);
+    assert.ok(size < 3e6, `${size} bytes`);
+});
+
+test('opens with all of them', (t) => withPage(report, {}, async (page) => {
+    const times = await page.evaluate(() => ({
+        ready: Math.round(performance.now()),
+        loaded: Math.round(performance.getEntriesByType('navigation')[0].domContentLoadedEventEnd),
+        laps: view.model.laps.length,
+        ticks: view.model.laps.reduce((sum, lap) => sum + lap.samples, 0),
+    }));
+    t.diagnostic(JSON.stringify(times));
+    assert.ok(times.laps >= 21 && times.ticks > 20 * 2000);
+    const start = Date.now();
+    for (const box of await page.locator('#laps input[type=checkbox]').all())
+        await box.setChecked(true, { force: true });
+    t.diagnostic(`all ${times.laps} laps drawn one after the other in ${Date.now() - start} ms`);
+    assert.strictEqual(await page.locator('#legend > span').count(), times.laps);
+}));
