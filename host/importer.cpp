@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace {
 
 /// Why \a fileName is no file to read; empty if it is one.
@@ -27,6 +29,11 @@ QString obstacle(const QString &fileName)
     return QString();
 }
 
+QString withName(const QString &fileName, const QString &message)
+{
+    return message.contains(fileName) ? message : QString(fileName % QLatin1String(": ") % message);
+}
+
 } // namespace
 
 Importer::Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbose)
@@ -36,51 +43,50 @@ Importer::Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbo
 
 std::optional<ImportedFile> Importer::import(const QString &fileName)
 {
-    const auto complain = [&](const QString &text) {
-        m_terminal.complain(fileName % QLatin1String(": ") % text);
-    };
+    ImportAttempt attempt = this->attempt(fileName);
+    if (attempt.laps.empty() && !attempt.format.isEmpty()) {
+        if (attempt.errors.isEmpty())
+            attempt.errors.append(QStringLiteral("holds no laps"));
+        attempt.errors.last() += QLatin1String("; check that the file is a complete \"")
+            % attempt.format % QLatin1Char('"');
+    }
+    for (const QString &error : qAsConst(attempt.errors))
+        m_terminal.complain(withName(fileName, error));
+    if (attempt.laps.empty())
+        return std::nullopt;
+    return ImportedFile{fileName, attempt.format, std::move(attempt.laps), attempt.messages};
+}
 
+ImportAttempt Importer::attempt(const QString &fileName)
+{
+    ImportAttempt result;
     const QString reason = obstacle(fileName);
     if (!reason.isEmpty()) {
-        complain(reason);
-        return std::nullopt;
+        result.errors.append(reason);
+        return result;
     }
     const PluginRegistry::Match match = m_plugins.match(fileName);
     if (!match.interface) {
-        complain(QLatin1String("no plug-in imports files of such a name; the formats are ")
-                 % m_plugins.formats().join(QLatin1String(", ")));
-        return std::nullopt;
+        result.errors.append(
+            QLatin1String("no plug-in imports files of such a name; the formats are ")
+            % m_plugins.formats().join(QLatin1String(", ")));
+        return result;
     }
 
-    const auto withName = [&](const QString &message) {
-        return message.contains(fileName) ? message
-                                          : QString(fileName % QLatin1String(": ") % message);
-    };
-    ImportedFile result{fileName, match.format, {}, {}};
-    QStringList errors;
     const auto receive = [&](const QString &message, int level) {
         result.messages.append({message, level < 0});
         if (level < 0)
-            errors.append(withName(message));
+            result.errors.append(message);
         else if (m_verbose)
-            m_terminal.complain(withName(message));
+            m_terminal.complain(withName(fileName, message));
     };
     const auto connection =
         QObject::connect(match.interface->dataEmitter(), &ZepDataEmitter::sendMessage, receive);
     const QVector<ZEP::Lap *> laps = match.interface->import(fileName, match.format, {});
     QObject::disconnect(connection);
 
+    result.format = match.format;
     for (ZEP::Lap *lap : laps)
         result.laps.emplace_back(lap);
-    if (result.laps.empty()) {
-        if (errors.isEmpty())
-            errors.append(withName(QStringLiteral("holds no laps")));
-        errors.last() += QLatin1String("; check that the file is a complete \"") % match.format
-            % QLatin1Char('"');
-    }
-    for (const QString &error : errors)
-        m_terminal.complain(error);
-    if (result.laps.empty())
-        return std::nullopt;
     return result;
 }

@@ -1,6 +1,7 @@
 #include "host/channelscommand.h"
 #include "host/comparecommand.h"
 #include "host/exportcommand.h"
+#include "host/checkcommand.h"
 #include "host/formatscommand.h"
 #include "host/infocommand.h"
 #include "host/lapscommand.h"
@@ -57,6 +58,7 @@ int main(int argc, char *argv[])
     commands.push_back(std::make_unique<CompareCommand>());
     commands.push_back(std::make_unique<ExportCommand>());
     commands.push_back(std::make_unique<ReportCommand>());
+    commands.push_back(std::make_unique<CheckCommand>());
     commands.push_back(std::make_unique<FormatsCommand>());
 
     CLI::App program("Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",

@@ -95,7 +95,7 @@ void tst_Readme::shownCommandsAreKnown()
         QVERIFY2(!run(QStringLiteral(ZEPIMPORT_PATH), {name, QStringLiteral("--help")}).isEmpty(),
                  qPrintable(name));
     }
-    QCOMPARE(commands, 7);
+    QCOMPARE(commands, 8);
 }
 
 void tst_Readme::shownOutputIsReal_data()

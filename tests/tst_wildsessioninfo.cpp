@@ -1,9 +1,14 @@
-// Session-info text as it is found in the wild: what the laps then carry.
+// Session-info text as it is found in the wild: what the laps then carry, and whether an inspection
+// tells that they are lost.
 
 #include "fuzz/promises.h"
+#include "host/findinglist.h"
+#include "host/sessioninfoinspection.h"
 #include "tools/recording.h"
 
 #include <QTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -38,6 +43,16 @@ QByteArray fullGrid()
 QByteArray withTabs(QByteArray text)
 {
     return text.replace("\n ", "\n\t");
+}
+
+bool saysThatLapsAreLost(const QByteArray &text)
+{
+    FindingList list;
+    inspectSessionInfo(text.constData(), 0, &list);
+    const QVector<Finding> findings = list.findings();
+    return std::any_of(findings.begin(), findings.end(), [](const Finding &finding) {
+        return finding.lost == QLatin1String("all laps");
+    });
 }
 
 } // namespace
@@ -187,6 +202,7 @@ void tst_WildSessionInfo::lapsCarry()
 
     const ImportResult result = importWith(text);
     QCOMPARE(int(result.laps.size()), 2);
+    QVERIFY(!saysThatLapsAreLost(text));
     for (const auto &lap : result.laps) {
         QVERIFY(lap->getDriverName() == driver);
         const QString teamName = lap->value(QStringLiteral("Team")).value.toString();
@@ -238,6 +254,7 @@ void tst_WildSessionInfo::nobodyIsFollowed()
     const ImportResult result = importWith(text);
     QCOMPARE(int(result.laps.size()), 1);
     QVERIFY(result.laps.front()->isEmpty());
+    QVERIFY(saysThatLapsAreLost(text));
 }
 
 QTEST_GUILESS_MAIN(tst_WildSessionInfo)

@@ -1,0 +1,395 @@
+#include "host/sessioninfoinspection.h"
+
+#include "host/findinglist.h"
+#include "host/sessionline.h"
+#include "yaml/yamltree.h"
+
+#include <QStringList>
+
+#include <cstring>
+#include <optional>
+
+namespace {
+
+using Kind = SessionLine::Kind;
+using Oddity = SessionLine::Oddity;
+
+constexpr int Cars = 64;
+
+/// Why nobody is found in the player's car; empty if somebody is.
+QString missingDriver(const TYamlTree &tree)
+{
+    const TStringTree *driverInfo = tree.sub(QStringLiteral("DriverInfo"));
+    if (!driverInfo)
+        return QStringLiteral("there is no DriverInfo");
+    const QString number = driverInfo->value(QStringLiteral("DriverCarIdx"));
+    if (number.isNull())
+        return QStringLiteral("DriverInfo has no DriverCarIdx");
+    bool isNumber = false;
+    const int car = number.toInt(&isNumber);
+    if (!isNumber || car < 0 || car >= Cars)
+        return QLatin1String("DriverCarIdx is ") % quotedLine(number)
+            % QStringLiteral(", which is no car (0 to %1)").arg(Cars - 1);
+    const TStringTree *driver =
+        driverInfo->pathSub(QLatin1String("Drivers/") % QString::number(car));
+    if (!driver)
+        return QStringLiteral("the list of drivers has no car %1").arg(car);
+    if (driver->value(QStringLiteral("UserName")).isEmpty())
+        return QStringLiteral("the driver of car %1 has no UserName").arg(car);
+    return QString();
+}
+
+/// One line of the text, and what it costs.
+struct Cause {
+    int number = 0; ///< of the line, from 1
+    qint64 offset = 0;
+    QString line;
+    const char *kind = "";
+    QString text;
+    bool losesItself = false;
+    bool losesDriver = false; ///< something that leads to the player's driver is lost
+    int misplaced = 0; ///< lines behind it that are filed in the wrong place
+    QStringList names; ///< of the first ones of these
+};
+
+QString oddityText(Oddity oddity)
+{
+    switch (oddity) {
+    case Oddity::Separators:
+        return QStringLiteral("holds \": \" more than once");
+    case Oddity::Tab:
+        return QStringLiteral("holds a tab where a blank belongs");
+    case Oddity::CarriageReturn:
+        return QStringLiteral("ends in a carriage return, which stays in the name or value");
+    case Oddity::Blanks:
+        return QStringLiteral("holds only blanks, which opens an entry without a name");
+    case Oddity::Comment:
+        return QStringLiteral("is a comment, which opens an entry of its own");
+    case Oddity::NoEntry:
+        return QStringLiteral("is no entry; if it belongs to the line in front, that one is cut");
+    case Oddity::None:
+        break;
+    }
+    return QStringLiteral("is not found where it belongs");
+}
+
+const char *oddityKind(Oddity oddity)
+{
+    switch (oddity) {
+    case Oddity::Separators:
+        return "text-separators";
+    case Oddity::Tab:
+        return "text-tab";
+    case Oddity::CarriageReturn:
+        return "text-carriage-return";
+    case Oddity::Blanks:
+        return "text-blanks";
+    case Oddity::Comment:
+        return "text-comment";
+    case Oddity::NoEntry:
+        return "text-no-entry";
+    case Oddity::None:
+        break;
+    }
+    return "text-misplaced";
+}
+
+/// Goes through the lines and compares what each means with what the tree has of it.
+class Inspection
+{
+public:
+    Inspection(const char *text, qint64 offset, FindingList *findings);
+
+    void run();
+
+private:
+    /// A section or list item that later lines belong to.
+    struct Level {
+        int column;
+        bool isItem;
+        QString name;
+        const TStringTree *node; ///< null if the tree has none
+    };
+
+    void read(const QString &text);
+    void leaveLevels(const SessionLine &line);
+    int expectedColumn(const SessionLine &line) const;
+    bool isFound(const SessionLine &line) const;
+    bool leadsToDriver(const SessionLine &line) const;
+    void lose(const SessionLine &line);
+    Cause causeHere(const char *kind, const QString &text) const;
+    void blame(const Cause &cause);
+    void report();
+    void reportText(const char *kind, const QString &text);
+    void reportMissingDriver();
+
+    const char *m_text;
+    qint64 m_offset;
+    FindingList *m_findings;
+    TYamlTree m_tree;
+    QString m_missingDriver;
+    bool m_isDriverExplained = false;
+
+    const char *m_lineBegin; ///< of the line being read
+    int m_number = 1;
+    QString m_line;
+    QVector<Level> m_levels;
+    QString m_playersCar; ///< as the text means it
+    bool m_isOpen = false; ///< the line in front was a section or an item
+    Cause m_opener; ///< that line
+    std::optional<Cause> m_suspect; ///< odd, but nothing has been lost since
+    std::optional<Cause> m_cause; ///< of what is being lost
+};
+
+Inspection::Inspection(const char *text, qint64 offset, FindingList *findings)
+    : m_text(text), m_offset(offset), m_findings(findings), m_lineBegin(text)
+{
+    m_tree.setYaml(text);
+    m_missingDriver = missingDriver(m_tree);
+}
+
+void Inspection::run()
+{
+    bool hasEnded = false;
+    for (const char *end = std::strchr(m_lineBegin, '\n'); end;
+         end = std::strchr(m_lineBegin, '\n')) {
+        m_line = QString::fromLatin1(m_lineBegin, int(end - m_lineBegin));
+        const SessionLine line(m_line);
+        if (m_number == 1) {
+            if (line.kind != Kind::End) {
+                m_suspect = causeHere("text-first-line",
+                                      QStringLiteral("is the first line, which is not read"));
+                read(m_line);
+            }
+        } else if (hasEnded) {
+            if (line.kind != Kind::Blank) {
+                reportText("text-document",
+                           QStringLiteral("is behind the end of the first document, which alone "
+                                          "counts"));
+                break;
+            }
+        } else if (line.kind == Kind::End) {
+            hasEnded = true;
+        } else {
+            read(m_line);
+        }
+        m_lineBegin = end + 1;
+        ++m_number;
+    }
+    report();
+    if (!hasEnded) {
+        m_line = QString::fromLatin1(m_lineBegin);
+        const SessionLine line(m_line);
+        if (line.kind != Kind::Blank && line.kind != Kind::End)
+            reportText("text-last-line",
+                       QStringLiteral("has no line feed behind it and is not read"));
+    }
+    reportMissingDriver();
+}
+
+void Inspection::read(const QString &text)
+{
+    const SessionLine line(text);
+    if (line.kind == Kind::Blank || line.kind == Kind::Other) {
+        if (line.oddity == Oddity::NoEntry)
+            blame(causeHere(oddityKind(line.oddity), oddityText(line.oddity)));
+        else if (line.oddity != Oddity::None)
+            m_suspect = causeHere(oddityKind(line.oddity), oddityText(line.oddity));
+        return;
+    }
+
+    if (m_isOpen) {
+        const Level &opener = m_levels.last();
+        const bool isInside = line.column > opener.column
+            || (line.column == opener.column && line.kind == Kind::Item && !opener.isItem);
+        if (!isInside)
+            m_suspect = m_opener;
+    }
+    leaveLevels(line);
+    if (line.column != expectedColumn(line))
+        m_suspect = causeHere("text-indentation",
+                              QStringLiteral("is indented by %1 blanks instead of %2")
+                                  .arg(line.column)
+                                  .arg(expectedColumn(line)));
+
+    if (m_levels.size() == 1 && m_levels.first().name == QLatin1String("DriverInfo")
+        && line.name == QLatin1String("DriverCarIdx"))
+        m_playersCar = line.value;
+    if (isFound(line)) {
+        report();
+        m_suspect.reset();
+    } else {
+        lose(line);
+    }
+
+    m_isOpen = line.kind != Kind::Value;
+    if (!m_isOpen)
+        return;
+    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
+    const bool isItem = line.kind == Kind::Item;
+    m_levels.append({line.column, isItem, line.name, parent ? parent->sub(line.name) : nullptr});
+    m_opener =
+        causeHere(isItem ? "text-short-item" : "text-empty-section",
+                  isItem ? QStringLiteral("is all of its list item, so what follows lies inside it")
+                         : QStringLiteral("holds nothing, so what follows lies inside it"));
+}
+
+/// Leaves the sections and items that \a line does not belong to.
+void Inspection::leaveLevels(const SessionLine &line)
+{
+    const auto isOver = [&line](const Level &level) {
+        if (level.column != line.column)
+            return level.column > line.column;
+        return line.kind != Kind::Item || level.isItem;
+    };
+    while (!m_levels.isEmpty() && isOver(m_levels.last()))
+        m_levels.removeLast();
+}
+
+int Inspection::expectedColumn(const SessionLine &line) const
+{
+    if (m_levels.isEmpty())
+        return 0;
+    const Level &level = m_levels.last();
+    if (level.isItem)
+        return level.column + 2;
+    return line.kind == Kind::Item ? level.column : level.column + 1;
+}
+
+bool Inspection::isFound(const SessionLine &line) const
+{
+    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
+    if (!parent)
+        return false;
+    if (line.kind != Kind::Value)
+        return parent->sub(line.name) != nullptr;
+    const QString value = parent->value(line.name);
+    return !value.isNull() && value == line.value;
+}
+
+/// Whether the driver in the player's car cannot be found without \a line.
+bool Inspection::leadsToDriver(const SessionLine &line) const
+{
+    const auto isPlayers = [this](const QString &car) {
+        return m_playersCar.isEmpty() || car == m_playersCar;
+    };
+    if (m_levels.isEmpty())
+        return line.kind == Kind::Section && line.name == QLatin1String("DriverInfo");
+    if (m_levels.first().name != QLatin1String("DriverInfo"))
+        return false;
+    if (m_levels.size() == 1)
+        return line.name == QLatin1String("DriverCarIdx") || line.name == QLatin1String("Drivers");
+    if (m_levels.at(1).name != QLatin1String("Drivers"))
+        return false;
+    if (m_levels.size() == 2)
+        return line.kind == Kind::Item && isPlayers(line.name);
+    return m_levels.size() == 3 && line.name == QLatin1String("UserName")
+        && isPlayers(m_levels.at(2).name);
+}
+
+/// The tree does not have \a line where it belongs: finds whose fault that is.
+void Inspection::lose(const SessionLine &line)
+{
+    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
+    const bool isReplaced =
+        line.kind == Kind::Value && parent && !parent->value(line.name).isNull();
+    if (line.oddity != Oddity::None) {
+        blame(causeHere(oddityKind(line.oddity), oddityText(line.oddity)));
+        m_cause->losesItself = line.oddity != Oddity::CarriageReturn;
+    } else if (!m_cause && isReplaced) {
+        blame(causeHere("text-repeated",
+                        QStringLiteral("is replaced by a later entry of the same name")));
+    } else {
+        if (!m_cause) {
+            blame(
+                m_suspect.value_or(causeHere(oddityKind(Oddity::None), oddityText(Oddity::None))));
+            m_suspect.reset();
+        }
+        constexpr int MostNames = 3;
+        if (m_cause->number != m_number) {
+            if (++m_cause->misplaced <= MostNames)
+                m_cause->names.append(line.name.left(32));
+        } else {
+            m_cause->losesItself = true;
+        }
+    }
+    if (leadsToDriver(line))
+        m_cause->losesDriver = true;
+}
+
+Cause Inspection::causeHere(const char *kind, const QString &text) const
+{
+    Cause cause;
+    cause.number = m_number;
+    cause.offset = m_offset + (m_lineBegin - m_text);
+    cause.line = m_line;
+    cause.kind = kind;
+    cause.text = text;
+    return cause;
+}
+
+void Inspection::blame(const Cause &cause)
+{
+    report();
+    m_cause = cause;
+}
+
+/// Reports the cause of what was lost until now.
+void Inspection::report()
+{
+    if (!m_cause)
+        return;
+    Finding finding;
+    finding.kind = QLatin1String(m_cause->kind);
+    finding.line = m_cause->number;
+    finding.offset = m_cause->offset;
+    finding.quote = quotedLine(m_cause->line);
+    finding.text = m_cause->text;
+    if (m_cause->losesItself)
+        finding.text += QLatin1String("; it is lost");
+    if (m_cause->misplaced > 0) {
+        const bool isOne = m_cause->misplaced == 1;
+        const bool isMore = m_cause->misplaced > m_cause->names.size();
+        finding.text += QStringLiteral("; %1 behind it %2 lost: ")
+                            .arg(isOne ? QStringLiteral("the entry")
+                                       : QStringLiteral("%1 entries").arg(m_cause->misplaced),
+                                 QLatin1String(isOne ? "is" : "are"))
+            % m_cause->names.join(QLatin1String(", ")) % QLatin1String(isMore ? ", ..." : "");
+    }
+    if (m_cause->losesDriver && !m_missingDriver.isEmpty() && !m_isDriverExplained) {
+        m_isDriverExplained = true;
+        finding.severity = Finding::Severity::Damage;
+        finding.lost = QStringLiteral("all laps");
+        finding.text += QLatin1String("; so nobody is in the player's car and no lap is followed");
+    }
+    m_findings->add(finding);
+    m_cause.reset();
+}
+
+/// Reports the line being read.
+void Inspection::reportText(const char *kind, const QString &text)
+{
+    blame(causeHere(kind, text));
+    report();
+}
+
+void Inspection::reportMissingDriver()
+{
+    if (m_missingDriver.isEmpty() || m_isDriverExplained)
+        return;
+    Finding finding;
+    finding.severity = Finding::Severity::Damage;
+    finding.kind = QStringLiteral("no-driver");
+    finding.offset = m_offset;
+    finding.lost = QStringLiteral("all laps");
+    finding.text = m_missingDriver
+        % QLatin1String("; so nobody is in the player's car and no lap is followed");
+    m_findings->add(finding);
+}
+
+} // namespace
+
+void inspectSessionInfo(const char *text, qint64 offset, FindingList *findings)
+{
+    Inspection(text, offset, findings).run();
+}

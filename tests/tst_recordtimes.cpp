@@ -1,0 +1,121 @@
+#include "host/findinglist.h"
+#include "host/recordtimes.h"
+#include "tools/recording.h"
+
+#include <QTest>
+
+#include <limits>
+
+Q_DECLARE_METATYPE(QVector<double>)
+Q_DECLARE_METATYPE(Recording)
+
+class tst_RecordTimes : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void finds_data();
+    void finds();
+    void everySessionHasItsClock();
+    void unknownTime_data();
+    void unknownTime();
+};
+
+namespace {
+
+QVector<Finding> watched(const Recording &recording)
+{
+    const irsdk_header header = recording.header();
+    const QVector<irsdk_varHeader> table = recording.variableTable();
+    RecordTimes times(header, table.constData());
+    const QByteArray bytes = recording.bytes();
+    for (int record = 0; times.isKnown() && record < recording.recordCount(); ++record)
+        times.add(bytes.constData() + header.varBuf[0].bufOffset + record * header.bufLen);
+    FindingList findings;
+    times.report(&findings);
+    return findings.findings();
+}
+
+} // namespace
+
+void tst_RecordTimes::finds_data()
+{
+    QTest::addColumn<QVector<double>>("times");
+    QTest::addColumn<QStringList>("texts");
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+
+    QTest::newRow("none") << QVector<double>() << QStringList();
+    QTest::newRow("one") << QVector<double>{5} << QStringList();
+    QTest::newRow("even") << QVector<double>{5, 5.1, 5.2, 5.3} << QStringList();
+    QTest::newRow("a little late") << QVector<double>{5, 5.14, 5.2} << QStringList();
+    QTest::newRow("standing still") << QVector<double>{5, 5, 5} << QStringList();
+    QTest::newRow("gap")
+        << QVector<double>{5, 5.1, 9, 9.1}
+        << QStringList("38 ticks are missing between record 2, at 5.1 s, and the next one, at 9 s");
+    QTest::newRow("one tick")
+        << QVector<double>{5, 5.1, 5.3}
+        << QStringList("a tick is missing between record 2, at 5.1 s, and the next one, at 5.3 s");
+    QTest::newRow("two gaps")
+        << QVector<double>{5, 6, 6.1, 8.1}
+        << QStringList("9 ticks are missing between record 1, at 5 s, and the next one, at 6 s; so "
+                       "it is in 2 places, 3 s in all");
+    QTest::newRow("backwards")
+        << QVector<double>{5, 5.1, 4, 4.1}
+        << QStringList("the time runs backwards between record 2, at 5.1 s, and the next one, at 4 "
+                       "s");
+    QTest::newRow("not a number") << QVector<double>{5, nan, 9} << QStringList();
+}
+
+void tst_RecordTimes::finds()
+{
+    QFETCH(QVector<double>, times);
+    QFETCH(QStringList, texts);
+
+    Recording recording;
+    recording.tickRate(10);
+    for (const double time : times)
+        recording.set("SessionTime", time).ticks(1);
+    QStringList found;
+    for (const Finding &finding : watched(recording)) {
+        QVERIFY(finding.severity == Finding::Severity::Remark);
+        const qint64 into =
+            finding.offset.value_or(-1) - recording.sectionOffset(Recording::Records);
+        QVERIFY(into > 0 && into % recording.recordSize() == 0);
+        found.append(finding.text);
+    }
+    QCOMPARE(found, texts);
+}
+
+void tst_RecordTimes::everySessionHasItsClock()
+{
+    Recording recording;
+    recording.set("SessionTime", 100).ticks(3);
+    recording.set("SessionNum", 1).set("SessionTime", 0).ticks(3);
+    recording.set("SessionNum", 2).set("SessionTime", 50).ticks(3);
+    QCOMPARE(watched(recording).size(), 0);
+}
+
+void tst_RecordTimes::unknownTime_data()
+{
+    QTest::addColumn<Recording>("recording");
+    const Recording good;
+    QTest::newRow("no table") << Recording::empty();
+    QTest::newRow("outside") << good.withVariable("SessionTime", &irsdk_varHeader::offset,
+                                                  good.recordSize() - 7);
+    QTest::newRow("in front") << good.withVariable("SessionTime", &irsdk_varHeader::offset, -1);
+    QTest::newRow("float") << good.withVariable("SessionTime", &irsdk_varHeader::type, irsdk_float);
+    QTest::newRow("array") << good.withVariable("SessionTime", &irsdk_varHeader::count, 2);
+    QTest::newRow("no record") << good.with(&irsdk_header::bufLen, 0);
+    Recording twice;
+    QTest::newRow("replaced by a later one") << twice.variable({"sessiontime", irsdk_int});
+}
+
+void tst_RecordTimes::unknownTime()
+{
+    QFETCH(Recording, recording);
+    const QVector<irsdk_varHeader> table = recording.variableTable();
+    QVERIFY(!RecordTimes(recording.header(), table.constData()).isKnown());
+}
+
+QTEST_GUILESS_MAIN(tst_RecordTimes)
+#include "tst_recordtimes.moc"

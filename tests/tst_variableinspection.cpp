@@ -1,0 +1,147 @@
+#include "host/findinglist.h"
+#include "host/variableinspection.h"
+#include "tools/recording.h"
+
+#include <QTest>
+
+Q_DECLARE_METATYPE(RecordingVariable)
+
+class tst_VariableInspection : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void finds_data();
+    void finds();
+    void missingVariables_data();
+    void missingVariables();
+    void placeOfAFinding();
+};
+
+namespace {
+
+QVector<Finding> inspected(const Recording &recording)
+{
+    FindingList findings;
+    const QVector<irsdk_varHeader> table = recording.variableTable();
+    inspectVariables(recording.header(), table.constData(), &findings);
+    return findings.findings();
+}
+
+} // namespace
+
+void tst_VariableInspection::finds_data()
+{
+    QTest::addColumn<RecordingVariable>("variable");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("lost");
+    const QString none;
+    const QString lost = QStringLiteral("channel odd");
+    // The variables in front of it take 46 bytes of the record's 60.
+    const auto at = [](qint32 offset, qint32 type = irsdk_float, qint32 count = 1) {
+        return RecordingVariable{"Odd", type, "", "", count, offset};
+    };
+
+    QTest::newRow("sound") << at(56) << none << none;
+    QTest::newRow("array") << at(48, irsdk_float, 3) << none << none;
+    QTest::newRow("one byte outside")
+        << at(57) << "takes bytes 57 to 61 of records of 60 bytes" << lost;
+    QTest::newRow("outside") << at(60) << "takes bytes 60 to 64 of records of 60 bytes" << lost;
+    QTest::newRow("far outside") << at(2147483647, irsdk_double)
+                                 << "takes bytes 2147483647 to 2147483655 of records of 60 bytes"
+                                 << lost;
+    QTest::newRow("in front") << at(-4) << "takes bytes -4 to 0 of records of 60 bytes" << lost;
+    QTest::newRow("partly in front")
+        << at(-1) << "takes bytes -1 to 3 of records of 60 bytes" << lost;
+    QTest::newRow("last element outside")
+        << at(52, irsdk_float, 3) << "takes bytes 52 to 64 of records of 60 bytes" << lost;
+    QTest::newRow("first element outside")
+        << at(-4, irsdk_float, 2) << "takes bytes -4 to 4 of records of 60 bytes" << none;
+    QTest::newRow("more elements than any record")
+        << at(0, irsdk_double, 2147483647) << "takes bytes 0 to 17179869176 of records of 60 bytes"
+        << lost;
+    QTest::newRow("text beyond the record") << at(59, irsdk_char, 100) << none << none;
+    QTest::newRow("text outside") << at(60, irsdk_char, 100)
+                                  << "takes bytes 60 to 61 of records of 60 bytes" << lost;
+    QTest::newRow("text of no characters") << at(0, irsdk_char, 0) << none << none;
+    QTest::newRow("no elements") << at(0, irsdk_float, 0)
+                                 << "has 0 elements, so its channel has no values" << lost;
+    QTest::newRow("fewer than no elements")
+        << at(0, irsdk_int, -2) << "has -2 elements, so its channel has no values" << lost;
+    for (const qint32 type : {-1, 6, 1000000})
+        QTest::addRow("type %d", type)
+            << at(0, type)
+            << QStringLiteral("is of type %1, which is not known; its channel repeats the variable "
+                              "in front of it")
+                   .arg(type)
+            << lost;
+    QTest::newRow("no name") << RecordingVariable{"", irsdk_bool, "", "", 1, 0} << "has no name"
+                             << none;
+    QTest::newRow("a name that fills its field")
+        << RecordingVariable{QByteArray(32, 'x'), irsdk_bool, "", "", 1, 60}
+        << "takes bytes 60 to 61 of records of 60 bytes"
+        << QString(QLatin1String("channel ") % QString(32, QLatin1Char('x')));
+    QTest::newRow("a name that a terminal would obey")
+        << RecordingVariable{"a\x1b[2J", irsdk_bool, "", "", 1, 60}
+        << "takes bytes 60 to 61 of records of 60 bytes" << QStringLiteral("channel a\uFFFD[2j");
+}
+
+void tst_VariableInspection::finds()
+{
+    QFETCH(RecordingVariable, variable);
+    QFETCH(QString, text);
+    QFETCH(QString, lost);
+
+    Recording recording;
+    recording.variable(variable).recordSize(60);
+    const QVector<Finding> findings = inspected(recording);
+    QCOMPARE(findings.size(), text.isEmpty() ? 0 : 1);
+    if (text.isEmpty())
+        return;
+    const Finding &finding = findings.constFirst();
+    QCOMPARE(finding.text, text);
+    QCOMPARE(finding.lost, lost);
+    QCOMPARE(finding.severity == Finding::Severity::Damage, !lost.isEmpty());
+}
+
+void tst_VariableInspection::missingVariables_data()
+{
+    QTest::addColumn<QByteArray>("name");
+    QTest::addColumn<QString>("lost");
+    QTest::newRow("place") << QByteArray("LapDistPct") << "all laps";
+    QTest::newRow("on track") << QByteArray("IsOnTrack") << "all laps";
+    QTest::newRow("running lap time") << QByteArray("LapCurrentLapTime") << "";
+}
+
+void tst_VariableInspection::missingVariables()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QString, lost);
+
+    QVector<RecordingVariable> table;
+    for (const RecordingVariable &variable : Recording::defaultVariables()) {
+        if (variable.name != name)
+            table.append(variable);
+    }
+    const QVector<Finding> findings = inspected(Recording().variables(table));
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.constFirst().variable, QString::fromLatin1(name));
+    QCOMPARE(findings.constFirst().lost, lost);
+}
+
+void tst_VariableInspection::placeOfAFinding()
+{
+    // The last one of a name counts, whatever its letters' case.
+    Recording recording;
+    recording.variable({"SPEED", irsdk_bool});
+    const QVector<Finding> findings = inspected(recording);
+    QCOMPARE(findings.size(), 1);
+    const Finding &finding = findings.constFirst();
+    QCOMPARE(finding.kind, QStringLiteral("equal-names"));
+    QCOMPARE(finding.variable, QStringLiteral("Speed"));
+    QCOMPARE(finding.offset.value_or(-1),
+             qint64(recording.sectionOffset(Recording::Table) + 10 * Recording::VariableSize));
+}
+
+QTEST_GUILESS_MAIN(tst_VariableInspection)
+#include "tst_variableinspection.moc"
