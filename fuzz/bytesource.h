@@ -49,6 +49,9 @@ public:
         return taken;
     }
 
+    /// All that is left.
+    QByteArray rest() { return bytes(int(m_left)); }
+
 private:
     void skip(std::size_t size)
     {

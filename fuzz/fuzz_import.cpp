@@ -1,9 +1,10 @@
 // Input: a recording. It is imported as a host does it, the laps are walked completely, and they
-// are what the plain importer makes of it.
+// are what the plain importer makes of it. An inspection finds out why there are none.
 
 #include "fuzz/memoryfile.h"
 #include "fuzz/promises.h"
 #include "fuzz/require.h"
+#include "host/recordinginspection.h"
 #include "plugin/irpluginimport.h"
 #include "tests/comparelaps.h"
 #include "tests/reference/importfile.h"
@@ -48,6 +49,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const ImportResult result = importWithPlugin(&plugin, file.name());
     require(nextDescriptor() == descriptor, "no file stays open");
     require(brokenPromise(result, file.name()));
+
+    const RecordingInspection inspection(file.name());
+    require(inspection.isImportable() || result.laps.empty(), "laps of an importable file only");
+    require(inspection.isImportable() || !inspection.findings().isEmpty(), "a finding");
 
     const reference::Import expected =
         reference::importFile(file.name(), QLatin1String(ImportFixture::Format));

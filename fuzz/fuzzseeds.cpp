@@ -13,6 +13,10 @@ namespace {
 /// Longer inputs say nothing that shorter ones do not, and cost time.
 constexpr int MaxSeedSize = 10 * 1024;
 
+/// The parts of fuzz_zepimport: choices, suggestions, tables and values in front, an inspection
+/// last.
+constexpr int InspectPart = 6;
+
 class SeedFolder
 {
 public:
@@ -56,13 +60,16 @@ void writeSeeds(const QString &folder)
 {
     SeedFolder imports(folder, "fuzz_import");
     SeedFolder texts(folder, "fuzz_sessioninfo");
+    SeedFolder shown(folder, "fuzz_zepimport");
     for (const char *type : {"Race", "Practice", "Offline testing"}) {
         imports.add(shortSession(type));
         texts.add(Recording::plainSessionInfo(type));
+        shown.add(char(InspectPart) + Recording::plainSessionInfo(type));
     }
     for (std::uint32_t seed = 0; seed < 60; ++seed) {
         const RandomRecording recording(seed);
         texts.add(recording.sessionInfo());
+        shown.add(char(InspectPart) + recording.sessionInfo());
         imports.add(recording.file().left(MaxSeedSize));
     }
 
@@ -74,6 +81,17 @@ void writeSeeds(const QString &folder)
             bytes.append(static_cast<char>((seed * 37 + i * (seed + 3) * 11) >> (i % 3)));
         tables.add(bytes);
         drives.add(bytes);
+        for (int part = 0; part < InspectPart; ++part)
+            shown.add(char(part) + bytes);
+    }
+    for (const char *choice :
+         {"best", "all", "3,5-7", "1-99", "0", "speed", "tire*", "[lr]f*", "[z-a]"}) {
+        const QByteArray typed(choice);
+        // Latin-1 of that length; for laps behind one lap, for channels behind one without names.
+        const QByteArray text = QByteArray("\1") + char(typed.size()) + typed;
+        shown.add(QByteArray("\0\0\1\1\1\1", 6) + text);
+        shown.add(QByteArray("\1\0\0\1", 4) + text);
+        shown.add(QByteArray("\2", 1) + text + '\2' + text + text);
     }
     // Race and practice, on track all the time, lap after lap.
     for (const char type : {'\0', '\1', '\2', '\3'}) {

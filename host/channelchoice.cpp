@@ -54,6 +54,8 @@ QVector<ChosenChannel> matching(const QVector<ChosenChannel> &all, const QString
     const QRegularExpression expression(QRegularExpression::wildcardToRegularExpression(wildcard),
                                         QRegularExpression::CaseInsensitiveOption);
     QVector<ChosenChannel> result;
+    if (!expression.isValid()) // "[z-a]"
+        return result;
     std::copy_if(
         all.begin(), all.end(), std::back_inserter(result),
         [&](const ChosenChannel &channel) { return expression.match(channel.name).hasMatch(); });

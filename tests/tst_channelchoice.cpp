@@ -92,6 +92,8 @@ void tst_ChannelChoice::problem_data()
         << QStringList{"engin"} << "there is no channel 'engin'; did you mean engine?";
     QTest::newRow("wildcard without any")
         << QStringList{"gaer*"} << "there is no channel 'gaer*'; did you mean gear?";
+    QTest::newRow("letters from last to first")
+        << QStringList{"[z-a]"} << "there is no channel '[z-a]'";
     QTest::newRow("nothing like it") << QStringList{"zzz"} << "there is no channel 'zzz'";
     QTest::newRow("nothing") << QStringList{""} << "there is no channel ''";
 }
