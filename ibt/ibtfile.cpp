@@ -38,6 +38,17 @@ bool IbtFile::readDiskSubHeader()
     return std::fread(&m_diskSubHeader, sizeof m_diskSubHeader, 1, m_file.get()) == 1;
 }
 
+bool IbtFile::holdsSessionInfo()
+{
+    return holds(m_header.sessionInfoOffset, m_header.sessionInfoLen);
+}
+
+bool IbtFile::holdsVarHeaders()
+{
+    return holds(m_header.varHeaderOffset,
+                 m_header.numVars * std::int64_t(sizeof(irsdk_varHeader)));
+}
+
 bool IbtFile::readSessionInfo()
 {
     const std::int32_t length = m_header.sessionInfoLen;
@@ -64,6 +75,15 @@ char *IbtFile::nextRecord()
     char *record = m_records.data() + m_nextRecord;
     m_nextRecord += static_cast<std::size_t>(m_header.bufLen);
     return record;
+}
+
+/// Nothing at all lies anywhere, also beyond the end of the file.
+bool IbtFile::holds(std::int64_t offset, std::int64_t size)
+{
+    if (offset < 0 || size < 0 || std::fseek(m_file.get(), 0, SEEK_END) != 0)
+        return false;
+    const std::int64_t end = std::ftell(m_file.get());
+    return size == 0 || (offset <= end && size <= end - offset);
 }
 
 bool IbtFile::seek(std::int32_t offset)

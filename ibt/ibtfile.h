@@ -24,6 +24,12 @@ public:
     bool readHeader();
     /// Reads the disk sub-header behind the main header. False when the file ends before it does.
     bool readDiskSubHeader();
+    /// Whether the session-info text lies in the file, as far as the file's size tells: neither its
+    /// offset nor its length is negative, and the file does not end before it does.
+    bool holdsSessionInfo();
+    /// The same of the variable table.
+    bool holdsVarHeaders();
+
     /// Reads the session-info text. False when its offset or length is negative, or when the text
     /// is not wholly in the file.
     bool readSessionInfo();
@@ -48,6 +54,7 @@ private:
     };
 
     bool seek(std::int32_t offset);
+    bool holds(std::int64_t offset, std::int64_t size);
     template <typename T>
     bool readGrowing(std::vector<T> &items, std::size_t count);
     bool readRecords();

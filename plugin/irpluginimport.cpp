@@ -39,15 +39,20 @@ public:
         *copy = *lap;
         m_laps.append(copy.get());
         copy.release();
-        m_samples += qint64(lap->size()) * lap->channels().size();
+        const qint64 channels = lap->channels().size();
+        m_channels += channels;
+        m_samples += channels * lap->size();
     }
 
+    /// Channels of all laps.
+    qint64 channels() const { return m_channels; }
     qint64 samples() const { return m_samples; }
     int count() const { return m_laps.size(); }
     QVector<ZEP::Lap *> take() { return std::exchange(m_laps, {}); }
 
 private:
     QVector<ZEP::Lap *> m_laps;
+    qint64 m_channels = 0;
     qint64 m_samples = 0;
 };
 
@@ -56,14 +61,20 @@ private:
 bool isTooLarge(const LapList &laps, const iRTelemetryReader &reader, qint64 recordBytesRead)
 {
     constexpr qint64 SampleBytes = 8;
+    constexpr qint64 ChannelBytes = 256; // beside its samples
     constexpr qint64 LapBytes = 2 * 1024;
     constexpr qint64 AlwaysAllowed = 256 * 1024 * 1024;
     // Variables side by side make at most 8 bytes of each byte read.
     constexpr qint64 AllowedPerByte = 64;
 
-    const qint64 asked =
-        (laps.samples() + reader.collectedSamples()) * SampleBytes + laps.count() * LapBytes;
+    const qint64 asked = (laps.samples() + reader.collectedSamples()) * SampleBytes
+        + laps.channels() * ChannelBytes + laps.count() * LapBytes;
     return asked > AlwaysAllowed && asked > recordBytesRead * AllowedPerByte;
+}
+
+QString sessionInfoError()
+{
+    return QStringLiteral("IBT import error:  Failed to read sessionInfoString");
 }
 
 QString varHeaderError()
@@ -84,8 +95,13 @@ QString readLaps(const QString &fileName, LapList *laps)
         return QStringLiteral("IBT import error:  Error reading irsdk_header");
     if (!file.readDiskSubHeader())
         return QStringLiteral("IBT import error:  Error reading irsdk_diskSubHeader");
+    // Both claims first: reading a text is for nothing where the table is missing.
+    if (!file.holdsSessionInfo())
+        return sessionInfoError();
+    if (!file.holdsVarHeaders())
+        return varHeaderError();
     if (!file.readSessionInfo())
-        return QStringLiteral("IBT import error:  Failed to read sessionInfoString");
+        return sessionInfoError();
     reader.setYaml(file.sessionInfo());
     reader.updateCarList();
     if (!file.readVarHeaders())

@@ -3,7 +3,6 @@
 #include "reader/irtelemetryreader.h"
 
 #include <QColor>
-#include <QStringList>
 
 namespace {
 
@@ -47,8 +46,14 @@ constexpr NamedKey DriverTexts[] = {
 /// A text of number, blank and unit ("3.70 km"). Text that is none of it is 0.0 without a unit.
 ZEP::Value measurement(const QString &text)
 {
-    const QStringList parts = text.simplified().split(QLatin1Char(' '), Qt::KeepEmptyParts);
-    return ZEP::Value(parts.first().toDouble(), parts.size() > 1 ? parts.at(1) : QString());
+    // Not split: a list of all words of a long text takes many times its memory.
+    const QString words = text.simplified();
+    const int numberEnd = words.indexOf(QLatin1Char(' '));
+    if (numberEnd < 0)
+        return ZEP::Value(words.toDouble(), QString());
+    const int unitEnd = words.indexOf(QLatin1Char(' '), numberEnd + 1);
+    return ZEP::Value(words.leftRef(numberEnd).toDouble(),
+                      words.mid(numberEnd + 1, unitEnd < 0 ? -1 : unitEnd - numberEnd - 1));
 }
 
 /// The colour of a licence ("0xfc0706"); invalid for text that names none.
@@ -124,9 +129,9 @@ void readFuel(const TStringTree &driverInfo, const QString &level, ZEP::DynamicD
                          QStringLiteral("kg"));
     }
 
-    const QStringList parts = level.simplified().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-    if (parts.size() == 2) {
-        const bool isWeight = parts.last() == QLatin1String("kg");
+    const QString words = level.simplified();
+    if (words.count(QLatin1Char(' ')) == 1) {
+        const bool isWeight = words.endsWith(QLatin1String(" kg"));
         values->addValue(QStringLiteral("Preferred fuel unit"),
                          isWeight ? QStringLiteral("weight") : QStringLiteral("volume"), QString());
     }

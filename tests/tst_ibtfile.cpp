@@ -213,6 +213,7 @@ void tst_IbtFile::sessionInfo()
     QFETCH(QByteArray, text);
 
     IbtFile ibt = m_folder.readUpToHeaders(file);
+    QCOMPARE(ibt.holdsSessionInfo(), read);
     QCOMPARE(ibt.readSessionInfo(), read);
     if (read)
         QCOMPARE(QByteArray(ibt.sessionInfo()), text);
@@ -304,6 +305,7 @@ void tst_IbtFile::varHeaders()
     QFETCH(QByteArray, file);
 
     IbtFile ibt = m_folder.readUpToHeaders(file);
+    QTEST(ibt.holdsVarHeaders(), "read");
     QVERIFY(ibt.readSessionInfo());
     QTEST(ibt.readVarHeaders(), "read");
 }

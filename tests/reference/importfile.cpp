@@ -46,7 +46,7 @@ class Budget
 {
 public:
     void addRecord(qint64 bytes) { m_read += bytes; }
-    void addLap(qint64 bytes) { m_laps += 2048 + bytes; }
+    void addLap(const Lap &lap) { m_laps += 2048 + 256 * lap.channels.size() + sampleBytes(lap); }
     /// True if the laps so far and \a open bytes of samples are too much.
     bool isExceededWith(qint64 open) const
     {
@@ -139,7 +139,7 @@ Import importFile(const QString &fileName, const QString &format)
         reader.processData();
         if (reader.isMyLapReady()) {
             result.laps.append(copyOfMyLap(&reader));
-            budget.addLap(sampleBytes(result.laps.last()));
+            budget.addLap(result.laps.last());
         }
         budget.addRecord(recordSize);
         if (budget.isExceededWith(openBytes(reader)))
