@@ -26,7 +26,19 @@ int RecordElement::toInt(const char *record) const
 
 float RecordElement::toFloat(const char *record) const
 {
-    return m_type == irsdk_float ? load<float>(record) : toVariant(record).toFloat();
+    switch (m_type) {
+    case irsdk_char:
+        return load<qint8>(record);
+    case irsdk_bool:
+        return load<quint8>(record) != 0 ? 1.0f : 0.0f;
+    case irsdk_int:
+    case irsdk_bitField:
+        return float(load<qint32>(record));
+    case irsdk_float:
+        return load<float>(record);
+    default:
+        return toVariant(record).toFloat();
+    }
 }
 
 bool RecordElement::toBool(const char *record) const
