@@ -42,7 +42,7 @@ void FileCommand::declareLaps(CLI::App &command, const LapChoice &otherwise,
     m_laps = otherwise;
     command
         .add_option("--lap", m_lapText,
-                    description + ", by # in the output of `laps`:\n3 or 3,5-7 or best or all")
+                    description + ",\nby # in `laps`: 3 or 3,5-7 or best or all")
         ->type_name("CHOICE")
         ->check([this](const std::string &text) {
             QString problem;

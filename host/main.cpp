@@ -1,16 +1,19 @@
 #include "host/channelscommand.h"
+#include "host/checkcommand.h"
 #include "host/comparecommand.h"
 #include "host/exportcommand.h"
-#include "host/checkcommand.h"
 #include "host/formatscommand.h"
 #include "host/infocommand.h"
 #include "host/lapscommand.h"
+#include "host/pluginregistry.h"
 #include "host/reportcommand.h"
 #include "host/terminal.h"
+#include "plugin/zepplugininterfaceimport.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QCoreApplication>
+#include <QStringList>
 #include <QTextCodec>
 
 #include <csignal>
@@ -39,6 +42,20 @@ std::string usageError(const CLI::App &program, const CLI::ParseError &error,
     return "there is no command '" + firstArgument + "'; see zepimport --help";
 }
 
+/// The versions of the program and of the plug-ins that it finds, and where those are.
+std::string versions()
+{
+    const PluginRegistry registry(PluginRegistry::searchPath(QString()));
+    QStringList lines{QStringLiteral("zepimport " ZEPIMPORT_VERSION)};
+    for (const PluginRegistry::Plugin &plugin : registry.plugins())
+        lines.append(plugin.interface->pluginName() % QLatin1Char(' ')
+                     % plugin.interface->pluginVersion() % QLatin1String(", ") % plugin.library);
+    if (registry.plugins().isEmpty())
+        lines.append(QLatin1String("no import plug-in found (")
+                     % registry.remarks().join(QLatin1String("; ")) % QLatin1Char(')'));
+    return lines.join(QLatin1Char('\n')).toStdString();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -63,7 +80,7 @@ int main(int argc, char *argv[])
 
     CLI::App program("Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",
                      "zepimport");
-    program.set_version_flag("--version", "zepimport " ZEPIMPORT_VERSION);
+    program.set_version_flag("--version", versions);
     program.require_subcommand(1);
     program.footer("`zepimport COMMAND --help` tells more, with examples.");
     std::vector<std::pair<CLI::App *, Command *>> declared;

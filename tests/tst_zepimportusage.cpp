@@ -83,7 +83,8 @@ void tst_ZepimportUsage::help_data()
     QTest::addColumn<QString>("contains");
 
     QTest::newRow("program") << QStringList{"--help"} << "zepimport COMMAND --help";
-    for (const char *command : {"laps", "info", "channels", "export", "report", "formats"})
+    for (const char *command :
+         {"laps", "info", "channels", "compare", "export", "report", "check", "formats"})
         QTest::newRow(command) << QStringList{command, "--help"}
                                << QStringLiteral("Examples:\n  zepimport %1").arg(command);
 }
@@ -103,9 +104,20 @@ void tst_ZepimportUsage::help()
 void tst_ZepimportUsage::version()
 {
     const Outcome outcome = process({"--version"}).run();
-    const QRegularExpression expected(QStringLiteral("^zepimport \\d+\\.\\d+\\.\\d+\n$"));
-    QVERIFY2(expected.match(outcome.output).hasMatch(), qPrintable(outcome.output));
+    const QRegularExpression expected(QStringLiteral("^zepimport \\d+\\.\\d+\\.\\d+\n"
+                                                     "Lap sheets 1\\.5, (/.*)\n$"));
+    const QRegularExpressionMatch match = expected.match(outcome.output);
+    QVERIFY2(match.hasMatch(), qPrintable(outcome.output));
+    QCOMPARE(match.captured(1), QStringLiteral(LAPSHEET_PLUGIN_PATH));
+    QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.exitCode, 0);
+
+    ZepimportProcess without = process({"--version"});
+    without.environment = QStringList{"ZEP_PLUGIN_PATH=nowhere"};
+    const QString output = without.run().output;
+    QVERIFY2(output.endsWith(
+                 QLatin1String("\nno import plug-in found (nowhere: no such file or folder)\n")),
+             qPrintable(output));
 }
 
 void tst_ZepimportUsage::terminal_data()
