@@ -97,7 +97,7 @@ QString missingTimeReason(const ZEP::Lap &lap)
 {
     switch (lapKind(lap)) {
     case LapKind::OutLap:
-        return QStringLiteral("out-lap: it does not start at the line");
+        return QStringLiteral("out-laps are not timed");
     case LapKind::Unfinished:
         return QStringLiteral("still being driven when the recording ended");
     case LapKind::Empty:

@@ -100,10 +100,12 @@ LapTrace lapTrace(const ZEP::Lap &lap, double trackLength)
 
     double start = *std::find_if(trace.time.cbegin(), trace.time.cend(),
                                  [](double time) { return !std::isnan(time); });
-    if (trace.isFromLine && trace.distance.at(first) > 0) {
-        // The line was crossed between two ticks.
+    if (trace.isFromLine) {
+        // The line was crossed before the first tick or behind it; of a race start, which is
+        // further away, the time counts from the first tick.
         const int second = firstKnown(trace.distance, trace.time, first + 1);
-        if (second < trace.time.size() && trace.distance.at(second) > trace.distance.at(first)) {
+        if (second < trace.time.size() && trace.distance.at(second) > trace.distance.at(first)
+            && trace.distance.at(second) > 0) {
             const double slowness = (trace.time.at(second) - trace.time.at(first))
                 / (trace.distance.at(second) - trace.distance.at(first));
             start = trace.time.at(first) - trace.distance.at(first) * slowness;

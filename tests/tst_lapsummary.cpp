@@ -73,7 +73,7 @@ void tst_LapSummary::kind_data()
     const char *notValid = "no valid time was recorded";
     const char *unfinished = "still being driven when the recording ended";
     QTest::newRow("out-lap") << 0 << true << 1 << LapKind::OutLap << "out-lap"
-                             << "out-lap: it does not start at the line";
+                             << "out-laps are not timed";
     QTest::newRow("timed") << 1 << true << 1 << LapKind::Timed << "timed" << notValid;
     QTest::newRow("no type") << -1 << true << 1 << LapKind::Other << "other" << notValid;
     QTest::newRow("type of another source")

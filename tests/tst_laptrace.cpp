@@ -116,7 +116,10 @@ void tst_LapTrace::time_data()
         << Samples{0.05, 0.55, 1.05} << true;
     QTest::newRow("at the line") << Columns{{"sessiontime", ticks}, {"lapdist", {0, 5, 10}}}
                                  << Samples{0, 0.5, 1} << true;
-    QTest::newRow("before the line")
+    QTest::newRow("from a tick before the line")
+        << Columns{{"sessiontime", ticks}, {"lapdist", {99, 4, 9}}} << Samples{-0.1, 0.4, 0.9}
+        << true;
+    QTest::newRow("from the grid")
         << Columns{{"sessiontime", ticks}, {"lapdist", {95, 99, 3}}} << Samples{0, 0.5, 1} << true;
     QTest::newRow("from the pits") << Columns{{"sessiontime", ticks}, {"lapdist", {20, 25, 30}}}
                                    << Samples{0, 0.5, 1} << false;

@@ -118,12 +118,9 @@ void tst_ZepimportReport::data()
 
     const QJsonArray laps = data.value(QStringLiteral("laps")).toArray();
     QCOMPARE(laps.size(), 6);
-    const QStringList reasons{"out-lap: it does not start at the line",
-                              "",
-                              "",
-                              "",
-                              "still being driven when the recording ended",
-                              "nothing was recorded of it"};
+    const QStringList reasons{
+        "out-laps are not timed",    "", "", "", "still being driven when the recording ended",
+        "nothing was recorded of it"};
     for (int i = 0; i < laps.size(); ++i)
         QCOMPARE(laps.at(i).toObject().value(QStringLiteral("noTime")).toString(), reasons.at(i));
     const QJsonObject best = laps.at(2).toObject();

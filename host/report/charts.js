@@ -6,6 +6,7 @@ const charts = {
     list: [], // { plot, series, texts, format }
     grid: [], // places on the axis that every chart has a value for, rising
     width: 0,
+    squeeze: 1, // of their heights
 
     fullRange() {
         const { grid } = this;
@@ -47,7 +48,7 @@ function differenceChart(laps) {
         title: `Time difference to ${view.reference.label}`,
         unit: 's',
         note: 'above zero: slower',
-        filled: true,
+        filled: laps.length === 2,
         data: laps.map((lap) => differences(lap, view.reference, charts.grid, view.axis)),
         format: formatGap,
         range: (plot, least, greatest) => {
@@ -88,7 +89,7 @@ function channelChart(channel, laps) {
     };
 }
 
-function plotOptions(chart, laps, isLast) {
+function plotOptions(chart, laps, hasLabels) {
     const grid = { stroke: styleValue('--grid'), width: 1 };
     const axis = {
         stroke: styleValue('--muted'), font: axisFont, grid, ticks: { show: false },
@@ -96,15 +97,15 @@ function plotOptions(chart, laps, isLast) {
     };
     return {
         width: charts.width,
-        height: (chartHeights[chart.key] ?? chartHeight) + (isLast ? 26 : 0),
-        padding: [6, 10, isLast ? 0 : 6, 0],
+        height: (chartHeights[chart.key] ?? chartHeight) * charts.squeeze + (hasLabels ? 26 : 0),
+        padding: [6, 10, hasLabels ? 0 : 6, 0],
         legend: { show: false },
         scales: {
             x: { time: false, range: () => Object.values(view.range ?? charts.fullRange()) },
             y: { range: chart.range },
         },
         axes: [
-            { ...axis, size: isLast ? 26 : 0, space: 70, values: isLast ? axisValues : () => [] },
+            { ...axis, size: hasLabels ? 26 : 0, space: 70, values: hasLabels ? axisValues : () => [] },
             { ...axis, size: 52, space: 26 },
         ],
         series: [{}, ...laps.map((lap) => ({
@@ -153,13 +154,13 @@ function chartHead(chart, laps, texts) {
         })));
 }
 
-function addChart(container, chart, laps, isLast) {
+function addChart(container, chart, laps, hasLabels) {
     const texts = [];
     const place = el('div', { class: 'plot' });
     container.append(el('section', { class: 'chart', 'data-chart': chart.key,
         'aria-label': `${chart.title}${chart.unit ? `, ${chart.unit}` : ''}` },
     chartHead(chart, laps, texts), place));
-    const plot = new uPlot(plotOptions(chart, laps, isLast), [charts.grid, ...chart.data], place);
+    const plot = new uPlot(plotOptions(chart, laps, hasLabels), [charts.grid, ...chart.data], place);
     addGestures(plot.over, plot);
     charts.list.push({ plot, texts, chart });
 }
@@ -196,7 +197,9 @@ function showCharts() {
         shown.unshift(differenceChart(laps));
     else
         container.append(el('p', { class: 'muted empty-note' }, reason));
-    shown.forEach((chart, i) => addChart(container, chart, laps, i === shown.length - 1));
+    // Places are named below the tallest chart and the last one, which is often out of sight.
+    shown.forEach((chart, i) => addChart(container, chart, laps,
+        chart.key === 'speed' || i === shown.length - 1));
     queueMicrotask(showCursor); // behind those in which the charts find their size
 }
 

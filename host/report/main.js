@@ -23,7 +23,7 @@ function showChoices() {
         .map(([axis, text]) => choiceButton(text, view.axis === axis, () => setAxis(axis))));
     replaceButtons(byId('channels'), view.model.channels.map((channel) => choiceButton(
         channel.title, !view.hidden.has(channel.key), () => toggleChannel(channel.key))));
-    byId('units').textContent = view.units === 'driver' ? 'Units: driver' : 'Units: as recorded';
+    byId('units').textContent = view.units === 'driver' ? 'Units: km/h, %' : 'Units: as recorded';
     byId('theme').textContent = theme() === 'dark' ? 'Light' : 'Dark';
 }
 
@@ -96,8 +96,15 @@ function connect() {
     byId('position').addEventListener('input', (event) => setCursor(event.target.valueAsNumber));
     for (const type of ['pointermove', 'pointerdown'])
         byId('map-cursor').addEventListener(type, pointAtMap);
-    new ResizeObserver(() => resizeCharts(byId('charts').clientWidth)).observe(byId('charts'));
-    addEventListener('resize', showMap);
+    const isPrinted = matchMedia('print');
+    new ResizeObserver(() => {
+        if (!isPrinted.matches)
+            resizeCharts(byId('charts').clientWidth);
+    }).observe(byId('charts'));
+    addEventListener('resize', () => {
+        if (!isPrinted.matches)
+            showMap();
+    });
     addKeys();
 }
 
@@ -107,10 +114,12 @@ function addPrinting() {
     let shownTheme = null;
     addEventListener('beforeprint', () => {
         shownTheme = theme();
+        charts.squeeze = 0.72; // all usual charts on one sheet of A4
         setTheme('light');
         resizeCharts(paperWidth);
     });
     addEventListener('afterprint', () => {
+        charts.squeeze = 1;
         setTheme(shownTheme);
         resizeCharts(byId('charts').clientWidth);
     });

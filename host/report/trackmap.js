@@ -121,15 +121,18 @@ function drawTrack() {
     const slowest = Math.min(...speeds);
     const fastest = Math.max(...speeds);
     drawLine(context, places, 9, styleValue('--map-edge'));
-    for (let i = 1; i < points.length; ++i) {
-        const { speed, place } = points[i];
-        const isShown = place >= min && place <= max;
-        const colour = Number.isNaN(speed) ? styleValue('--muted')
-            : mapColour((speed - slowest) / Math.max(1e-9, fastest - slowest));
-        context.globalAlpha = isShown ? 1 : 0.18;
-        drawLine(context, [places[i - 1], places[i]], 5, colour);
+    const shades = 32;
+    const shadeOf = ({ speed, place }) => (place < min || place > max ? null
+        : Number.isNaN(speed) ? styleValue('--muted')
+            : mapColour(Math.round(shades * (speed - slowest) / Math.max(1e-9, fastest - slowest)) / shades));
+    // Neighbours of one shade make one line.
+    for (let from = 0, to; from < points.length; from = to) {
+        const shade = shadeOf(points[from]);
+        for (to = from + 1; to < points.length && shadeOf(points[to]) === shade;)
+            ++to;
+        if (shade !== null)
+            drawLine(context, places.slice(from, to + 1), 5, shade);
     }
-    context.globalAlpha = 1;
     drawStart(context, places);
     showMapKey(slowest, fastest);
 }

@@ -34,6 +34,23 @@ test('the time difference of two steady laps grows evenly', async () => {
     });
 });
 
+test('the time difference is that of zepimport compare', async () => {
+    const recording = demoRecording('compared.ibt', ['--laps', '3', '--stints', '1']);
+    const [{ laps }] = JSON.parse(zepimport(['laps', '--json', recording]));
+    const [first, second] = laps.filter((lap) => lap.kind === 'timed').map((lap) => lap.number);
+    const { points } = JSON.parse(zepimport(['compare', '--json', '--grid', '20',
+        `${recording}:${first}`, `${recording}:${second}`]));
+    await withPage(writeReport([recording]), {}, async (page) => {
+        const shown = await page.evaluate(({ numbers, places }) => {
+            const [reference, lap] = numbers.map((number) => view.model.laps[number - 1]);
+            return places.map((distance) => differenceAt(lap, reference, distance));
+        }, { numbers: [first, second], places: points.slice(0, -1).map(({ distance }) => distance) });
+        assert.ok(shown.length > 40);
+        shown.forEach((difference, i) => assert.ok(Math.abs(difference - points[i].difference) < 0.001,
+            `${difference}, not ${points[i].difference} s at ${points[i].distance} m`));
+    });
+});
+
 test('there is no time difference where laps do not compare', async () => {
     const plugin = process.env.LAPSHEET;
     const fromThePits = lapSheet('pits.laps', steadyLaps([{ speed: 20 }, { speed: 10, first: 40 }]));

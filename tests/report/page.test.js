@@ -35,7 +35,7 @@ test('the table has the laps that the program shows', () => withPage(report, {},
 
 test('says why a lap has no time', () => withPage(report, {}, async (page) => {
     assert.deepStrictEqual(await page.locator('#laps .reason').allTextContents(), [
-        'out-lap: it does not start at the line', 'out-lap: it does not start at the line',
+        'out-laps are not timed', 'out-laps are not timed',
         'still being driven when the recording ended']);
 }));
 
