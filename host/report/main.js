@@ -50,14 +50,17 @@ function showAxisTitle() {
     byId('axis-title').textContent = axisTitle();
 }
 
-/** The fastest lap, compared with the one nearest to it; else what was driven longest. */
+/**
+ * The fastest lap, or what was driven longest; with it the best ones of the other files, or else the
+ * one next to it.
+ */
 function chooseFirstLaps(laps) {
     const timed = laps.filter((lap) => lap.time !== null && lap.kind === 'timed')
         .sort((a, b) => a.time - b.time);
-    const byLength = [...laps].sort((a, b) => b.samples - a.samples);
-    const first = timed[0] ?? byLength[0];
-    const second = timed.find((lap) => lap !== first && lap.track === first.track);
-    for (const lap of [first, second].filter(Boolean))
+    const first = timed[0] ?? [...laps].sort((a, b) => b.samples - a.samples)[0];
+    const others = timed.filter((lap) => lap !== first && lap.track === first.track);
+    const rivals = others.filter((lap) => lap.best);
+    for (const lap of [first, ...(rivals.length > 0 ? rivals.slice(0, 3) : others.slice(0, 1))])
         toggleLap(lap);
 }
 

@@ -105,10 +105,10 @@ function differenceObstacle(lap, reference) {
     if (lap.track !== reference.track)
         return 'another track';
     for (const one of [lap, reference]) {
-        if (!one.fromLine)
-            return `${one.label} does not start at the line`;
         if (elapsedOf(one).distances.length < 2)
             return `${one.label} has no distance or no time`;
+        if (!one.fromLine)
+            return `${one.label} does not start at the line`;
     }
     return null;
 }

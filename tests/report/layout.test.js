@@ -21,6 +21,20 @@ for (const [name, viewport] of Object.entries(sizes)) {
     }));
 }
 
+test('laps and map stay beside the charts, and beside nothing else', () => withPage(report,
+    { viewport: sizes.desktop }, async (page) => {
+        const boxes = async () => {
+            const [aside, tyres] = await Promise.all([page.locator('aside').boundingBox(),
+                page.locator('.card.wide').boundingBox()]);
+            return { top: aside.y, bottom: aside.y + aside.height, tyres: tyres.y };
+        };
+        await page.evaluate(() => scrollTo(0, 200));
+        assert.strictEqual((await boxes()).top, 14);
+        await page.locator('.card.wide').evaluate((element) => element.scrollIntoView());
+        const { bottom, tyres } = await boxes();
+        assert.ok(bottom <= tyres, `${bottom} is below ${tyres}`);
+    }));
+
 test('charts follow the width of the window', () => withPage(report, {}, async (page) => {
     const width = async () => (await page.locator('[data-chart="speed"] .uplot').boundingBox()).width;
     const before = await width();

@@ -58,6 +58,9 @@ test('names files and laps of several recordings apart', async () => {
         const labels = await page.locator('#laps tr[data-lap] th').allInnerTexts();
         assert.ok(labels.includes('A2') && labels.includes('B2'), labels);
         assert.strictEqual(await page.locator('.best-badge').count(), 2);
+        const drawn = await page.locator('#laps tr.drawn').evaluateAll(
+            (rows) => rows.map((row) => row.classList.contains('best')));
+        assert.deepStrictEqual(drawn, [true, true], 'the best laps of both');
     });
 });
 
