@@ -81,10 +81,17 @@ function lapMark(lap) {
     return mark;
 }
 
+/** Shows the same stretch and place of the reference lap over the other axis. */
 function setAxis(axis) {
+    if (axis === view.axis)
+        return;
+    const { distances, times } = view.reference ? elapsedOf(view.reference) : { distances: [], times: [] };
+    const moved = (place) => (axis === 'time' ? valueAt(distances, times, place)
+        : valueAt(times, distances, place));
+    const range = view.range && { min: moved(view.range.min), max: moved(view.range.max) };
     view.axis = axis;
-    view.range = null;
-    view.cursor = null;
+    view.range = range && range.min !== null && range.max !== null ? range : null;
+    view.cursor = view.cursor === null ? null : moved(view.cursor);
     tellView('axis');
 }
 

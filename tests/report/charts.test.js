@@ -149,6 +149,20 @@ test('Ctrl and the wheel zoom, the wheel alone scrolls', () => withPage(report, 
     await page.waitForFunction(() => view.range !== null);
 }));
 
+test('over time the same place and stretch are shown', () => withPage(report, {}, async (page) => {
+    await page.keyboard.press('+');
+    const [speed] = await readings(page, 'speed');
+    const { min, max } = await page.evaluate(() => view.range);
+    await page.locator('#axis button', { hasText: 'Time' }).click();
+    assert.match(await page.locator('#position-text').innerText(), /^[\d.]+ s$/);
+    assert.strictEqual((await readings(page, 'speed'))[0], speed);
+    const [from, to] = await page.evaluate(() => {
+        const { distances, times } = elapsedOf(view.reference);
+        return [view.range.min, view.range.max].map((time) => valueAt(times, distances, time));
+    });
+    assert.ok(Math.abs(from - min) < 0.01 && Math.abs(to - max) < 0.01, `${from} to ${to} m`);
+}));
+
 test('charts can be put away and brought back', () => withPage(report, {}, async (page) => {
     await page.locator('#channels button', { hasText: 'Brake' }).click();
     assert.strictEqual(await page.locator('[data-chart="brake"]').count(), 0);
