@@ -1,5 +1,7 @@
 #include "host/lapsummary.h"
 
+#include "host/lapmeasures.h"
+
 namespace {
 
 constexpr int NoTimeMark = 3599000;
@@ -20,18 +22,12 @@ std::optional<Quantity> topSpeed(const ZEP::Lap &lap)
 
 std::optional<Quantity> fuelUsed(const ZEP::Lap &lap)
 {
-    const auto channel = lap.channel(QStringLiteral("fuellevel"));
-    if (!channel)
+    const QString level = QStringLiteral("fuellevel");
+    const std::optional<Quantity> first = firstOf(lap, level);
+    const std::optional<Quantity> last = lastOf(lap, level);
+    if (!first || !last)
         return std::nullopt;
-    int first = 0;
-    int last = channel->data.size() - 1;
-    while (first <= last && !channel->isValid(first))
-        ++first;
-    while (last >= first && !channel->isValid(last))
-        --last;
-    if (first > last)
-        return std::nullopt;
-    return Quantity{channel->sample(first) - channel->sample(last), channel->unit()};
+    return Quantity{first->value - last->value, first->unit};
 }
 
 } // namespace
