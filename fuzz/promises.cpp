@@ -26,16 +26,16 @@ bool isKnownError(const QString &text, const QString &fileName)
 QString brokenByMessages(const ImportResult &result, const QString &fileName)
 {
     const QString format = QLatin1String(ImportFixture::Format);
-    const QVector<ImportMessage> &messages = result.messages;
-    const ImportMessage importing{
+    const QVector<SentMessage> &messages = result.messages;
+    const SentMessage importing{
         prefixed(QLatin1String("Importing file ") % fileName % QLatin1String(" ...")), 0};
-    const ImportMessage choosing{prefixed(QLatin1String("Using format ") % format), 0};
+    const SentMessage choosing{prefixed(QLatin1String("Using format ") % format), 0};
     if (messages.size() != 3)
         return QStringLiteral("%1 messages").arg(messages.size());
     if (!(messages.at(0) == importing) || !(messages.at(1) == choosing))
         return QStringLiteral("the import is not announced");
 
-    const ImportMessage &last = messages.at(2);
+    const SentMessage &last = messages.at(2);
     if (result.laps.empty())
         return last.level == -2 && isKnownError(last.text, fileName)
             ? QString()

@@ -14,9 +14,8 @@
 class LapCurve
 {
 public:
-    /// From the channels "lapdist" (m), "lapdistpct" (of the lap), "sessiontime" (s) and "speed"
-    /// (m/s) of \a lap. Without a result \a problem says what the lap lacks: one of them, or a
-    /// part of the way from line to line.
+    /// From the trace of \a lap, see lapTrace(), and its channel "speed" in m/s. Without a result
+    /// \a problem says what the lap lacks: one of them, or a part of the way from line to line.
     static std::optional<LapCurve> of(const ZEP::Lap &lap, QString *problem);
 
     /// Metres from line to line.
@@ -32,7 +31,7 @@ private:
     double interpolated(const std::vector<double> &values, double distance) const;
 
     std::vector<double> m_distances; ///< ascending, at least two
-    std::vector<double> m_times; ///< of the session, ascending
+    std::vector<double> m_times; ///< since the line, ascending
     std::vector<double> m_speeds;
     double m_length = 0;
 };

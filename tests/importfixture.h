@@ -13,11 +13,11 @@
 #include <vector>
 
 /// One message of the plug-in, as it reaches the host.
-struct ImportMessage {
+struct SentMessage {
     QString text;
     int level;
 
-    bool operator==(const ImportMessage &other) const
+    bool operator==(const SentMessage &other) const
     {
         return text == other.text && level == other.level;
     }
@@ -26,7 +26,7 @@ struct ImportMessage {
 /// What one import gave.
 struct ImportResult {
     std::vector<std::unique_ptr<ZEP::Lap>> laps;
-    QVector<ImportMessage> messages;
+    QVector<SentMessage> messages;
 };
 
 /// Loads the built plug-in with the real loader and imports recordings through it.

@@ -190,7 +190,7 @@ void tst_iRPluginImport::goodFileIsReportedInOrder()
     QVERIFY(result.messages.at(2).text.startsWith(QLatin1String(ImportFixture::Prefix)));
     const QString text = result.messages.at(2).text.mid(int(qstrlen(ImportFixture::Prefix)));
     QVERIFY2(done.match(text).hasMatch(), qPrintable(text));
-    for (const ImportMessage &message : result.messages)
+    for (const SentMessage &message : result.messages)
         QCOMPARE(message.level, 0);
 }
 

@@ -123,20 +123,20 @@ void tst_LapCurve::problem_data()
         columns[name].fill(value);
         return columns;
     };
-    QTest::newRow("no lapdist") << without("lapdist") << "has no channel 'lapdist'";
-    QTest::newRow("no lapdistpct") << without("lapdistpct") << "has no channel 'lapdistpct'";
-    QTest::newRow("no clock") << without("sessiontime") << "has no channel 'sessiontime'";
-    QTest::newRow("no speed") << without("speed") << "has no channel 'speed'";
-    QTest::newRow("no samples") << part(0, 0) << "has no distance";
+    QTest::newRow("no lapdist, and no track length") << without("lapdist") << "has no distance";
+    QTest::newRow("no lapdistpct, and no track length")
+        << without("lapdistpct") << "has no distance";
+    QTest::newRow("no clock") << without("sessiontime") << "has no time";
+    QTest::newRow("no speed") << without("speed") << "has no speed";
+    QTest::newRow("no samples") << part(0, 0) << "has no time";
     QTest::newRow("one sample") << part(0, 1) << "has no distance";
     QTest::newRow("missing samples only") << filled("lapdist", NoSample) << "has no distance";
     QTest::newRow("standing clock") << filled("sessiontime", 7) << "has no distance";
     QTest::newRow("begins in the middle")
-        << part(200, -1) << "does not go from line to line, but from 100 m to 600 m";
+        << part(200, -1) << "does not go from line to line, but from 100 m to 600 m of 600 m";
     QTest::newRow("ends in the middle")
-        << part(0, 400) << "does not go from line to line, but from 0 m to 200 m";
-    QTest::newRow("fraction stays 0")
-        << filled("lapdistpct", 0) << "does not go from line to line, but from 0 m to 600 m";
+        << part(0, 800) << "does not go from line to line, but from 0 m to 400 m of 600 m";
+    QTest::newRow("fraction stays 0") << filled("lapdistpct", 0) << "has no distance";
 }
 
 void tst_LapCurve::problem()
