@@ -179,7 +179,7 @@ ExitCode CompareCommand::process(ChosenLaps &&chosen, Terminal &terminal)
         };
         const std::optional<int> time = lapTime(lap);
         if (!time)
-            return refuse(QStringLiteral("has no valid time (%1)").arg(lapKindName(lapKind(lap))));
+            return refuse(QStringLiteral("has no time (%1)").arg(missingTimeReason(lap)));
         QString problem;
         std::optional<LapCurve> curve = LapCurve::of(lap, &problem);
         if (!curve)

@@ -280,7 +280,7 @@ void tst_ZepimportCompare::refused_data()
         << QStringList{"even.laps", "none.laps"} << "none.laps: no such file; check the path" << 1;
     QTest::newRow("a lap without a valid time")
         << QStringList{"even.laps", "short.laps:1"}
-        << "short.laps: lap #1 has no valid time (timed); choose another lap" << 1;
+        << "short.laps: lap #1 has no time (no valid time was recorded); choose another lap" << 1;
     QTest::newRow("a lap without distance")
         << QStringList{"even.laps", "short.laps:2"}
         << "short.laps: lap #2 has no time; choose another lap" << 1;
