@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <vector>
 
 std::optional<LapChoice> LapChoice::parse(const QString &text, QString *problem)
 {
@@ -48,7 +49,8 @@ QVector<int> LapChoice::indices(const Laps &laps, QString *problem) const
     case Kind::Representative:
         result.append(representativeLap(laps));
         break;
-    case Kind::Listed:
+    case Kind::Listed: {
+        std::vector<bool> isChosen(laps.size());
         for (const Range &range : m_ranges) {
             if (range.second > count) {
                 *problem = QStringLiteral("there is no lap #%1; choose one of 1 to %2")
@@ -57,11 +59,13 @@ QVector<int> LapChoice::indices(const Laps &laps, QString *problem) const
                 return {};
             }
             for (int number = range.first; number <= range.second; ++number) {
-                if (!result.contains(number - 1))
+                if (!isChosen[std::size_t(number - 1)])
                     result.append(number - 1);
+                isChosen[std::size_t(number - 1)] = true;
             }
         }
         break;
+    }
     }
     return result;
 }
