@@ -25,11 +25,15 @@ namespace {
 
 constexpr int ShownStretches = 10;
 
-/// Finer than the distance between two ticks of a slow car, and far from exhausting the memory.
+/// Finer than the distance between two ticks of a slow car.
 constexpr double FinestGrid = 0.01;
 constexpr double CoarsestGrid = 1000;
 
-/// How much the lengths of two laps of one track may differ: what is left of a metre after a lap.
+/// A lap of 25 km on the finest grid; a damaged recording may tell of one without end.
+constexpr double MostPlaces = 2.5e6;
+
+/// The part by which the lengths of two laps of one track may differ: each is reckoned from the
+/// last tick of its lap, in single precision.
 constexpr double LengthTolerance = 0.002;
 
 constexpr int ChartWidth = 100;
@@ -105,7 +109,7 @@ void print(const std::vector<CompareCommand::Side> &sides, const LapComparison &
     terminal.print(QStringLiteral("\nAt the line B is %1 s %2 A.\n\n")
                        .arg(QString::number(std::abs(atLine), 'f', 3),
                             atLine < 0 ? QStringLiteral("ahead of") : QStringLiteral("behind")));
-    if (terminal.width() > 0)
+    if (terminal.width() >= TextChart::LeastWidth)
         terminal.print(charts(comparison, terminal) % QLatin1Char('\n'));
     terminal.print(stretchTable(comparison, terminal));
 }
@@ -214,6 +218,13 @@ ExitCode CompareCommand::run(Terminal &terminal)
             QStringLiteral("laps of different length cannot be compared: %1 is %2 m, %3 is %4 m")
                 .arg(a.name(), QString::number(a.curve.length(), 'f', 0), b.name(),
                      QString::number(b.curve.length(), 'f', 0)));
+        return ExitCode::Failure;
+    }
+
+    if (!(a.curve.length() / m_grid <= MostPlaces)) {
+        terminal.complain(QStringLiteral("%1 is %2 m long, too much for a grid of %3 m; choose a "
+                                         "wider --grid, or another lap")
+                              .arg(a.name(), formatNumber(a.curve.length()), formatNumber(m_grid)));
         return ExitCode::Failure;
     }
 

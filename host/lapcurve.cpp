@@ -36,7 +36,7 @@ std::optional<LapCurve> LapCurve::of(const ZEP::Lap &lap, QString *problem)
         const bool isProgress = isFirst
             ? distance >= 0 && std::isfinite(time)
             : distance > curve.m_distances.back() && time > curve.m_times.back();
-        if (!isProgress || !speed->isValid(i))
+        if (!isProgress || !speed->isValid(i) || !std::isfinite(speed->sample(i)))
             continue;
         curve.m_distances.push_back(distance);
         curve.m_times.push_back(time);

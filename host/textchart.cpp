@@ -91,6 +91,10 @@ void draw(Canvas *canvas, const TextChart::Curve &curve, double lowest, double h
     for (int column = 0; column <= lastColumn; ++column) {
         const int index = int(std::lround(double(column) / lastColumn * (curve.values.size() - 1)));
         const double part = (curve.values.at(index) - lowest) / (highest - lowest);
+        if (!(part >= 0 && part <= 1)) { // no number, or beyond what a double holds
+            previousRow = -1;
+            continue;
+        }
         const int row = lastRow - int(std::lround(part * lastRow));
         canvas->drawColumn(column, row, previousRow < 0 ? row : previousRow, curve.colour);
         previousRow = row;
@@ -119,14 +123,17 @@ QString TextChart::text(const QString &title, const QVector<Curve> &curves, int 
         highest = lowest + 1;
     result += QLatin1Char('\n');
 
-    const auto label = [](double value) { return QString::number(value, 'f', 2); };
+    const auto label = [](double value) {
+        constexpr double fixedBelow = 1e6;
+        return QString::number(value, std::abs(value) < fixedBelow ? 'f' : 'g', 2);
+    };
     const int labelWidth = std::max(label(lowest).size(), label(highest).size());
     const int rows = height - 3; // the title, the axis and its labels
     Canvas canvas(width - labelWidth - 2, rows);
     for (const Curve &curve : curves)
         draw(&canvas, curve, lowest, highest);
 
-    const bool hasZero = lowest < 0 && highest > 0;
+    const bool hasZero = lowest < 0 && highest > 0 && std::isfinite(highest - lowest);
     const int zeroRow = hasZero ? int(highest / (highest - lowest) * (rows - 1) + 0.5) : -1;
     for (int row = 0; row < rows; ++row) {
         QString text;

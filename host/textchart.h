@@ -9,9 +9,13 @@ class TextChart
 public:
     enum class Colour { Default, Cyan, Yellow };
 
+    /// Columns and lines that a chart needs.
+    static constexpr int LeastWidth = 24;
+    static constexpr int LeastHeight = 4;
+
     struct Curve {
         QString name; ///< shown above the chart, in the curve's colour; may be empty
-        QVector<double> values; ///< evenly spread over the axis; at least two, all finite
+        QVector<double> values; ///< evenly spread over the axis; at least two
         Colour colour = Colour::Default;
     };
 
@@ -21,8 +25,8 @@ public:
     /// The chart below a line with \a title and the names, each line ended by a line feed.
     ///
     /// \a width and \a height are what the chart takes in columns and lines, its axis and labels
-    /// included, at least 24 and 4. \a colour adds terminal escape sequences. Later curves lie
-    /// above earlier ones.
+    /// included, at least LeastWidth and LeastHeight. \a colour adds terminal escape sequences.
+    /// Later curves lie above earlier ones.
     QString text(const QString &title, const QVector<Curve> &curves, int width, int height,
                  bool colour) const;
 

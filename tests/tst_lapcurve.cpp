@@ -80,6 +80,7 @@ void tst_LapCurve::passesOver_data()
     QTest::newRow("a missing distance") << QVector<double>{NoSample} << 30.0;
     QTest::newRow("a distance that is no number") << QVector<double>{qQNaN()} << 30.0;
     QTest::newRow("a missing speed") << QVector<double>{50} << NoSample;
+    QTest::newRow("a speed that is infinite") << QVector<double>{50} << -qInf();
     QTest::newRow("ticks rolled back") << QVector<double>{49, 48, 49.5} << 2.0;
     QTest::newRow("two ticks at one time") << QVector<double>{50.2, 50.1} << 30.0;
 }

@@ -11,6 +11,8 @@ private slots:
     void draws();
     void laterCurvesLieAbove();
     void withoutColoursNamesRemain();
+    void wildValuesAreLeftOut_data();
+    void wildValuesAreLeftOut();
 };
 
 namespace {
@@ -85,6 +87,28 @@ void tst_TextChart::withoutColoursNamesRemain()
     const QString text = chart({{QStringLiteral("A"), {2, 2}, TextChart::Colour::Cyan}}, false);
     QCOMPARE(text.section(QLatin1Char('\n'), 0, 0), QStringLiteral("Time, s  ━━ A"));
     QVERIFY(!text.contains(QLatin1Char('\033')));
+}
+
+void tst_TextChart::wildValuesAreLeftOut_data()
+{
+    QTest::addColumn<QVector<double>>("values");
+
+    QTest::newRow("no number") << QVector<double>{1, qQNaN(), 2};
+    QTest::newRow("no number first") << QVector<double>{qQNaN(), 1, 2};
+    QTest::newRow("infinite") << QVector<double>{-qInf(), 1, qInf()};
+    QTest::newRow("a range that no double holds") << QVector<double>{-1.7e308, 0, 1.7e308};
+    QTest::newRow("labels of many digits") << QVector<double>{-9.9e23, 9.9e23};
+}
+
+void tst_TextChart::wildValuesAreLeftOut()
+{
+    QFETCH(QVector<double>, values);
+
+    const QString text =
+        TextChart(1e300, QStringLiteral("m"))
+            .text(QStringLiteral("Time, s"), {{QString(), values, TextChart::Colour::Default}},
+                  TextChart::LeastWidth, TextChart::LeastHeight, false);
+    QCOMPARE(text.count(QLatin1Char('\n')), TextChart::LeastHeight);
 }
 
 QTEST_GUILESS_MAIN(tst_TextChart)

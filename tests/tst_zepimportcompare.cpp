@@ -15,6 +15,7 @@ private Q_SLOTS:
 
     void tableOfStretches();
     void chartsOnATerminal();
+    void noChartsWhereThereIsNoRoom();
     void lapsOfOneFileOrTwo_data();
     void lapsOfOneFileOrTwo();
     void json();
@@ -49,7 +50,9 @@ QByteArray lapSheet(const QByteArray &track, int milliseconds, double (*clock)(d
         distances += QByteArray::number(distance) + ' ';
         fractions += QByteArray::number(distance / length, 'g', 17) + ' ';
         times += QByteArray::number(100 + clock(distance), 'g', 17) + ' ';
-        speeds += QByteArray::number(1 / (clock(distance + 0.5) - clock(distance - 0.5))) + ' ';
+        const double around = length / 1000;
+        const double seconds = clock(distance + around) - clock(distance - around);
+        speeds += QByteArray::number(2 * around / seconds) + ' ';
     }
     return "lap|1|1|" + QByteArray::number(milliseconds) + "|1|1|1\ntrack|" + track
         + "\nchannel|lapdist|m|" + distances.trimmed() + "\nchannel|lapdistpct|pu|"
@@ -82,6 +85,9 @@ void tst_ZepimportCompare::initTestCase()
     write("even.laps", even);
     write("hillside.laps", lapSheet("Hillside", 20000, evenClock));
     write("long.laps", lapSheet("Lakeside", 20250, evenClock, 405));
+    write("endless.laps",
+          lapSheet(
+              "Lakeside", 20000, [](double distance) { return distance / 5e18; }, 1e20));
     write("short.laps",
           "lap|1|1|3599000|1|1|1\ntrack|Lakeside\nchannel|speed|m/s|1 2\n"
           "lap|1|1|20000|2|1|2\ntrack|Lakeside\nchannel|speed|m/s|1 2\n");
@@ -135,6 +141,13 @@ void tst_ZepimportCompare::chartsOnATerminal()
     static const QRegularExpression escape(QStringLiteral("\033\\[\\d*m"));
     for (QString line : outcome.output.split(QLatin1Char('\n')))
         QVERIFY2(line.remove(escape).size() <= 80, qPrintable(line));
+}
+
+void tst_ZepimportCompare::noChartsWhereThereIsNoRoom()
+{
+    const Outcome outcome = run({"two.laps:best", "two.laps:1"}, 10);
+    QCOMPARE(outcome.exitCode, 0);
+    QVERIFY(!outcome.output.contains(QStringLiteral("Speed, m/s")));
 }
 
 void tst_ZepimportCompare::lapsOfOneFileOrTwo_data()
@@ -293,6 +306,11 @@ void tst_ZepimportCompare::refused_data()
         << QStringList{"even.laps", "long.laps"}
         << "laps of different length cannot be compared: even.laps: lap #1, 0:20.000 is 400 m, "
            "long.laps: lap #1, 0:20.250 is 405 m"
+        << 1;
+    QTest::newRow("a lap without end")
+        << QStringList{"endless.laps", "endless.laps"}
+        << "endless.laps: lap #1, 0:20.000 is 1e+20 m long, too much for a grid of 1 m; choose a "
+           "wider --grid, or another lap"
         << 1;
     QTest::newRow("a grid of nothing")
         << QStringList{"even.laps", "two.laps", "--grid", "0"}
