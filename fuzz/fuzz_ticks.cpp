@@ -1,5 +1,6 @@
 // Input: a drive, told in single bytes. Three readers follow it: one with a compiled table, one
-// without, and the plain one. They find the same laps and the same states.
+// without, and the plain one. They find the same laps and the same states. A fourth one only counts
+// the laps, and counts what the first one makes.
 
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
@@ -145,6 +146,16 @@ private:
     LapComparison m_comparison;
 };
 
+void requireSameCount(const iRTelemetryReader &counting, const iRTelemetryReader &reading)
+{
+    const CollectedLaps count = counting.collectedLaps();
+    const CollectedLaps made = reading.collectedLaps();
+    require(counting.isMyLapReady() == reading.isMyLapReady(), "counted lap is ready");
+    require(count.finished == made.finished && count.ticks == made.ticks
+                && count.channels == made.channels,
+            "laps as counted");
+}
+
 /// The counters of a lap that has just been closed fit those of the tick before.
 void requireCounters(const CarTracker &car)
 {
@@ -167,7 +178,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     FollowedReader compiled;
     FollowedReader literal;
     reference::Reader plain;
+    iRTelemetryReader counting;
     const auto onAll = [&](auto action) {
+        action(&counting);
         action(&compiled.reader);
         action(&literal.reader);
         action(&plain);
@@ -178,7 +191,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         reader->setYaml(text.constData());
         reader->updateCarList();
     });
-    compiled.reader.compileVariables(&drive.header, drive.table.constData());
+    for (iRTelemetryReader *reader : {&compiled.reader, &counting})
+        reader->compileVariables(&drive.header, drive.table.constData());
+    counting.setCounting(true);
     const int mine = plain.myCarIdx();
 
     int ticks = 0;
@@ -234,6 +249,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                 });
                 require(compiled.lapDifference(&plain));
                 require(literal.lapDifference(&plain));
+                requireSameCount(counting, compiled.reader);
                 if (literal.reader.isMyLapReady())
                     requireCounters(literal.reader.car(mine));
             }

@@ -77,6 +77,13 @@ char *IbtFile::nextRecord()
     return record;
 }
 
+void IbtFile::rewindRecords()
+{
+    m_place = Records::NotReached;
+    m_recordsEnd = 0;
+    m_nextRecord = 0;
+}
+
 /// Nothing at all lies anywhere, also beyond the end of the file.
 bool IbtFile::holds(std::int64_t offset, std::int64_t size)
 {

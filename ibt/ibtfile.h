@@ -47,6 +47,8 @@ public:
     /// The next record, header().bufLen bytes, valid until the next call; null behind the last one
     /// that is complete.
     char *nextRecord();
+    /// Makes the first record the next one.
+    void rewindRecords();
 
 private:
     struct Closer {

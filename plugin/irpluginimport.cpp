@@ -25,8 +25,10 @@ class LapList
 {
 public:
     LapList() = default;
-    ~LapList() { qDeleteAll(m_laps); }
+    ~LapList() { clear(); }
     Q_DISABLE_COPY(LapList)
+
+    void clear() { qDeleteAll(take()); }
 
     /// Adds a copy of the lap that the reader holds for the player's car.
     void addMyLap(iRTelemetryReader *reader)
@@ -39,37 +41,35 @@ public:
         *copy = *lap;
         m_laps.append(copy.get());
         copy.release();
-        const qint64 channels = lap->channels().size();
-        m_channels += channels;
-        m_samples += channels * lap->size();
     }
 
-    /// Channels of all laps.
-    qint64 channels() const { return m_channels; }
-    qint64 samples() const { return m_samples; }
     int count() const { return m_laps.size(); }
     QVector<ZEP::Lap *> take() { return std::exchange(m_laps, {}); }
 
 private:
     QVector<ZEP::Lap *> m_laps;
-    qint64 m_channels = 0;
-    qint64 m_samples = 0;
 };
 
-/// What a recording may ask for: variables laid over each other, or a lap closed every other tick,
-/// could make terabytes of a small file.
-bool isTooLarge(const LapList &laps, const iRTelemetryReader &reader, qint64 recordBytesRead)
+/// What the laps of a recording may take, whatever its size.
+constexpr qint64 AllowedBytes = 256 * 1024 * 1024;
+/// What they may take before it is known whether the recording will be refused.
+constexpr qint64 UncountedBytes = 32 * 1024 * 1024;
+
+/// Whether laps ask for more than \a allowedBytes, and for more than the records can stand for:
+/// variables laid over each other, or a lap closed every other tick, could make terabytes of a
+/// small file.
+bool isTooLarge(const CollectedLaps &laps, qint64 recordBytesRead, qint64 allowedBytes)
 {
     constexpr qint64 SampleBytes = 8;
     constexpr qint64 ChannelBytes = 256; // beside its samples
     constexpr qint64 LapBytes = 2 * 1024;
-    constexpr qint64 AlwaysAllowed = 256 * 1024 * 1024;
     // Variables side by side make at most 8 bytes of each byte read.
     constexpr qint64 AllowedPerByte = 64;
 
-    const qint64 asked = (laps.samples() + reader.collectedSamples()) * SampleBytes
-        + laps.channels() * ChannelBytes + laps.count() * LapBytes;
-    return asked > AlwaysAllowed && asked > recordBytesRead * AllowedPerByte;
+    const qint64 lapsMade = laps.finished + 1;
+    const qint64 asked = laps.ticks * laps.channels * SampleBytes
+        + lapsMade * (laps.channels * ChannelBytes + LapBytes);
+    return asked > allowedBytes && asked > recordBytesRead * AllowedPerByte;
 }
 
 QString sessionInfoError()
@@ -82,12 +82,47 @@ QString varHeaderError()
     return QStringLiteral("IBT import error:  Failed to read irsdk_varHeader");
 }
 
+/// Follows the cars through all records, from a new start, and adds the laps to \a laps, if there
+/// is a list. False when they become too large.
+bool readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps, qint64 allowedBytes)
+{
+    const irsdk_header &header = file->header();
+    file->rewindRecords();
+    reader->resize(iRTelemetryReader::CarCount);
+    reader->setDiskLoading(true);
+    reader->updateCarList();
+    reader->compileVariables(&header, file->varHeaders());
+    reader->setCounting(!laps);
+
+    qint64 bytesRead = 0;
+    while (char *record = file->nextRecord()) {
+        reader->prepareTick();
+        reader->getRawData(&header, file->varHeaders(), record);
+        reader->processData();
+        if (laps && reader->isMyLapReady())
+            laps->addMyLap(reader);
+
+        bytesRead += header.bufLen;
+        if (isTooLarge(reader->collectedLaps(), bytesRead, allowedBytes))
+            return false;
+    }
+    return true;
+}
+
+/// Likewise, but a recording that is refused for its size takes little memory: one that gets
+/// suspicious has its laps counted first.
+bool readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps)
+{
+    if (readRecords(file, reader, laps, UncountedBytes))
+        return true;
+    laps->clear();
+    return readRecords(file, reader, nullptr, AllowedBytes)
+        && readRecords(file, reader, laps, AllowedBytes);
+}
+
 /// Reads all laps of a recording. Returns what went wrong, or a null string.
 QString readLaps(const QString &fileName, LapList *laps)
 {
-    iRTelemetryReader reader;
-    reader.setDiskLoading(true);
-
     IbtFile file(fileName.toLocal8Bit().constData());
     if (!file.isOpen())
         return QLatin1String("Can't open file ") % fileName;
@@ -102,25 +137,13 @@ QString readLaps(const QString &fileName, LapList *laps)
         return varHeaderError();
     if (!file.readSessionInfo())
         return sessionInfoError();
+    iRTelemetryReader reader;
     reader.setYaml(file.sessionInfo());
-    reader.updateCarList();
     if (!file.readVarHeaders())
         return varHeaderError();
 
-    const irsdk_header &header = file.header();
-    reader.compileVariables(&header, file.varHeaders());
-    qint64 recordBytesRead = 0;
-    while (char *record = file.nextRecord()) {
-        reader.prepareTick();
-        reader.getRawData(&header, file.varHeaders(), record);
-        reader.processData();
-        if (reader.isMyLapReady())
-            laps->addMyLap(&reader);
-
-        recordBytesRead += header.bufLen;
-        if (isTooLarge(*laps, reader, recordBytesRead))
-            return varHeaderError();
-    }
+    if (!readRecords(&file, &reader, laps))
+        return varHeaderError();
     reader.processMyLap(false);
     laps->addMyLap(&reader);
     return QString();

@@ -26,6 +26,7 @@ void iRTelemetryReader::resize(int count)
     m_cars.resize(qMax(0, count));
     m_cars.fill(CarTracker());
     m_tick.clear();
+    m_finishedLaps = CollectedLaps();
     forgetIdleCars();
 }
 
@@ -57,6 +58,11 @@ void iRTelemetryReader::compileVariables(const irsdk_header *header,
     m_layout.reset();
     m_header = header;
     m_varHeaders = varHeaders;
+}
+
+void iRTelemetryReader::setCounting(bool on)
+{
+    m_isCounting = on;
 }
 
 void iRTelemetryReader::prepareTick()
@@ -270,6 +276,8 @@ void iRTelemetryReader::recordTick(int index)
         return;
     }
     RecordBlock &block = toNextLap ? car.nextLapRecords : car.lapRecords;
+    if (m_isCounting)
+        return block.count();
     block.append(raw, *m_layout);
     if (block.isFull())
         block.flushInto(&lap, *m_layout);
@@ -292,14 +300,14 @@ void iRTelemetryReader::spreadTick()
 /// Brings the collected records of the player's lap into it; those of the next one can wait.
 void iRTelemetryReader::flushLap()
 {
-    if (m_layout && hasMyCar())
+    if (m_layout && hasMyCar() && !m_isCounting)
         m_cars[m_myCarIdx].flushLapRecords(*m_layout);
 }
 
 /// Brings all collected records of the player's car into its laps.
 void iRTelemetryReader::flushLaps()
 {
-    if (m_layout && hasMyCar())
+    if (m_layout && hasMyCar() && !m_isCounting)
         m_cars[m_myCarIdx].flushRecords(*m_layout);
 }
 

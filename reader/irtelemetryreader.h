@@ -13,6 +13,13 @@
 
 #include <optional>
 
+/// How much came of collected records.
+struct CollectedLaps {
+    qint64 finished = 0; ///< laps closed
+    qint64 ticks = 0; ///< of the finished laps and of those being recorded
+    qint64 channels = 0; ///< that each tick adds a sample to
+};
+
 /// Follows the cars of a session tick by tick and makes laps of what they drive.
 ///
 /// The reader is the tree of the session info. For every tick call prepareTick(), getRawData() and
@@ -64,6 +71,11 @@ public:
     /// promise. setYaml() and updateCarList() may still be called.
     void compileVariables(const irsdk_header *header, const irsdk_varHeader *varHeaders);
 
+    /// With \a on, laps of collected records are followed and closed as ever, but hold nothing:
+    /// only collectedLaps() tells of them. Nobody may look at a car, a sample or a lap until
+    /// resize().
+    void setCounting(bool on);
+
     /// Makes the current tick the previous one and drops its values.
     void prepareTick();
     /// Takes the values of one record: \a data holds \a header's bufLen bytes and is described by
@@ -88,9 +100,8 @@ public:
     ZEP::Lap &lap(int car);
     /// The lap of the player's car. Without such a car a new empty lap, which the caller owns.
     ZEP::Lap *myLap();
-    /// Samples, over all channels, of the player's laps being recorded that came from collected
-    /// records (see compileVariables()); none of a finished lap that waits to be taken.
-    qint64 collectedSamples() const;
+    /// What compileVariables() has made of the player's ticks, finished laps included.
+    CollectedLaps collectedLaps() const;
 
     /// Closes the car's lap and makes it ready to be taken. An empty lap is left alone.
     void processLap(int car, bool completed);
@@ -155,6 +166,8 @@ private:
     RecordTick m_tick;
     bool m_mySampleIsEmpty = false; ///< known to be empty
     bool m_othersAreIdle = false; ///< known to be idle, all cars but the player's
+    bool m_isCounting = false; ///< records are counted, not kept
+    CollectedLaps m_finishedLaps;
 
     struct KnownSessionType {
         int sessionNumber;

@@ -25,25 +25,36 @@ ZEP::Lap *iRTelemetryReader::myLap()
     return hasMyCar() ? &lap(m_myCarIdx) : new ZEP::Lap;
 }
 
-qint64 iRTelemetryReader::collectedSamples() const
+CollectedLaps iRTelemetryReader::collectedLaps() const
 {
+    CollectedLaps laps = m_finishedLaps;
     if (!m_layout || !hasMyCar())
-        return 0;
+        return laps;
     const CarTracker &car = m_cars.at(m_myCarIdx);
-    const qint64 ticks =
-        (car.lapReady ? 0 : car.lapRecords.recorded()) + car.nextLapRecords.recorded();
-    return ticks * qint64(m_layout->columns().size());
+    if (!car.lapReady)
+        laps.ticks += car.lapRecords.recorded();
+    laps.ticks += car.nextLapRecords.recorded();
+    laps.channels = qint64(m_layout->columns().size());
+    return laps;
 }
 
 void iRTelemetryReader::processLap(int index, bool completed)
 {
-    flushLap();
     CarTracker &car = m_cars[index];
-    ZEP::Lap &lap = car.lap;
-    if (lap.isEmpty())
+    if (car.isLapEmpty())
         return;
-    if (index != m_myCarIdx)
+    if (index == m_myCarIdx) {
+        ++m_finishedLaps.finished;
+        m_finishedLaps.ticks += car.lapRecords.recorded();
+    } else {
         forgetIdleCars();
+    }
+    if (m_isCounting) {
+        car.lapReady = true;
+        return;
+    }
+    flushLap();
+    ZEP::Lap &lap = car.lap;
 
     if (car.previous.carStatus == CarStatusLapDone)
         lap.setLapType(ZEP::LapTypeTimed);

@@ -60,6 +60,11 @@ void reserve(QVector<double> *samples, int more)
 void RecordBlock::append(const char *record, const RecordLayout &layout)
 {
     m_records.insert(m_records.end(), record, record + layout.recordBytes());
+    count();
+}
+
+void RecordBlock::count()
+{
     ++m_count;
     ++m_recorded;
 }

@@ -22,6 +22,8 @@ public:
 
     /// Takes a copy of \a record. The block may then be full, see isFull().
     void append(const char *record, const RecordLayout &layout);
+    /// Counts a record without keeping it. Such a block must not be flushed.
+    void count();
     /// True when the block should be flushed before it takes more memory.
     bool isFull() const;
     /// Moves the records into \a lap.

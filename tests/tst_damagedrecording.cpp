@@ -52,6 +52,26 @@ QByteArray fingerprint(const ImportResult &result)
     return bytes;
 }
 
+/// A line of this process's status, in bytes.
+qint64 memoryStatus(const QByteArray &field)
+{
+    QFile file(QStringLiteral("/proc/self/status"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(field + ':'))
+            return line.simplified().split(' ').value(1).toLongLong() * 1024;
+    }
+    return 0;
+}
+
+/// From here on the peak counts anew.
+bool resetPeakMemory()
+{
+    QFile file(QStringLiteral("/proc/self/clear_refs"));
+    return file.open(QIODevice::WriteOnly) && file.write("5") == 1;
+}
+
 /// The numbers that are likely to be wrong for a field of \a header that says \a now.
 QVector<qint32> badNumbers(const irsdk_header &header, qint32 now, int fileSize)
 {
@@ -88,6 +108,8 @@ private Q_SLOTS:
     void fileThatShrinks();
     void hostileRecording_data();
     void hostileRecording();
+    void refusedRecordingTakesLittleMemory_data();
+    void refusedRecordingTakesLittleMemory();
 
 private:
     QString problem(const QByteArray &bytes);
@@ -349,6 +371,36 @@ void tst_DamagedRecording::hostileRecording()
     QCOMPARE(result.laps.empty(), hostile.isRefused);
     if (hostile.makesLaps)
         QVERIFY(result.laps.size() > 2);
+}
+
+void tst_DamagedRecording::refusedRecordingTakesLittleMemory_data()
+{
+    QTest::addColumn<int>("kind");
+    for (const char *name : {"a lap every other tick", "a lap every other tick of many channels",
+                             "variables laid over each other"}) {
+        for (int kind = 0; kind < hostileKinds().size(); ++kind) {
+            if (qstrcmp(hostileKinds().at(kind).name, name) == 0)
+                QTest::newRow(name) << kind;
+        }
+    }
+}
+
+void tst_DamagedRecording::refusedRecordingTakesLittleMemory()
+{
+#ifndef NAPAMMUL_RELEASE_BUILD
+    QSKIP("sanitizers keep memory that was given back");
+#endif
+    QFETCH(int, kind);
+
+    constexpr int Megabyte = 1024 * 1024;
+    const QString fileName = m_fixture.write(hostileKinds().at(kind).make(24 * Megabyte));
+    if (!resetPeakMemory())
+        QSKIP("the system does not tell the peak of one import");
+    const qint64 before = memoryStatus("VmRSS");
+    QVERIFY(before > 0);
+    QVERIFY(m_fixture.importFile(fileName).laps.empty());
+    const qint64 peak = memoryStatus("VmHWM") - before;
+    QVERIFY2(peak < 64 * Megabyte, qPrintable(QString::number(peak / Megabyte) % " MB"));
 }
 
 QTEST_GUILESS_MAIN(tst_DamagedRecording)

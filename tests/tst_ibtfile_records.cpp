@@ -53,6 +53,7 @@ private Q_SLOTS:
     void recordsUpToTheEnd();
     void recordsBehindTheTableOnly();
     void recordMayBeWrittenTo();
+    void rewoundFileReadsTheSameRecords();
     void fileGrowsBehindItsLastRecord_data();
     void fileGrowsBehindItsLastRecord();
     void everyTruncationIsRead();
@@ -176,6 +177,23 @@ void tst_IbtFileRecords::recordMayBeWrittenTo()
         QCOMPARE(QByteArray(record, 10), one);
         std::memset(record, 'x', 10);
     }
+}
+
+/// From the middle of the records as well as from behind the last one.
+void tst_IbtFileRecords::rewoundFileReadsTheSameRecords()
+{
+    const QVector<QByteArray> expected = records(3, 10);
+    IbtFile file = m_folder.readUpToHeaders(recordingOf(expected, 10).bytes());
+    for (const int count : {0, 2, 3}) {
+        for (int i = 0; i < count; ++i)
+            QCOMPARE(QByteArray(file.nextRecord(), 10), expected.at(i));
+        if (count == 3)
+            QVERIFY(!file.nextRecord());
+        file.rewindRecords();
+    }
+    for (const QByteArray &one : expected)
+        QCOMPARE(QByteArray(file.nextRecord(), 10), one);
+    QVERIFY(!file.nextRecord());
 }
 
 void tst_IbtFileRecords::fileGrowsBehindItsLastRecord_data()

@@ -95,6 +95,7 @@ private Q_SLOTS:
     void columnsAreWhatSamplesMake();
     void channelsChangedInBetweenAreMergedAsSamplesAre();
     void finishedLapHasNoSpareCapacity();
+    void countedRecordsAreNotKept();
     void emptyBlockLeavesTheLapAlone();
     void startWithTakesOverAndEmptiesTheNext();
     void blockIsFullBeforeItTakesMuchMemory();
@@ -169,6 +170,23 @@ void tst_RecordBlock::finishedLapHasNoSpareCapacity()
         QCOMPARE(lap.channel(name)->data.size(), 500);
         QCOMPARE(lap.channel(name)->data.capacity(), 500);
     }
+}
+
+void tst_RecordBlock::countedRecordsAreNotKept()
+{
+    RecordBlock block;
+    QVERIFY(block.isEmpty());
+    for (int i = 0; i < 100000; ++i)
+        block.count();
+    QCOMPARE(block.recorded(), qint64(100000));
+    QVERIFY(!block.isEmpty());
+    QVERIFY(!block.isFull());
+
+    RecordBlock started;
+    started.startWith(&block);
+    QCOMPARE(started.recorded(), qint64(100000));
+    QVERIFY(block.isEmpty());
+    QCOMPARE(block.recorded(), qint64(0));
 }
 
 void tst_RecordBlock::emptyBlockLeavesTheLapAlone()
