@@ -1,9 +1,11 @@
 // Input: what users type and recordings hold, as `zepimport` reads and shows it. Choices find what
 // they name or say why not, tables fit, JSON comes back as it was, and an inspection finds nobody
-// in the player's car exactly where the reader follows nobody.
+// in the player's car exactly where the reader follows nobody. What becomes of laps is in
+// zepimportlaps.cpp.
 
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
+#include "fuzz/zepimportlaps.h"
 #include "host/channelchoice.h"
 #include "host/findinglist.h"
 #include "host/format.h"
@@ -255,8 +257,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         return true;
     }();
     Q_UNUSED(isWatched)
-    static constexpr std::array<void (*)(ByteSource *), 7> parts = {
-        chooseLaps, chooseChannels, suggest, writeTable, cutText, formatValues, inspect};
+    static constexpr std::array<void (*)(ByteSource *), 13> parts = {
+        chooseLaps, chooseChannels, suggest,    writeTable,  cutText,     formatValues, inspect,
+        exportCsv,  exportJson,     nameFields, compareLaps, packSamples, reportLaps};
     ByteSource source(data, size);
     source.pick(parts)(&source);
     return 0;

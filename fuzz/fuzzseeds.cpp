@@ -13,9 +13,10 @@ namespace {
 /// Longer inputs say nothing that shorter ones do not, and cost time.
 constexpr int MaxSeedSize = 10 * 1024;
 
-/// The parts of fuzz_zepimport: choices, suggestions, tables and values in front, an inspection
-/// last.
+/// The parts of fuzz_zepimport: choices, suggestions, tables and values in front, then an
+/// inspection, and what becomes of laps.
 constexpr int InspectPart = 6;
+constexpr int PartCount = 13;
 
 class SeedFolder
 {
@@ -56,6 +57,23 @@ QByteArray shortSession(const QByteArray &type)
     return recording.bytes();
 }
 
+/// A lap as the parts of fuzz_zepimport read one: a hundred ticks from line to line.
+QByteArray drivenLap(float metresPerTick)
+{
+    constexpr char ticks = 100;
+    const auto channel = [](char name, float step) -> QByteArray {
+        // Recorded, without a unit, in even steps from 0.
+        const char form[] = {3, name, 0, 1, 0};
+        QByteArray bytes(form, sizeof form);
+        bytes.append(reinterpret_cast<const char *>(&step), sizeof step);
+        return bytes.append('\0');
+    };
+    // A minute, a timed lap, completed; the track length is unknown.
+    const QByteArray header = QByteArray("\x60\xea\2\1", 4) + QByteArray(2, '\0') + ticks;
+    return header + '\4' + channel(0, metresPerTick) + channel(1, 0.01F) + channel(2, 0.5F)
+        + channel(4, 0.7F);
+}
+
 void writeSeeds(const QString &folder)
 {
     SeedFolder imports(folder, "fuzz_import");
@@ -81,7 +99,7 @@ void writeSeeds(const QString &folder)
             bytes.append(static_cast<char>((seed * 37 + i * (seed + 3) * 11) >> (i % 3)));
         tables.add(bytes);
         drives.add(bytes);
-        for (int part = 0; part < InspectPart; ++part)
+        for (int part = 0; part < PartCount; ++part)
             shown.add(char(part) + bytes);
     }
     for (const char *choice :
@@ -92,6 +110,10 @@ void writeSeeds(const QString &folder)
         shown.add(QByteArray("\0\0\1\1\1\1", 6) + text);
         shown.add(QByteArray("\1\0\0\1", 4) + text);
         shown.add(QByteArray("\2", 1) + text + '\2' + text + text);
+    }
+    for (int part = InspectPart + 1; part < PartCount; ++part) {
+        shown.add(char(part) + drivenLap(40.0F) + drivenLap(41.0F));
+        shown.add(char(part) + QByteArray(3, '\1') + drivenLap(40.0F) + drivenLap(41.0F));
     }
     // Race and practice, on track all the time, lap after lap.
     for (const char type : {'\0', '\1', '\2', '\3'}) {
