@@ -2,6 +2,7 @@
 
 #include "host/findinglist.h"
 
+#include <cstddef>
 #include <cstring>
 
 namespace {
@@ -70,6 +71,15 @@ void RecordTimes::add(const char *record)
 
 void RecordTimes::report(FindingList *findings) const
 {
+    if (m_tickRate <= 0 && m_count > 1) {
+        Finding finding;
+        finding.kind = QStringLiteral("tick-rate");
+        finding.offset = qint64(offsetof(irsdk_header, tickRate));
+        finding.text = QStringLiteral("%1 ticks a second are no rate, so nothing tells whether "
+                                      "ticks are missing")
+                           .arg(m_tickRate);
+        findings->add(finding);
+    }
     const double ticks = (m_gaps.after - m_gaps.before) * m_tickRate - 1;
     report(findings, m_gaps, "time-gap",
            ticks < Tolerance ? QStringLiteral("a tick is missing")

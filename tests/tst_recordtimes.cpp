@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+#include <cstring>
 #include <limits>
 
 Q_DECLARE_METATYPE(QVector<double>)
@@ -17,6 +18,8 @@ private Q_SLOTS:
     void finds_data();
     void finds();
     void everySessionHasItsClock();
+    void rateThatIsNone_data();
+    void rateThatIsNone();
     void unknownTime_data();
     void unknownTime();
 };
@@ -93,6 +96,40 @@ void tst_RecordTimes::everySessionHasItsClock()
     recording.set("SessionNum", 1).set("SessionTime", 0).ticks(3);
     recording.set("SessionNum", 2).set("SessionTime", 50).ticks(3);
     QCOMPARE(watched(recording).size(), 0);
+}
+
+void tst_RecordTimes::rateThatIsNone_data()
+{
+    QTest::addColumn<int>("rate");
+    QTest::addColumn<int>("records");
+    QTest::addColumn<QStringList>("texts");
+    const QString text =
+        QStringLiteral("%1 ticks a second are no rate, so nothing tells whether ticks are missing");
+    QTest::newRow("0") << 0 << 3 << QStringList(text.arg(0));
+    QTest::newRow("below 0") << -60 << 2 << QStringList(text.arg(-60));
+    QTest::newRow("nothing to miss") << 0 << 1 << QStringList();
+}
+
+void tst_RecordTimes::rateThatIsNone()
+{
+    QFETCH(int, rate);
+    QFETCH(int, records);
+    QFETCH(QStringList, texts);
+
+    Recording recording;
+    recording.tickRate(rate);
+    for (int i = 0; i < records; ++i)
+        recording.set("SessionTime", 10.0 * i).ticks(1);
+    QStringList found;
+    for (const Finding &finding : watched(recording)) {
+        QVERIFY(finding.severity == Finding::Severity::Remark);
+        qint32 there = 0;
+        std::memcpy(&there, recording.bytes().constData() + finding.offset.value_or(0),
+                    sizeof there);
+        QCOMPARE(there, rate);
+        found.append(finding.text);
+    }
+    QCOMPARE(found, texts);
 }
 
 void tst_RecordTimes::unknownTime_data()
