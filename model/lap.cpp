@@ -1,6 +1,21 @@
 #include "model/lap.h"
 
+#include <memory>
+
 namespace ZEP {
+
+namespace {
+
+/// Owns \a channel, also where there is no memory for doing so.
+QSharedPointer<Channel> shared(Channel *channel)
+{
+    std::unique_ptr<Channel> owned(channel);
+    QSharedPointer<Channel> result(channel);
+    owned.release();
+    return result;
+}
+
+} // namespace
 
 QSharedPointer<Channel> Lap::channel(const QString &name) const
 {
@@ -56,12 +71,12 @@ void Lap::addSample(const Sample &sample)
 void Lap::addChannel(Channel *channel, const QString &name)
 {
     // Many channels come in ascending order; none of their names has to be looked for then.
-    m_channels.insert(m_channels.cend(), name, QSharedPointer<Channel>(channel));
+    m_channels.insert(m_channels.cend(), name, shared(channel));
 }
 
 void Lap::addCalculatedChannel(Channel *channel, const QString &name)
 {
-    m_calculatedChannels.insert(name, QSharedPointer<Channel>(channel));
+    m_calculatedChannels.insert(name, shared(channel));
 }
 
 void Lap::clear()

@@ -18,7 +18,8 @@ void addYawOffset(ZEP::Lap *lap)
         for (int i = 0; i < yaw->data.size(); ++i)
             yaw->setSample(i, yaw->sample(i) + offset);
     }
-    lap->removeValue(offsetName);
+    if (lap->containsValue(offsetName)) // removing nothing would still end the sharing of values
+        lap->removeValue(offsetName);
 }
 
 void addFuelWeight(ZEP::Lap *lap)
