@@ -2,6 +2,8 @@
 
 #include "tools/recording.h"
 
+#include <algorithm>
+
 namespace {
 
 /// Session info with one driver and \a more lines behind it, or inside "WeekendInfo" if
@@ -226,4 +228,14 @@ const QVector<HostileKind> &hostileKinds()
         {"variables laid over each other", overlaid, false, true},
     };
     return kinds;
+}
+
+const HostileKind &hostileKind(const char *name)
+{
+    const auto kind =
+        std::find_if(hostileKinds().begin(), hostileKinds().end(),
+                     [name](const HostileKind &k) { return qstrcmp(k.name, name) == 0; });
+    if (kind == hostileKinds().end())
+        qFatal("there is no recording %s", name);
+    return *kind;
 }

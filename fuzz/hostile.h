@@ -15,3 +15,6 @@ struct HostileKind {
 };
 
 const QVector<HostileKind> &hostileKinds();
+
+/// The one called \a name, which has to be one of them.
+const HostileKind &hostileKind(const char *name);

@@ -5,8 +5,10 @@
 
 #include <QElapsedTimer>
 
+#include <limits>
 #include <memory>
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -43,6 +45,7 @@ public:
         copy.release();
     }
 
+    const QVector<ZEP::Lap *> &all() const { return m_laps; }
     int count() const { return m_laps.size(); }
     QVector<ZEP::Lap *> take() { return std::exchange(m_laps, {}); }
 
@@ -50,26 +53,23 @@ private:
     QVector<ZEP::Lap *> m_laps;
 };
 
-/// What the laps of a recording may take, whatever its size.
-constexpr qint64 AllowedBytes = 256 * 1024 * 1024;
-/// What they may take before it is known whether the recording will be refused.
-constexpr qint64 UncountedBytes = 32 * 1024 * 1024;
-
-/// Whether laps ask for more than \a allowedBytes, and for more than the records can stand for:
-/// variables laid over each other, or a lap closed every other tick, could make terabytes of a
-/// small file.
-bool isTooLarge(const CollectedLaps &laps, qint64 recordBytesRead, qint64 allowedBytes)
+/// What \a laps take, in bytes.
+qint64 askedBytes(const CollectedLaps &laps)
 {
     constexpr qint64 SampleBytes = 8;
     constexpr qint64 ChannelBytes = 256; // beside its samples
     constexpr qint64 LapBytes = 2 * 1024;
+    return laps.ticks * laps.channels * SampleBytes
+        + laps.laps * (laps.channels * ChannelBytes + LapBytes);
+}
+
+/// What laps may take that come of so many bytes of records, \a always of any: variables laid over
+/// each other, or a lap closed every other tick, could make terabytes of a small file.
+qint64 allowedBytes(qint64 recordBytes, qint64 always)
+{
     // Variables side by side make at most 8 bytes of each byte read.
     constexpr qint64 AllowedPerByte = 64;
-
-    const qint64 lapsMade = laps.finished + 1;
-    const qint64 asked = laps.ticks * laps.channels * SampleBytes
-        + lapsMade * (laps.channels * ChannelBytes + LapBytes);
-    return asked > allowedBytes && asked > recordBytesRead * AllowedPerByte;
+    return qMax(recordBytes * AllowedPerByte, always);
 }
 
 QString sessionInfoError()
@@ -82,9 +82,11 @@ QString varHeaderError()
     return QStringLiteral("IBT import error:  Failed to read irsdk_varHeader");
 }
 
-/// Follows the cars through all records, from a new start, and adds the laps to \a laps, if there
-/// is a list. False when they become too large.
-bool readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps, qint64 allowedBytes)
+/// Follows the cars through all records, from a new start. The laps go to \a laps, or are only
+/// counted if there is no list. Returns the bytes of the records; nothing as soon as the laps take
+/// more than those may, and more than \a always.
+std::optional<qint64> readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps,
+                                  qint64 always)
 {
     const irsdk_header &header = file->header();
     file->rewindRecords();
@@ -92,7 +94,8 @@ bool readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps, qint64
     reader->setDiskLoading(true);
     reader->updateCarList();
     reader->compileVariables(&header, file->varHeaders());
-    reader->setCounting(!laps);
+    if (!laps)
+        reader->startCounting();
 
     qint64 bytesRead = 0;
     while (char *record = file->nextRecord()) {
@@ -103,21 +106,28 @@ bool readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps, qint64
             laps->addMyLap(reader);
 
         bytesRead += header.bufLen;
-        if (isTooLarge(reader->collectedLaps(), bytesRead, allowedBytes))
-            return false;
+        if (askedBytes(reader->collectedLaps()) > allowedBytes(bytesRead, always))
+            return std::nullopt;
     }
-    return true;
+    return bytesRead;
 }
 
-/// Likewise, but a recording that is refused for its size takes little memory: one that gets
-/// suspicious has its laps counted first.
-bool readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps)
+/// Reads the records into \a laps, unless those would take too much. That takes all records to
+/// tell, so laps that grow out of proportion are counted before more of them are made.
+bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *laps)
 {
-    if (readRecords(file, reader, laps, UncountedBytes))
+    constexpr qint64 AlwaysAllowed = 256 * 1024 * 1024;
+    constexpr qint64 Uncounted = 32 * 1024 * 1024;
+    constexpr qint64 Countable = std::numeric_limits<qint64>::max() / 4;
+
+    if (readRecords(file, reader, laps, Uncounted))
         return true;
     laps->clear();
-    return readRecords(file, reader, nullptr, AllowedBytes)
-        && readRecords(file, reader, laps, AllowedBytes);
+    const std::optional<qint64> recordBytes = readRecords(file, reader, nullptr, Countable);
+    const qint64 asked = askedBytes(reader->collectedLaps());
+    // The third time they take what was counted, whatever else the file may hold by now.
+    return recordBytes && asked <= allowedBytes(*recordBytes, AlwaysAllowed)
+        && readRecords(file, reader, laps, asked);
 }
 
 /// Reads all laps of a recording. Returns what went wrong, or a null string.
@@ -142,7 +152,7 @@ QString readLaps(const QString &fileName, LapList *laps)
     if (!file.readVarHeaders())
         return varHeaderError();
 
-    if (!readRecords(&file, &reader, laps))
+    if (!readLapsInProportion(&file, &reader, laps))
         return varHeaderError();
     reader.processMyLap(false);
     laps->addMyLap(&reader);
@@ -176,32 +186,34 @@ QStringList iRPluginImport::availableImportFormats() const
 QVector<ZEP::Lap *> iRPluginImport::import(const QString &fileName, const QString &format,
                                            const QMap<QString, QVariant> &)
 {
-    message(QLatin1String("Importing file ") % fileName % QLatin1String(" ..."), LevelInfo);
-    message(QLatin1String("Using format ") % format, LevelInfo);
-    QElapsedTimer timer;
-    timer.start();
-
-    LapList laps;
-    QString error;
     try {
-        error =
+        message(QLatin1String("Importing file ") % fileName % QLatin1String(" ..."), LevelInfo);
+        message(QLatin1String("Using format ") % format, LevelInfo);
+        QElapsedTimer timer;
+        timer.start();
+
+        LapList laps;
+        const QString error =
             format == ibtFormat() ? readLaps(fileName, &laps) : QStringLiteral("Unknown format");
+        if (!error.isNull()) {
+            message(error, LevelError);
+            return {};
+        }
+        for (ZEP::Lap *lap : laps.all()) {
+            lap->setSource(sourceName());
+            lap->setPlugin(pluginName());
+        }
+        message(QLatin1String("Done in ") % QString::number(timer.elapsed())
+                    % QLatin1String(" ms; Laps readed ") % QString::number(laps.count()),
+                LevelInfo);
+        return laps.take();
     } catch (const std::bad_alloc &) {
         // The file backs what was asked for, but this machine does not.
-        error = varHeaderError();
     }
-    if (!error.isNull()) {
-        message(error, LevelError);
-        return {};
+    try {
+        message(varHeaderError(), LevelError);
+    } catch (const std::bad_alloc &) {
+        // Not even for words.
     }
-
-    message(QLatin1String("Done in ") % QString::number(timer.elapsed())
-                % QLatin1String(" ms; Laps readed ") % QString::number(laps.count()),
-            LevelInfo);
-    QVector<ZEP::Lap *> result = laps.take();
-    for (ZEP::Lap *lap : qAsConst(result)) {
-        lap->setSource(sourceName());
-        lap->setPlugin(pluginName());
-    }
-    return result;
+    return {};
 }

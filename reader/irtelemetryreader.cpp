@@ -26,6 +26,7 @@ void iRTelemetryReader::resize(int count)
     m_cars.resize(qMax(0, count));
     m_cars.fill(CarTracker());
     m_tick.clear();
+    m_isCounting = false;
     m_finishedLaps = CollectedLaps();
     forgetIdleCars();
 }
@@ -60,9 +61,9 @@ void iRTelemetryReader::compileVariables(const irsdk_header *header,
     m_varHeaders = varHeaders;
 }
 
-void iRTelemetryReader::setCounting(bool on)
+void iRTelemetryReader::startCounting()
 {
-    m_isCounting = on;
+    m_isCounting = true;
 }
 
 void iRTelemetryReader::prepareTick()

@@ -13,11 +13,17 @@
 
 #include <optional>
 
-/// How much came of collected records.
+/// How much came of collected records, in finished laps and in those being recorded.
 struct CollectedLaps {
-    qint64 finished = 0; ///< laps closed
-    qint64 ticks = 0; ///< of the finished laps and of those being recorded
-    qint64 channels = 0; ///< that each tick adds a sample to
+    qint64 laps = 0; ///< that have a tick
+    qint64 ticks = 0;
+    qint64 channels = 0; ///< to which each tick adds a sample
+
+    void add(qint64 ticksOfLap)
+    {
+        laps += ticksOfLap > 0 ? 1 : 0;
+        ticks += ticksOfLap;
+    }
 };
 
 /// Follows the cars of a session tick by tick and makes laps of what they drive.
@@ -71,10 +77,10 @@ public:
     /// promise. setYaml() and updateCarList() may still be called.
     void compileVariables(const irsdk_header *header, const irsdk_varHeader *varHeaders);
 
-    /// With \a on, laps of collected records are followed and closed as ever, but hold nothing:
-    /// only collectedLaps() tells of them. Nobody may look at a car, a sample or a lap until
-    /// resize().
-    void setCounting(bool on);
+    /// From the first tick until resize(), laps of collected records are followed and closed as
+    /// ever, but hold nothing: only isMyLapReady() and collectedLaps() tell of them. Until then all
+    /// records have to be of the compiled table, and nobody may look at a car, a sample or a lap.
+    void startCounting();
 
     /// Makes the current tick the previous one and drops its values.
     void prepareTick();

@@ -32,8 +32,8 @@ CollectedLaps iRTelemetryReader::collectedLaps() const
         return laps;
     const CarTracker &car = m_cars.at(m_myCarIdx);
     if (!car.lapReady)
-        laps.ticks += car.lapRecords.recorded();
-    laps.ticks += car.nextLapRecords.recorded();
+        laps.add(car.lapRecords.recorded());
+    laps.add(car.nextLapRecords.recorded());
     laps.channels = qint64(m_layout->columns().size());
     return laps;
 }
@@ -44,8 +44,7 @@ void iRTelemetryReader::processLap(int index, bool completed)
     if (car.isLapEmpty())
         return;
     if (index == m_myCarIdx) {
-        ++m_finishedLaps.finished;
-        m_finishedLaps.ticks += car.lapRecords.recorded();
+        m_finishedLaps.add(car.lapRecords.recorded());
     } else {
         forgetIdleCars();
     }

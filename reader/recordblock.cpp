@@ -108,18 +108,19 @@ void RecordBlock::startWith(RecordBlock *next)
 /// Appends the records to channels that are exactly the layout's columns.
 void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
 {
+    const auto all = int(m_count); // a block is full long before
     std::vector<QVector<double> *> channels;
     channels.reserve(layout.columns().size());
     for (const QSharedPointer<ZEP::Channel> &channel : lap->channels()) {
         channels.push_back(&channel->data);
-        reserve(channels.back(), m_count);
+        reserve(channels.back(), all);
     }
 
     const int recordBytes = layout.recordBytes();
     const char *records = m_records.data();
     std::vector<char> tile;
-    for (int done = 0; done < m_count; done += TileRecords) {
-        const int count = qMin(TileRecords, m_count - done);
+    for (int done = 0; done < all; done += TileRecords) {
+        const int count = qMin(TileRecords, all - done);
         // In one stroke: channel by channel each record would be fetched from afar on its own.
         tile.assign(records, records + qint64(count) * recordBytes);
         for (std::size_t c = 0; c < channels.size(); ++c) {
@@ -136,7 +137,7 @@ void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
 void RecordBlock::appendSamples(ZEP::Lap *lap, const RecordLayout &layout) const
 {
     const char *record = m_records.data();
-    for (int i = 0; i < m_count; ++i, record += layout.recordBytes()) {
+    for (qint64 i = 0; i < m_count; ++i, record += layout.recordBytes()) {
         ZEP::Sample sample;
         layout.addTo(&sample, record);
         sample.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry, QString());

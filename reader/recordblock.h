@@ -38,6 +38,6 @@ private:
     void clear();
 
     std::vector<char> m_records;
-    int m_count = 0;
+    qint64 m_count = 0; ///< in m_records, or only counted
     qint64 m_recorded = 0;
 };
