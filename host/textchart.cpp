@@ -1,6 +1,7 @@
 #include "host/textchart.h"
 
 #include "host/format.h"
+#include "host/textwidth.h"
 
 #include <algorithm>
 #include <cmath>
@@ -150,8 +151,9 @@ QString TextChart::text(const QString &title, const QVector<Curve> &curves, int 
     }
 
     const QString indent(labelWidth + 1, QLatin1Char(' '));
-    const QString end = formatNumber(std::round(m_end)) % QLatin1Char(' ') % m_unit;
     const int axisWidth = width - labelWidth - 2;
+    const QString end =
+        elided(formatNumber(std::round(m_end)) % QLatin1Char(' ') % m_unit, axisWidth - 1);
     result += indent % QChar(u'└') % QString(axisWidth, QChar(u'─')) % QLatin1Char('\n');
     result += indent % QLatin1String(" 0") % end.rightJustified(axisWidth - 1) % QLatin1Char('\n');
     return result;

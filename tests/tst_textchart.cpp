@@ -1,4 +1,5 @@
 #include "host/textchart.h"
+#include "host/textwidth.h"
 
 #include <QtTest>
 
@@ -13,6 +14,7 @@ private slots:
     void withoutColoursNamesRemain();
     void wildValuesAreLeftOut_data();
     void wildValuesAreLeftOut();
+    void longEndFitsTheAxis();
 };
 
 namespace {
@@ -109,6 +111,19 @@ void tst_TextChart::wildValuesAreLeftOut()
             .text(QStringLiteral("Time, s"), {{QString(), values, TextChart::Colour::Default}},
                   TextChart::LeastWidth, TextChart::LeastHeight, false);
     QCOMPARE(text.count(QLatin1Char('\n')), TextChart::LeastHeight);
+}
+
+void tst_TextChart::longEndFitsTheAxis()
+{
+    TextChart::Curve curve;
+    curve.values = {-9.9e23, 9.9e23};
+    const QStringList lines = TextChart(1.23456e+300, QStringLiteral("m"))
+                                  .text(QStringLiteral("Title"), {curve}, TextChart::LeastWidth,
+                                        TextChart::LeastHeight, false)
+                                  .split(QLatin1Char('\n'));
+    QCOMPARE(lines.size(), TextChart::LeastHeight + 1);
+    for (const QString &line : lines)
+        QVERIFY2(displayWidth(line) <= TextChart::LeastWidth, qPrintable(line));
 }
 
 QTEST_GUILESS_MAIN(tst_TextChart)
