@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
 namespace {
 
@@ -17,6 +18,69 @@ QString nameOf(const irsdk_varHeader &variable)
 {
     const char *end = std::find(std::begin(variable.name), std::end(variable.name), '\0');
     return QString::fromLatin1(variable.name, int(end - variable.name));
+}
+
+/// A variable by which laps are told apart, and what it costs to be without it.
+struct DriveVariable {
+    const char *name;
+    const char *cost;
+    const char *lost;
+};
+
+constexpr DriveVariable DriveVariables[] = {
+    {"LapDistPct", "without a place on the lap no tick is followed", "all laps"},
+    {"IsOnTrack", "the car counts as parked for good", "all laps"},
+    {"OnPitRoad", "a car that stood in the garage is not seen to leave the pits",
+     "stints that begin in the garage"},
+    {"Lap", "without the number of the lap none ends", "the ends of laps"},
+    {"LapCurrentLapTime", "nothing tells where a lap ends", "the ends of laps"},
+    {"LapLastLapTime", "no lap has a time", "lap times"},
+};
+
+const DriveVariable *driveVariable(const QString &name)
+{
+    const auto *found = std::find_if(
+        std::begin(DriveVariables), std::end(DriveVariables), [&name](const DriveVariable &drive) {
+            return name.compare(QLatin1String(drive.name), Qt::CaseInsensitive) == 0;
+        });
+    return found == std::end(DriveVariables) ? nullptr : found;
+}
+
+/// The bytes of a record that \a variable takes.
+struct Extent {
+    qint64 begin;
+    qint64 end;
+    int variable; ///< its index in the table
+};
+
+/// Where variables lie on each other: one finding for each that begins inside another.
+void inspectExtents(const irsdk_header &header, const irsdk_varHeader *table, FindingList *findings)
+{
+    std::vector<Extent> extents;
+    for (int i = 0; i < header.numVars; ++i) {
+        const qint64 begin = table[i].offset;
+        const qint64 size = qint64(table[i].count) * irsdk_varTypeSize(table[i].type);
+        if (begin >= 0 && size > 0 && begin + size <= header.bufLen)
+            extents.push_back({begin, begin + size, i});
+    }
+    std::stable_sort(extents.begin(), extents.end(),
+                     [](const Extent &a, const Extent &b) { return a.begin < b.begin; });
+    Extent before{0, 0, -1}; // that reaches furthest
+    for (const Extent &extent : extents) {
+        if (extent.begin < before.end) {
+            Finding finding;
+            finding.kind = QStringLiteral("shared-bytes");
+            finding.offset = header.varHeaderOffset + extent.variable * qint64(sizeof *table);
+            finding.variable = printable(nameOf(table[extent.variable]));
+            finding.text = QStringLiteral("shares bytes %1 to %2 of the record with %3")
+                               .arg(extent.begin)
+                               .arg(std::min(extent.end, before.end))
+                               .arg(printable(nameOf(table[before.variable])));
+            findings->add(finding);
+        }
+        if (extent.end > before.end)
+            before = extent;
+    }
 }
 
 /// What costs a variable its channel. Of an array the channel holds the last element, of a text the
@@ -58,46 +122,49 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
     for (int i = 0; i < header.numVars; ++i) {
         const irsdk_varHeader &variable = table[i];
         const QString name = nameOf(variable);
-        const auto add = [&](Severity severity, const char *kind, const QString &text) {
+        const QString shown = name.isEmpty() ? QString::number(i) : printable(name);
+        const auto add = [&](const char *kind, const QString &text, const QString &lost) {
             Finding finding;
-            finding.severity = severity;
+            finding.severity = lost.isEmpty() ? Severity::Remark : Severity::Damage;
             finding.kind = QLatin1String(kind);
             finding.offset = header.varHeaderOffset + i * qint64(sizeof variable);
-            finding.variable = name.isEmpty() ? QStringLiteral("%1").arg(i) : printable(name);
+            finding.variable = shown;
             finding.text = text;
-            if (severity == Severity::Damage)
-                finding.lost = QLatin1String("channel ") % finding.variable.toLower();
+            finding.lost = lost;
             findings->add(finding);
         };
 
+        const bool isLast = lastOfName.value(name.toLower()) == i;
+        if (name.isEmpty())
+            add("name", QStringLiteral("has no name"), QString());
+        if (!isLast)
+            add("equal-names",
+                QStringLiteral("has the name of a later one, whose values take its place"),
+                QLatin1String("an earlier variable ") % shown.toLower());
         bool isLost = false;
         const QString problem = problemOf(variable, header.bufLen, &isLost);
-        if (name.isEmpty())
-            add(Severity::Remark, "name", QStringLiteral("has no name"));
-        if (lastOfName.value(name.toLower()) != i)
-            add(Severity::Damage, "equal-names",
-                QStringLiteral("has the name of a later one, whose values take its place"));
-        if (!problem.isEmpty())
-            add(isLost ? Severity::Damage : Severity::Remark, "variable", problem);
+        if (problem.isEmpty())
+            continue;
+        const bool hasType = irsdk_varTypeSize(variable.type) > 0; // else it has other values
+        const DriveVariable *drive = isLost && isLast && hasType ? driveVariable(name) : nullptr;
+        if (drive)
+            add("variable", problem % QLatin1String("; ") % QLatin1String(drive->cost),
+                QString::fromLatin1(drive->lost));
+        else
+            add("variable", problem,
+                isLost ? QString(QLatin1String("channel ") % shown.toLower()) : QString());
     }
 
-    const auto expect = [&](const char *variable, Severity severity, const QString &text) {
-        const int index = lastOfName.value(QString::fromLatin1(variable).toLower(), -1);
-        if (index >= 0)
-            return;
+    inspectExtents(header, table, findings);
+    for (const DriveVariable &drive : DriveVariables) {
+        if (lastOfName.contains(QString::fromLatin1(drive.name).toLower()))
+            continue;
         Finding finding;
-        finding.severity = severity;
+        finding.severity = Severity::Damage;
         finding.kind = QStringLiteral("missing-variable");
-        finding.variable = QString::fromLatin1(variable);
-        finding.text = text;
-        if (severity == Severity::Damage)
-            finding.lost = QStringLiteral("all laps");
+        finding.variable = QString::fromLatin1(drive.name);
+        finding.text = QLatin1String("is missing; ") % QLatin1String(drive.cost);
+        finding.lost = QString::fromLatin1(drive.lost);
         findings->add(finding);
-    };
-    expect("LapDistPct", Severity::Damage,
-           QStringLiteral("is missing; without a place on the lap no tick is followed"));
-    expect("IsOnTrack", Severity::Damage,
-           QStringLiteral("is missing; the car counts as parked for good"));
-    expect("LapCurrentLapTime", Severity::Remark,
-           QStringLiteral("is missing; nothing tells where a lap ends"));
+    }
 }

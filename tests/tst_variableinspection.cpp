@@ -15,6 +15,10 @@ private Q_SLOTS:
     void finds();
     void missingVariables_data();
     void missingVariables();
+    void unusableVariables_data();
+    void unusableVariables();
+    void sharedBytes_data();
+    void sharedBytes();
     void placeOfAFinding();
 };
 
@@ -75,7 +79,7 @@ void tst_VariableInspection::finds_data()
                               "in front of it")
                    .arg(type)
             << lost;
-    QTest::newRow("no name") << RecordingVariable{"", irsdk_bool, "", "", 1, 0} << "has no name"
+    QTest::newRow("no name") << RecordingVariable{"", irsdk_bool, "", "", 1, 50} << "has no name"
                              << none;
     QTest::newRow("a name that fills its field")
         << RecordingVariable{QByteArray(32, 'x'), irsdk_bool, "", "", 1, 60}
@@ -110,7 +114,11 @@ void tst_VariableInspection::missingVariables_data()
     QTest::addColumn<QString>("lost");
     QTest::newRow("place") << QByteArray("LapDistPct") << "all laps";
     QTest::newRow("on track") << QByteArray("IsOnTrack") << "all laps";
-    QTest::newRow("running lap time") << QByteArray("LapCurrentLapTime") << "";
+    QTest::newRow("in the pits") << QByteArray("OnPitRoad") << "stints that begin in the garage";
+    QTest::newRow("lap") << QByteArray("Lap") << "the ends of laps";
+    QTest::newRow("running lap time") << QByteArray("LapCurrentLapTime") << "the ends of laps";
+    QTest::newRow("last lap time") << QByteArray("LapLastLapTime") << "lap times";
+    QTest::newRow("no matter") << QByteArray("FuelLevel") << "";
 }
 
 void tst_VariableInspection::missingVariables()
@@ -124,9 +132,76 @@ void tst_VariableInspection::missingVariables()
             table.append(variable);
     }
     const QVector<Finding> findings = inspected(Recording().variables(table));
-    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.size(), lost.isEmpty() ? 0 : 1);
+    if (lost.isEmpty())
+        return;
+    QCOMPARE(findings.constFirst().kind, QStringLiteral("missing-variable"));
     QCOMPARE(findings.constFirst().variable, QString::fromLatin1(name));
     QCOMPARE(findings.constFirst().lost, lost);
+}
+
+void tst_VariableInspection::unusableVariables_data()
+{
+    missingVariables_data();
+}
+
+/// A variable outside of the record is as good as missing, and says so.
+void tst_VariableInspection::unusableVariables()
+{
+    QFETCH(QByteArray, name);
+    QFETCH(QString, lost);
+
+    const QVector<Finding> findings =
+        inspected(Recording().withVariable(name.constData(), &irsdk_varHeader::offset, 1000));
+    QCOMPARE(findings.size(), 1);
+    const Finding &finding = findings.constFirst();
+    QCOMPARE(finding.kind, QStringLiteral("variable"));
+    QCOMPARE(finding.lost, lost.isEmpty() ? QStringLiteral("channel fuellevel") : lost);
+    QCOMPARE(finding.text.contains(QLatin1String("; ")), !lost.isEmpty());
+}
+
+void tst_VariableInspection::sharedBytes_data()
+{
+    QTest::addColumn<RecordingVariable>("variable");
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<QString>("text");
+    // "Wide" takes bytes 50 to 58 of the record's 70.
+    const auto at = [](qint32 offset, qint32 type = irsdk_float, qint32 count = 1) {
+        return RecordingVariable{"Odd", type, "", "", count, offset};
+    };
+    QTest::newRow("in front") << at(46) << ""
+                              << "";
+    QTest::newRow("behind") << at(58) << ""
+                            << "";
+    QTest::newRow("same bytes") << at(50, irsdk_double) << "variable Odd"
+                                << "shares bytes 50 to 58 of the record with Wide";
+    QTest::newRow("begins inside") << at(57) << "variable Odd"
+                                   << "shares bytes 57 to 58 of the record with Wide";
+    QTest::newRow("ends inside") << at(47) << "variable Wide"
+                                 << "shares bytes 50 to 51 of the record with Odd";
+    QTest::newRow("inside") << at(52) << "variable Odd"
+                            << "shares bytes 52 to 56 of the record with Wide";
+    QTest::newRow("array") << at(46, irsdk_bool, 5) << "variable Wide"
+                           << "shares bytes 50 to 51 of the record with Odd";
+    QTest::newRow("text") << at(46, irsdk_char, 5) << "variable Wide"
+                          << "shares bytes 50 to 51 of the record with Odd";
+}
+
+void tst_VariableInspection::sharedBytes()
+{
+    QFETCH(RecordingVariable, variable);
+    QFETCH(QString, place);
+    QFETCH(QString, text);
+
+    Recording recording;
+    recording.variable({"Wide", irsdk_double, "", "", 1, 50}).variable(variable).recordSize(70);
+    const QVector<Finding> findings = inspected(recording);
+    QCOMPARE(findings.size(), text.isEmpty() ? 0 : 1);
+    if (text.isEmpty())
+        return;
+    QCOMPARE(findings.constFirst().place(), place);
+    QCOMPARE(findings.constFirst().text, text);
+    QVERIFY(findings.constFirst().severity == Finding::Severity::Remark);
 }
 
 void tst_VariableInspection::placeOfAFinding()
