@@ -17,6 +17,11 @@ QString counted(int count, const char *one, const char *more)
     return QString::number(count) % QLatin1Char(' ') % QLatin1String(count == 1 ? one : more);
 }
 
+QString everything()
+{
+    return QStringLiteral("everything");
+}
+
 } // namespace
 
 FileCheck::FileCheck(const QString &fileName, Importer *importer)
@@ -26,12 +31,36 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
     m_hasSamples = std::any_of(attempt.laps.begin(), attempt.laps.end(),
                                [](const auto &lap) { return lap->size() > 0; });
     m_isRecording = m_laps > 0;
-    if (formatWildcards(attempt.format).contains(QLatin1String("*.ibt"))) {
-        const RecordingInspection inspection(fileName);
-        m_findings = inspection.findings();
-        m_isRecording = m_isRecording || inspection.isRecording();
+    if (!formatWildcards(attempt.format).contains(QLatin1String("*.ibt"))) {
+        addErrors(attempt.errors);
+        return;
     }
+    const RecordingInspection inspection(fileName);
+    m_isRecording = inspection.isRecording();
+    m_findings = inspection.findings();
     addErrors(attempt.errors);
+    if (inspection.isImportable())
+        explainMissingLaps(inspection.records());
+}
+
+/// For a recording that is all there, but of which nothing is left, or nothing that was driven.
+void FileCheck::explainMissingLaps(qint64 records)
+{
+    Finding finding;
+    if (m_laps == 0) {
+        finding.severity = Severity::Damage;
+        finding.kind = QStringLiteral("proportion");
+        finding.lost = everything();
+        finding.text = QStringLiteral("its laps would take more than 256 MB and more than 64 bytes "
+                                      "for each byte of records");
+    } else if (!m_hasSamples && records > 0 && verdict() != Verdict::Damaged) {
+        finding.kind = QStringLiteral("no-lap");
+        finding.text = QStringLiteral("the car never drives out of the pits, so the only lap is "
+                                      "empty");
+    } else {
+        return;
+    }
+    m_findings.append(finding);
 }
 
 /// What a plug-in says is a finding; without any lap, it is why everything is lost.
@@ -43,7 +72,7 @@ void FileCheck::addErrors(const QStringList &errors)
         finding.kind = QStringLiteral("import");
         finding.text = error;
         if (m_laps == 0)
-            finding.lost = QStringLiteral("everything");
+            finding.lost = everything();
         m_findings.append(finding);
     }
 }
@@ -93,6 +122,8 @@ QString FileCheck::losses() const
         if (!finding.lost.isEmpty() && !lost.contains(finding.lost))
             lost.append(finding.lost);
     }
+    if (lost.contains(everything()))
+        return everything();
     others += std::max(0, lost.size() - MostNames);
     const QString named = lost.mid(0, MostNames).join(QLatin1String(", "));
     return others > 0 ? QString(named % QStringLiteral(" and %1 more").arg(others)) : named;

@@ -30,6 +30,7 @@ public:
 
 private:
     void addErrors(const QStringList &errors);
+    void explainMissingLaps(qint64 records);
     QString losses() const;
 
     int m_laps = 0;

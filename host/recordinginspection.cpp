@@ -9,7 +9,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <vector>
 
 namespace {
 
@@ -18,23 +20,27 @@ using Severity = Finding::Severity;
 constexpr qint64 HeaderSize = sizeof(irsdk_header);
 constexpr qint64 SubHeaderSize = sizeof(irsdk_diskSubHeader);
 constexpr qint64 VariableSize = sizeof(irsdk_varHeader);
+/// Where the header tells the offset of the records.
+constexpr qint64 RecordsField = offsetof(irsdk_header, varBuf) + offsetof(irsdk_varBuf, bufOffset);
 
 /// Part of the file, as a header tells.
 struct Section {
     QString name;
     qint64 offset;
     qint64 size;
+    qint64 field; ///< where the header tells the offset
 };
 
 Section sessionInfoSection(const irsdk_header &header)
 {
-    return {QStringLiteral("the session info"), header.sessionInfoOffset, header.sessionInfoLen};
+    return {QStringLiteral("the session info"), header.sessionInfoOffset, header.sessionInfoLen,
+            offsetof(irsdk_header, sessionInfoOffset)};
 }
 
 Section tableSection(const irsdk_header &header)
 {
     return {QStringLiteral("the variable table"), header.varHeaderOffset,
-            header.numVars * VariableSize};
+            header.numVars * VariableSize, offsetof(irsdk_header, varHeaderOffset)};
 }
 
 QString everything()
@@ -52,26 +58,54 @@ RecordingInspection::RecordingInspection(const QString &fileName)
         return;
 
     m_isImportable = checkClaims(file) && file.readSessionInfo() && file.readVarHeaders();
-    // Random numbers point outside of the file as a rule; those of a recording that was cut off
-    // do so as well, but its version is one, two or, some day, a little more.
-    constexpr qint32 UnlikelyVersion = 16;
     const irsdk_header &header = file.header();
-    m_isRecording = m_isImportable || (header.ver > 0 && header.ver < UnlikelyVersion);
+    m_isRecording = isPlausible(header);
     if (!m_isImportable)
         return;
 
     checkOverlaps(header);
     checkText(file);
-    checkRecords(file);
+    RecordTimes times(header, file.varHeaders());
+    const qint64 filled = readRecords(&file, &times);
+    checkRecords(file, times);
     if (header.bufLen <= 0)
         return;
+    checkEnd(file, times, filled);
     inspectVariables(header, file.varHeaders(), &m_findings);
-    RecordTimes times(header, file.varHeaders());
-    if (!times.isKnown())
-        return;
-    while (const char *record = file.nextRecord())
-        times.add(record);
     times.report(&m_findings);
+}
+
+/// Whether a header that was not damaged too much can be one of a recording.
+bool RecordingInspection::isPlausible(const irsdk_header &header) const
+{
+    // Random numbers point outside of the file as a rule; those of a recording that was cut off
+    // do so as well, but its version is one, two or, some day, a little more.
+    constexpr qint32 UnlikelyVersion = 16;
+    if (!m_isImportable)
+        return header.ver > 0 && header.ver < UnlikelyVersion;
+    // Nothing lies in every file, also in one of zeros.
+    return header.ver != 0 || header.sessionInfoLen > 0 || header.numVars > 0 || header.bufLen > 0;
+}
+
+/// Shows all records to \a times, but for those at the end that hold nothing. Returns how many hold
+/// something, or lie in front of such a one.
+qint64 RecordingInspection::readRecords(IbtFile *file, RecordTimes *times)
+{
+    const auto size = std::size_t(std::max(0, file->header().bufLen));
+    const std::vector<char> empty(size);
+    qint64 filled = 0;
+    qint64 emptySince = 0;
+    while (const char *record = file->nextRecord()) {
+        if (std::memcmp(record, empty.data(), size) == 0) {
+            ++emptySince;
+            continue;
+        }
+        for (; emptySince > 0; --emptySince, ++filled)
+            times->add(empty.data());
+        times->add(record);
+        ++filled;
+    }
+    return filled;
 }
 
 /// False, with a finding, if the file ends before the headers do.
@@ -107,14 +141,15 @@ bool RecordingInspection::checkClaims(const IbtFile &file)
         finding.severity = Severity::Damage;
         finding.kind = QStringLiteral("claim");
         finding.lost = everything();
-        finding.offset = section.offset;
+        finding.offset = section.offset < 0 ? section.field : section.offset;
         finding.wanted = section.size;
         finding.had = qBound(qint64(0), m_size - qMax(qint64(0), section.offset), m_size);
         if (section.size < 0)
             finding.text =
                 QStringLiteral("%1 cannot take %2 bytes").arg(section.name).arg(section.size);
         else if (section.offset < 0)
-            finding.text = QStringLiteral("%1 cannot begin in front of the file").arg(section.name);
+            finding.text =
+                QStringLiteral("%1 cannot begin at byte %2").arg(section.name).arg(section.offset);
         else if (section.size > *finding.had)
             finding.text = QStringLiteral("%1 takes %2 bytes, the file has %3 of them")
                                .arg(section.name)
@@ -131,13 +166,13 @@ bool RecordingInspection::checkClaims(const IbtFile &file)
 void RecordingInspection::checkOverlaps(const irsdk_header &header)
 {
     QVector<Section> sections = {
-        {QStringLiteral("the headers"), 0, HeaderSize + SubHeaderSize},
+        {QStringLiteral("the headers"), 0, HeaderSize + SubHeaderSize, 0},
         sessionInfoSection(header),
         tableSection(header),
     };
     const qint64 records = header.varBuf[0].bufOffset;
     if (header.bufLen > 0 && records >= 0 && records < m_size)
-        sections.append({QStringLiteral("the records"), records, m_size - records});
+        sections.append({QStringLiteral("the records"), records, m_size - records, RecordsField});
     for (int i = 0; i < sections.size(); ++i) {
         for (int j = i + 1; j < sections.size(); ++j) {
             const Section &one = sections.at(i);
@@ -148,6 +183,10 @@ void RecordingInspection::checkOverlaps(const irsdk_header &header)
                 continue;
             Finding finding;
             finding.kind = QStringLiteral("overlap");
+            if (other.field == RecordsField) {
+                finding.severity = Severity::Damage;
+                finding.lost = QStringLiteral("the records that lie there");
+            }
             finding.offset = begin;
             finding.text = QStringLiteral("%1 and %2 share %3 bytes")
                                .arg(one.name, other.name)
@@ -175,7 +214,7 @@ void RecordingInspection::checkText(const IbtFile &file)
 }
 
 /// Compares the sub-header's number of records with what is there.
-void RecordingInspection::checkRecords(const IbtFile &file)
+void RecordingInspection::checkRecords(const IbtFile &file, const RecordTimes &times)
 {
     const irsdk_header &header = file.header();
     const qint64 begin = header.varBuf[0].bufOffset;
@@ -188,8 +227,8 @@ void RecordingInspection::checkRecords(const IbtFile &file)
     if (header.bufLen <= 0 || begin < 0) {
         finding.text = header.bufLen <= 0
             ? QStringLiteral("a record cannot take %1 bytes").arg(header.bufLen)
-            : QStringLiteral("records cannot begin in front of the file");
-        finding.offset = header.bufLen <= 0 ? qint64(offsetof(irsdk_header, bufLen)) : begin;
+            : QStringLiteral("records cannot begin at byte %1").arg(begin);
+        finding.offset = header.bufLen <= 0 ? qint64(offsetof(irsdk_header, bufLen)) : RecordsField;
         m_findings.add(finding);
         return;
     }
@@ -198,7 +237,8 @@ void RecordingInspection::checkRecords(const IbtFile &file)
     m_records = bytes / header.bufLen;
     const qint64 rest = bytes % header.bufLen;
     finding.offset = begin + m_records * header.bufLen;
-    if (counted > m_records) {
+    const bool isWhole = rest == 0 && times.endsAt(file.diskSubHeader().sessionEndTime);
+    if (counted > m_records && !isWhole) {
         finding.wanted = counted * header.bufLen;
         finding.had = bytes;
         finding.text =
@@ -237,6 +277,11 @@ void RecordingInspection::checkRecords(const IbtFile &file)
                                     "records, all %2 of the file are imported")
                          .arg(counted)
                          .arg(m_records);
+    else if (counted > m_records)
+        count.text = QStringLiteral("the sub-header counts %1 records, but the last one of the %2 "
+                                    "in the file is of the time at which it ends")
+                         .arg(counted)
+                         .arg(m_records);
     else if (counted < m_records)
         count.text = QStringLiteral("the sub-header counts %1 records, all %2 of the file are "
                                     "imported")
@@ -245,4 +290,32 @@ void RecordingInspection::checkRecords(const IbtFile &file)
     else
         return;
     m_findings.add(count);
+}
+
+/// Looks for records that nobody filled, of which the first \a filled are none, and compares the
+/// sub-header's end with that of a whole recording.
+void RecordingInspection::checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled)
+{
+    const irsdk_diskSubHeader &subHeader = file.diskSubHeader();
+    Finding finding;
+    if (filled < m_records) {
+        const irsdk_header &header = file.header();
+        finding.severity = Severity::Damage;
+        finding.kind = QStringLiteral("empty-records");
+        finding.offset = header.varBuf[0].bufOffset + filled * header.bufLen;
+        finding.lost = QStringLiteral("%1 of %2 records").arg(m_records - filled).arg(m_records);
+        finding.text = QStringLiteral("the last %1 of %2 records hold nothing but zeros")
+                           .arg(m_records - filled)
+                           .arg(m_records);
+    } else if (times.isKnown() && m_records > 0 && subHeader.sessionRecordCount == m_records
+               && !times.endsAt(subHeader.sessionEndTime)) {
+        finding.kind = QStringLiteral("end-time");
+        finding.offset = HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionEndTime));
+        finding.text = QStringLiteral("the sub-header ends at %1 s, the last record is of %2 s")
+                           .arg(subHeader.sessionEndTime, 0, 'g', 9)
+                           .arg(times.last(), 0, 'g', 9);
+    } else {
+        return;
+    }
+    m_findings.add(finding);
 }

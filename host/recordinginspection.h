@@ -7,6 +7,7 @@
 #include <QVector>
 
 class IbtFile;
+class RecordTimes;
 
 /// What an .ibt recording holds and what is wrong with it, as the file itself tells.
 ///
@@ -31,7 +32,10 @@ private:
     bool checkClaims(const IbtFile &file);
     void checkOverlaps(const irsdk_header &header);
     void checkText(const IbtFile &file);
-    void checkRecords(const IbtFile &file);
+    bool isPlausible(const irsdk_header &header) const;
+    qint64 readRecords(IbtFile *file, RecordTimes *times);
+    void checkRecords(const IbtFile &file, const RecordTimes &times);
+    void checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled);
 
     qint64 m_size = 0; ///< bytes of the file
     bool m_isRecording = false;

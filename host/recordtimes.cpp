@@ -2,6 +2,7 @@
 
 #include "host/findinglist.h"
 
+#include <cmath>
 #include <cstddef>
 #include <cstring>
 
@@ -9,6 +10,10 @@ namespace {
 
 /// Ticks from one record to the next, from which on some are missing between them.
 constexpr double Tolerance = 1.5;
+/// Ticks below which two records are of one tick.
+constexpr double LeastStep = 0.5;
+/// Seconds that no session lasts.
+constexpr double EndOfTime = 1e9;
 
 /// The offset of a single element of \a type called \a name that lies in the record, else -1.
 int offsetOf(const irsdk_header &header, const irsdk_varHeader *table, const char *name,
@@ -55,36 +60,94 @@ RecordTimes::RecordTimes(const irsdk_header &header, const irsdk_varHeader *tabl
 
 void RecordTimes::add(const char *record)
 {
+    if (!isKnown())
+        return;
+    const qint64 number = m_count++;
     const double time = load<double>(record + m_timeOffset);
+    if (!(std::abs(time) < EndOfTime)) {
+        if (m_firstUntimed < 0)
+            m_firstUntimed = number;
+        m_hasBefore = false;
+        return;
+    }
     const qint32 session = m_sessionOffset < 0 ? 0 : load<qint32>(record + m_sessionOffset);
     // Every session has a clock of its own.
-    if (m_count > 0 && session == m_session) {
+    if (m_hasBefore && session == m_session) {
+        const double ticks = (time - m_time) * m_tickRate;
+        m_steps += time > m_time ? 1 : 0;
         if (time < m_time)
-            m_returns.add(m_count, m_time, time);
-        else if (m_tickRate > 0 && (time - m_time) * m_tickRate > Tolerance)
-            m_gaps.add(m_count, m_time, time);
+            m_returns.add(number, m_time, time);
+        else if (!(time > m_time))
+            m_standstills.add(number, m_time, time);
+        else if (m_tickRate > 0 && ticks > Tolerance)
+            m_gaps.add(number, m_time, time);
+        else if (m_tickRate > 0 && ticks < LeastStep)
+            m_crowds.add(number, m_time, time);
     }
     m_time = time;
     m_session = session;
-    ++m_count;
+    m_hasBefore = true;
+    ++m_timed;
+}
+
+bool RecordTimes::endsAt(double time) const
+{
+    constexpr double atLeast = 0.1; // seconds, where the rate tells nothing
+    return m_timed > 0
+        && std::abs(time - m_time) <= (m_tickRate > 0 ? Tolerance / m_tickRate : atLeast);
+}
+
+/// Too many to be exceptions.
+bool RecordTimes::isMostSteps(const Event &event) const
+{
+    constexpr qint64 few = 10;
+    constexpr double most = 0.9;
+    return m_steps >= few && double(event.count) > most * double(m_steps);
 }
 
 void RecordTimes::report(FindingList *findings) const
 {
-    if (m_tickRate <= 0 && m_count > 1) {
+    const QString apart =
+        QStringLiteral("%1 ticks a second do not fit the records, which are %2 s apart");
+    const auto meanOf = [](const Event &event) { return event.seconds / double(event.count); };
+    const bool isTooFast = isMostSteps(m_gaps);
+    if (m_tickRate <= 0 && m_count > 1)
+        reportRate(findings,
+                   QStringLiteral("%1 ticks a second are no rate, so nothing tells whether ticks "
+                                  "are missing")
+                       .arg(m_tickRate));
+    else if (isTooFast || isMostSteps(m_crowds))
+        reportRate(findings,
+                   apart.arg(m_tickRate).arg(meanOf(isTooFast ? m_gaps : m_crowds), 0, 'g', 3));
+    if (m_firstUntimed >= 0) {
         Finding finding;
-        finding.kind = QStringLiteral("tick-rate");
-        finding.offset = qint64(offsetof(irsdk_header, tickRate));
-        finding.text = QStringLiteral("%1 ticks a second are no rate, so nothing tells whether "
-                                      "ticks are missing")
-                           .arg(m_tickRate);
+        finding.kind = QStringLiteral("time-unusable");
+        finding.offset = m_begin + m_firstUntimed * m_recordSize;
+        finding.text =
+            QStringLiteral("%1 of %2 records have no time that can be one, first record %3")
+                .arg(m_count - m_timed)
+                .arg(m_count)
+                .arg(m_firstUntimed + 1);
         findings->add(finding);
     }
+    if (m_steps == 0 && m_returns.count == 0)
+        report(findings, m_standstills, "time-standstill", QStringLiteral("the time stands still"));
+
     const double ticks = (m_gaps.after - m_gaps.before) * m_tickRate - 1;
-    report(findings, m_gaps, "time-gap",
-           ticks < Tolerance ? QStringLiteral("a tick is missing")
-                             : QStringLiteral("%1 ticks are missing").arg(ticks, 0, 'f', 0));
+    if (!isTooFast)
+        report(findings, m_gaps, "time-gap",
+               ticks < Tolerance ? QStringLiteral("a tick is missing")
+                                 : QStringLiteral("%1 ticks are missing").arg(ticks, 0, 'f', 0));
     report(findings, m_returns, "time-return", QStringLiteral("the time runs backwards"));
+}
+
+void RecordTimes::reportRate(FindingList *findings, const QString &problem) const
+{
+    Finding finding;
+    finding.kind = QStringLiteral("tick-rate");
+    finding.offset = qint64(offsetof(irsdk_header, tickRate));
+    finding.text = problem;
+    findings->add(finding);
 }
 
 void RecordTimes::report(FindingList *findings, const Event &event, const char *kind,
@@ -101,8 +164,9 @@ void RecordTimes::report(FindingList *findings, const Event &event, const char *
               .arg(event.before, 0, 'g', 9)
               .arg(event.after, 0, 'g', 9);
     if (event.count > 1)
-        finding.text += QStringLiteral("; so it is in %1 places, %2 s in all")
-                            .arg(event.count)
-                            .arg(qAbs(event.seconds), 0, 'g', 9);
+        finding.text += QStringLiteral("; so it is in %1 places").arg(event.count)
+            % (event.seconds == 0
+                   ? QString()
+                   : QStringLiteral(", %1 s in all").arg(std::abs(event.seconds), 0, 'g', 9));
     findings->add(finding);
 }

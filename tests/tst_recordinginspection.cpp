@@ -97,7 +97,7 @@ void tst_RecordingInspection::finds_data()
     QTest::newRow("negative length") << good.with(&irsdk_header::sessionInfoLen, -1).bytes() << true
                                      << QStringList(at("+claim", text, "everything"));
     QTest::newRow("negative offset") << good.with(&irsdk_header::varHeaderOffset, -5).bytes()
-                                     << true << QStringList("+claim @byte -5 lost everything");
+                                     << true << QStringList(at("+claim", 28, "everything"));
     QTest::newRow("claim beyond any file")
         << good.with(&irsdk_header::numVars, std::numeric_limits<qint32>::max()).bytes() << true
         << QStringList(at("+claim", 144, "everything"));
@@ -107,6 +107,9 @@ void tst_RecordingInspection::finds_data()
     QTest::newRow("claim of another version")
         << good.with(&irsdk_header::ver, 0x78787878).with(&irsdk_header::numVars, -1).bytes()
         << false << QStringList(at("+claim", 144, "everything"));
+    QTest::newRow("zeros") << QByteArray(1000, '\0') << false
+                           << QStringList({at("+no-driver", 0, "all laps"),
+                                           at("+records", 36, "all records")});
     QTest::newRow("sound, of another version")
         << good.with(&irsdk_header::ver, 77).bytes() << true << QStringList();
 
@@ -125,6 +128,20 @@ void tst_RecordingInspection::finds_data()
                {at("+records", records + 19 * size, "the last record"), at("-record-count", 140)});
     QTest::newRow("fewer counted")
         << good.with(subHeader, 7).bytes() << true << QStringList(at("-record-count", 140));
+    QTest::newRow("too many counted, but the end is there")
+        << good.with(subHeader, 2147483647).bytes() << true
+        << QStringList(at("-record-count", 140));
+    const auto endTime = &irsdk_diskSubHeader::sessionEndTime;
+    for (const double time : {0.0, 1e6, double(qQNaN()), -qInf()})
+        QTest::addRow("end time %g", time)
+            << good.with(endTime, time).bytes() << true << QStringList(at("-end-time", 128));
+    QTest::newRow("zeros for records at the end")
+        << bytes.chopped(3 * size) + QByteArray(3 * size, '\0') << true
+        << QStringList(at("+empty-records", records + 17 * size, "3 of 20 records"));
+    QTest::newRow("zeros for records in between")
+        << bytes.chopped(3 * size) + QByteArray(2 * size, '\0') + bytes.right(size) << true
+        << QStringList(
+               {at("-time-gap", records + 19 * size), at("-time-return", records + 17 * size)});
     QTest::newRow("garbage at the end") << bytes + QByteArray(size - 1, 'x') << true
                                         << QStringList(at("-records", records + 20 * size));
     QTest::newRow("no records") << Recording().bytes() << true
@@ -132,8 +149,7 @@ void tst_RecordingInspection::finds_data()
     QTest::newRow("no record size") << good.with(&irsdk_header::bufLen, 0).bytes() << true
                                     << QStringList(at("+records", 36, "all records"));
     QTest::newRow("records in front of the file")
-        << good.withRecordsAt(-1).bytes() << true
-        << QStringList("+records @byte -1 lost all records");
+        << good.withRecordsAt(-1).bytes() << true << QStringList(at("+records", 52, "all records"));
     QTest::newRow("records behind the file")
         << good.withRecordsAt(1 << 30).bytes() << true
         << QStringList(at("+records", 1 << 30, "20 of 20 records"));
@@ -240,8 +256,12 @@ void tst_RecordingInspection::sectionsThatOverlap()
     QFETCH(QString, text);
     QStringList texts;
     for (const Finding &finding : inspected(bytes).findings()) {
-        if (finding.kind == QLatin1String("overlap"))
-            texts.append(finding.text);
+        if (finding.kind != QLatin1String("overlap"))
+            continue;
+        texts.append(finding.text);
+        // Only what lies in records is lost.
+        QCOMPARE(finding.severity == Finding::Severity::Damage,
+                 finding.text.contains(QLatin1String("the records share")));
     }
     QVERIFY2(texts.contains(text), qPrintable(texts.join(QLatin1Char('\n'))));
 }

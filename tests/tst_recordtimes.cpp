@@ -20,22 +20,30 @@ private Q_SLOTS:
     void everySessionHasItsClock();
     void rateThatIsNone_data();
     void rateThatIsNone();
+    void rateThatDoesNotFit_data();
+    void rateThatDoesNotFit();
+    void endsAtTheTimeOfTheLastRecord();
     void unknownTime_data();
     void unknownTime();
 };
 
 namespace {
 
-QVector<Finding> watched(const Recording &recording)
+RecordTimes timesOf(const Recording &recording)
 {
     const irsdk_header header = recording.header();
     const QVector<irsdk_varHeader> table = recording.variableTable();
     RecordTimes times(header, table.constData());
     const QByteArray bytes = recording.bytes();
-    for (int record = 0; times.isKnown() && record < recording.recordCount(); ++record)
+    for (int record = 0; record < recording.recordCount(); ++record)
         times.add(bytes.constData() + header.varBuf[0].bufOffset + record * header.bufLen);
+    return times;
+}
+
+QVector<Finding> watched(const Recording &recording)
+{
     FindingList findings;
-    times.report(&findings);
+    timesOf(recording).report(&findings);
     return findings.findings();
 }
 
@@ -51,7 +59,11 @@ void tst_RecordTimes::finds_data()
     QTest::newRow("one") << QVector<double>{5} << QStringList();
     QTest::newRow("even") << QVector<double>{5, 5.1, 5.2, 5.3} << QStringList();
     QTest::newRow("a little late") << QVector<double>{5, 5.14, 5.2} << QStringList();
-    QTest::newRow("standing still") << QVector<double>{5, 5, 5} << QStringList();
+    QTest::newRow("standing still for a while") << QVector<double>{5, 5, 5, 5.1} << QStringList();
+    QTest::newRow("standing still")
+        << QVector<double>{5, 5, 5}
+        << QStringList("the time stands still between record 1, at 5 s, and the next one, at 5 s; "
+                       "so it is in 2 places");
     QTest::newRow("gap")
         << QVector<double>{5, 5.1, 9, 9.1}
         << QStringList("38 ticks are missing between record 2, at 5.1 s, and the next one, at 9 s");
@@ -66,7 +78,12 @@ void tst_RecordTimes::finds_data()
         << QVector<double>{5, 5.1, 4, 4.1}
         << QStringList("the time runs backwards between record 2, at 5.1 s, and the next one, at 4 "
                        "s");
-    QTest::newRow("not a number") << QVector<double>{5, nan, 9} << QStringList();
+    QTest::newRow("not a number") << QVector<double>{
+        5, nan, 9,
+        9.1} << QStringList("1 of 4 records have no time that can be one, first record 2");
+    QTest::newRow("times of no session")
+        << QVector<double>{5, 5.1, 1e300, -1e10, 5.2}
+        << QStringList("2 of 5 records have no time that can be one, first record 3");
 }
 
 void tst_RecordTimes::finds()
@@ -132,6 +149,58 @@ void tst_RecordTimes::rateThatIsNone()
     QCOMPARE(found, texts);
 }
 
+void tst_RecordTimes::rateThatDoesNotFit_data()
+{
+    QTest::addColumn<int>("rate");
+    QTest::addColumn<int>("records");
+    QTest::addColumn<QStringList>("texts");
+    QTest::newRow("fits") << 10 << 20 << QStringList();
+    QTest::newRow("fits nearly") << 13 << 20 << QStringList();
+    QTest::newRow("too high")
+        << 60 << 20
+        << QStringList("60 ticks a second do not fit the records, which are 0.1 s apart");
+    QTest::newRow("too low")
+        << 1 << 20 << QStringList("1 ticks a second do not fit the records, which are 0.1 s apart");
+    QTest::newRow("too high, of few records")
+        << 60 << 3
+        << QStringList("5 ticks are missing between record 1, at 0 s, and the next one, at 0.1 s; "
+                       "so it is in 2 places, 0.2 s in all");
+}
+
+void tst_RecordTimes::rateThatDoesNotFit()
+{
+    QFETCH(int, rate);
+    QFETCH(int, records);
+    QFETCH(QStringList, texts);
+
+    Recording recording;
+    recording.tickRate(rate);
+    for (int i = 0; i < records; ++i)
+        recording.set("SessionTime", 0.1 * i).ticks(1);
+    QStringList found;
+    for (const Finding &finding : watched(recording))
+        found.append(finding.text);
+    QCOMPARE(found, texts);
+}
+
+void tst_RecordTimes::endsAtTheTimeOfTheLastRecord()
+{
+    Recording recording;
+    QVERIFY(!timesOf(recording).endsAt(0));
+    recording.tickRate(10).set("SessionTime", 7.0).ticks(1).set("SessionTime", 8.0).ticks(1);
+    const RecordTimes times = timesOf(recording);
+    QCOMPARE(times.last(), 8.0);
+    QVERIFY(times.endsAt(8.0));
+    QVERIFY(times.endsAt(8.1));
+    QVERIFY(!times.endsAt(8.2));
+    QVERIFY(!times.endsAt(7.0));
+    QVERIFY(!times.endsAt(std::numeric_limits<double>::quiet_NaN()));
+
+    const RecordTimes withoutRate = timesOf(recording.with(&irsdk_header::tickRate, 0));
+    QVERIFY(withoutRate.endsAt(8.0));
+    QVERIFY(!withoutRate.endsAt(8.2));
+}
+
 void tst_RecordTimes::unknownTime_data()
 {
     QTest::addColumn<Recording>("recording");
@@ -151,7 +220,10 @@ void tst_RecordTimes::unknownTime()
 {
     QFETCH(Recording, recording);
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    QVERIFY(!RecordTimes(recording.header(), table.constData()).isKnown());
+    RecordTimes times(recording.header(), table.constData());
+    QVERIFY(!times.isKnown());
+    times.add(nullptr);
+    QVERIFY(!times.endsAt(0));
 }
 
 QTEST_GUILESS_MAIN(tst_RecordTimes)

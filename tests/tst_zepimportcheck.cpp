@@ -1,5 +1,6 @@
 // `zepimport check` over a folder of recordings, most of them damaged.
 
+#include "fuzz/hostile.h"
 #include "tests/hosttest/racesheet.h"
 #include "tests/hosttest/zepimportprocess.h"
 #include "tools/recording.h"
@@ -97,6 +98,8 @@ private Q_SLOTS:
     void jsonSaysTheSame();
     void otherFormats();
     void demoIsFine();
+    void saysWhyNothingIsLeft_data();
+    void saysWhyNothingIsLeft();
 
 private:
     Outcome run(const QStringList &arguments) const;
@@ -250,6 +253,44 @@ void tst_ZepimportCheck::demoIsFine()
         QVERIFY2(outcome.output.startsWith(QString(demo % QLatin1String(": fine, "))),
                  qPrintable(outcome.output));
     }
+}
+
+void tst_ZepimportCheck::saysWhyNothingIsLeft_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<int>("exitCode");
+
+    Recording parked;
+    parked.sessionInfo(Recording::plainSessionInfo()).set("LapDistPct", 0.5);
+    QTest::newRow("never driven")
+        << parked.ticks(10).bytes()
+        << QStringLiteral("odd.ibt: complete with remarks, 1 lap\n"
+                          "  the car never drives out of the pits, so the only lap is empty\n")
+        << 0;
+    QTest::newRow("out of proportion")
+        << hostileKind("a lap every other tick").make(3 * 1024 * 1024)
+        << QStringLiteral("odd.ibt: damaged, lost: everything\n") << 1;
+    QTest::newRow("zeros") << QByteArray(5000, '\0') << QStringLiteral("odd.ibt: not a recording\n")
+                           << 1;
+}
+
+void tst_ZepimportCheck::saysWhyNothingIsLeft()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(QString, output);
+    QFETCH(int, exitCode);
+
+    QFile file(m_dir.filePath(QStringLiteral("odd.ibt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(bytes), qint64(bytes.size()));
+    file.close();
+    const Outcome outcome = run({"odd.ibt"});
+    QCOMPARE(outcome.exitCode, exitCode);
+    QVERIFY2(outcome.output.startsWith(output), qPrintable(outcome.output));
+    QCOMPARE(outcome.output.contains(QLatin1String(
+                 "its laps would take more than 256 MB and more than 64 bytes for each byte")),
+             output.contains(QLatin1String("everything")));
 }
 
 QTEST_GUILESS_MAIN(tst_ZepimportCheck)
