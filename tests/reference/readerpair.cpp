@@ -176,7 +176,7 @@ void ReaderPair::getRawData()
     QByteArray record;
     if (m_recording.recordCount() > 0)
         record = m_recording.record(m_nextRecord++ % m_recording.recordCount());
-    record.resize(qMax(table.header.bufLen, 0));
+    record = record.leftJustified(qMax(table.header.bufLen, 0), '\0', true);
     m_product.getRawData(&table.header, table.variables.constData(), record.data());
     m_expected.getRawData(&table.header, table.variables.constData(), record.constData());
 }
