@@ -1,6 +1,7 @@
 #include "host/sessioninfoinspection.h"
 
 #include "host/findinglist.h"
+#include "host/sessionlevels.h"
 #include "host/sessionline.h"
 #include "yaml/yamltree.h"
 
@@ -103,17 +104,8 @@ public:
     void run();
 
 private:
-    /// A section or list item that later lines belong to.
-    struct Level {
-        int column;
-        bool isItem;
-        QString name;
-        const TStringTree *node; ///< null if the tree has none
-    };
-
     void read(const QString &text);
-    void leaveLevels(const SessionLine &line);
-    int expectedColumn(const SessionLine &line) const;
+    void enter(const SessionLine &line);
     bool isFound(const SessionLine &line) const;
     bool leadsToDriver(const SessionLine &line) const;
     void lose(const SessionLine &line);
@@ -133,10 +125,11 @@ private:
     const char *m_lineBegin; ///< of the line being read
     int m_number = 1;
     QString m_line;
-    QVector<Level> m_levels;
+    SessionLevels m_levels;
     QString m_playersCar; ///< as the text means it
     bool m_isOpen = false; ///< the line in front was a section or an item
     Cause m_opener; ///< that line
+    Cause m_front; ///< the entry in front
     std::optional<Cause> m_suspect; ///< odd, but nothing has been lost since
     std::optional<Cause> m_cause; ///< of what is being lost
 };
@@ -198,21 +191,8 @@ void Inspection::read(const QString &text)
         return;
     }
 
-    if (m_isOpen) {
-        const Level &opener = m_levels.last();
-        const bool isInside = line.column > opener.column
-            || (line.column == opener.column && line.kind == Kind::Item && !opener.isItem);
-        if (!isInside)
-            m_suspect = m_opener;
-    }
-    leaveLevels(line);
-    if (line.column != expectedColumn(line))
-        m_suspect = causeHere("text-indentation",
-                              QStringLiteral("is indented by %1 blanks instead of %2")
-                                  .arg(line.column)
-                                  .arg(expectedColumn(line)));
-
-    if (m_levels.size() == 1 && m_levels.first().name == QLatin1String("DriverInfo")
+    enter(line);
+    if (m_levels.size() == 1 && m_levels.at(0).name == QLatin1String("DriverInfo")
         && line.name == QLatin1String("DriverCarIdx"))
         m_playersCar = line.value;
     if (isFound(line)) {
@@ -222,38 +202,41 @@ void Inspection::read(const QString &text)
         lose(line);
     }
 
+    m_front = causeHere("text-indentation", QString());
     m_isOpen = line.kind != Kind::Value;
     if (!m_isOpen)
         return;
     const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
     const bool isItem = line.kind == Kind::Item;
-    m_levels.append({line.column, isItem, line.name, parent ? parent->sub(line.name) : nullptr});
+    m_levels.open(line, parent ? parent->sub(line.name) : nullptr);
     m_opener =
         causeHere(isItem ? "text-short-item" : "text-empty-section",
                   isItem ? QStringLiteral("is all of its list item, so what follows lies inside it")
                          : QStringLiteral("holds nothing, so what follows lies inside it"));
 }
 
-/// Leaves the sections and items that \a line does not belong to.
-void Inspection::leaveLevels(const SessionLine &line)
+/// Goes to the section or item that \a line belongs to, and suspects what is odd on the way.
+void Inspection::enter(const SessionLine &line)
 {
-    const auto isOver = [&line](const Level &level) {
-        if (level.column != line.column)
-            return level.column > line.column;
-        return line.kind != Kind::Item || level.isItem;
-    };
-    while (!m_levels.isEmpty() && isOver(m_levels.last()))
-        m_levels.removeLast();
-}
-
-int Inspection::expectedColumn(const SessionLine &line) const
-{
-    if (m_levels.isEmpty())
-        return 0;
-    const Level &level = m_levels.last();
-    if (level.isItem)
-        return level.column + 2;
-    return line.kind == Kind::Item ? level.column : level.column + 1;
+    if (m_isOpen && !m_levels.holds(line))
+        m_suspect = m_opener;
+    switch (m_levels.enter(line)) {
+    case SessionLevels::Place::Expected:
+        break;
+    case SessionLevels::Place::Odd:
+        m_suspect = causeHere("text-indentation",
+                              QStringLiteral("is indented by %1 blanks instead of %2")
+                                  .arg(line.column)
+                                  .arg(m_levels.expectedColumn(line)));
+        break;
+    case SessionLevels::Place::Resumed:
+        m_suspect = m_front;
+        m_suspect->text = QStringLiteral("is indented by %1 and the next line by %2 blanks; if it "
+                                         "belongs to the line in front, that one is cut")
+                              .arg(SessionLine(m_front.line).column)
+                              .arg(line.column);
+        break;
+    }
 }
 
 bool Inspection::isFound(const SessionLine &line) const
@@ -275,7 +258,7 @@ bool Inspection::leadsToDriver(const SessionLine &line) const
     };
     if (m_levels.isEmpty())
         return line.kind == Kind::Section && line.name == QLatin1String("DriverInfo");
-    if (m_levels.first().name != QLatin1String("DriverInfo"))
+    if (m_levels.at(0).name != QLatin1String("DriverInfo"))
         return false;
     if (m_levels.size() == 1)
         return line.name == QLatin1String("DriverCarIdx") || line.name == QLatin1String("Drivers");

@@ -77,6 +77,12 @@ void tst_SessionInfoInspection::findsNothing_data()
     QTest::newRow("comment where it costs nothing") << with("\n\n...", "\n# end\n\n...");
     QTest::newRow("empty list where it costs nothing")
         << with("\n\n...", "\n\nRadioInfo:\n Radios:\n...");
+    QTest::newRow("list items indented further than their section") << with(
+        "DriverInfo:", "Results:\n - Position: 1\n   CarIdx: 0\n - Position: 2\nDriverInfo:");
+    QTest::newRow("section indented by three blanks")
+        << with("DriverInfo:", "Results:\n   CarIdx: 0\nDriverInfo:");
+    QTest::newRow("indented too far where it costs nothing")
+        << with("   CarScreenName", "      CarScreenName");
     QTest::newRow("empty list in front of another key")
         << with("   SessionType: Practice\n",
                 "   SessionType: Practice\n   Positions:\n   Fastest:\n   - CarIdx: 255\n"
@@ -121,6 +127,28 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << withDriver("Ann\nBee")
         << QStringList("-text-no-entry 22: is no entry; if it belongs to the line in front, that "
                        "one is cut; 2 entries behind it are lost: TeamName, CarScreenName");
+    const QString cut = QStringLiteral("if it belongs to the line in front, that one is cut");
+    QTest::newRow("line break in front of a colon")
+        << with("Test Team", "Mill\nrace: x")
+        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 blanks; "
+                       + cut + "; the entry behind it is lost: CarScreenName");
+    QTest::newRow("line break and a blank in front of a colon")
+        << with("Test Team", "Mill\n race: x")
+        << QStringList("-text-indentation 23: is indented by 1 and the next line by 3 blanks; "
+                       + cut + "; the entry behind it is lost: CarScreenName");
+    QTest::newRow("two line breaks in front of colons")
+        << with("Test Team", "Mill\n race: x\nand: y")
+        << QStringList("-text-indentation 24: is indented by 0 and the next line by 3 blanks; "
+                       + cut + "; the entry behind it is lost: CarScreenName");
+    QTest::newRow("line break in front of a colon in the track's name")
+        << with("Test Field", "Test\nField: A")
+        << QStringList("-text-indentation 6: is indented by 0 and the next line by 1 blanks; " + cut
+                       + "; 2 entries behind it are lost: SessionID, SubSessionID");
+    QTest::newRow("line break in front of a colon in front of the drivers")
+        << with("40.000", "40\n000: x")
+        << QStringList(
+               "+text-indentation 18: is indented by 0 and the next line by 1 blanks; " + cut
+               + "; 6 entries behind it are lost: DriverCarMaxFuelPct, Drivers, 0, ..." + noDriver);
     QTest::newRow("tab behind a colon")
         << with("UserName: Test", "UserName:\tTest")
         << QStringList("+text-tab 21: holds a tab where a blank belongs; it is lost; 2 entries "
