@@ -1,6 +1,7 @@
 #include "host/sessioninfoinspection.h"
 
 #include "host/findinglist.h"
+#include "host/playersdriver.h"
 #include "host/sessionlevels.h"
 #include "host/sessionline.h"
 #include "yaml/yamltree.h"
@@ -14,31 +15,6 @@ namespace {
 
 using Kind = SessionLine::Kind;
 using Oddity = SessionLine::Oddity;
-
-constexpr int Cars = 64;
-
-/// Why nobody is found in the player's car; empty if somebody is.
-QString missingDriver(const TYamlTree &tree)
-{
-    const TStringTree *driverInfo = tree.sub(QStringLiteral("DriverInfo"));
-    if (!driverInfo)
-        return QStringLiteral("there is no DriverInfo");
-    const QString number = driverInfo->value(QStringLiteral("DriverCarIdx"));
-    if (number.isNull())
-        return QStringLiteral("DriverInfo has no DriverCarIdx");
-    bool isNumber = false;
-    const int car = number.toInt(&isNumber);
-    if (!isNumber || car < 0 || car >= Cars)
-        return QLatin1String("DriverCarIdx is ") % quotedLine(number)
-            % QStringLiteral(", which is no car (0 to %1)").arg(Cars - 1);
-    const TStringTree *driver =
-        driverInfo->pathSub(QLatin1String("Drivers/") % QString::number(car));
-    if (!driver)
-        return QStringLiteral("the list of drivers has no car %1").arg(car);
-    if (driver->value(QStringLiteral("UserName")).isEmpty())
-        return QStringLiteral("the driver of car %1 has no UserName").arg(car);
-    return QString();
-}
 
 /// One line of the text, and what it costs.
 struct Cause {
@@ -107,26 +83,24 @@ private:
     void read(const QString &text);
     void enter(const SessionLine &line);
     bool isFound(const SessionLine &line) const;
-    bool leadsToDriver(const SessionLine &line) const;
     void lose(const SessionLine &line);
+    qint64 offsetHere() const { return m_offset + (m_lineBegin - m_text); }
     Cause causeHere(const char *kind, const QString &text) const;
     void blame(const Cause &cause);
     void report();
     void reportText(const char *kind, const QString &text);
-    void reportMissingDriver();
 
     const char *m_text;
     qint64 m_offset;
     FindingList *m_findings;
     TYamlTree m_tree;
-    QString m_missingDriver;
+    PlayersDriver m_driver;
     bool m_isDriverExplained = false;
 
     const char *m_lineBegin; ///< of the line being read
     int m_number = 1;
     QString m_line;
     SessionLevels m_levels;
-    QString m_playersCar; ///< as the text means it
     bool m_isOpen = false; ///< the line in front was a section or an item
     Cause m_opener; ///< that line
     Cause m_front; ///< the entry in front
@@ -138,7 +112,7 @@ Inspection::Inspection(const char *text, qint64 offset, FindingList *findings)
     : m_text(text), m_offset(offset), m_findings(findings), m_lineBegin(text)
 {
     m_tree.setYaml(text);
-    m_missingDriver = missingDriver(m_tree);
+    m_driver.find(m_tree);
 }
 
 void Inspection::run()
@@ -173,11 +147,16 @@ void Inspection::run()
     if (!hasEnded) {
         m_line = QString::fromLatin1(m_lineBegin);
         const SessionLine line(m_line);
-        if (line.kind != Kind::Blank && line.kind != Kind::End)
-            reportText("text-last-line",
-                       QStringLiteral("has no line feed behind it and is not read"));
+        if (line.kind != Kind::Blank && line.kind != Kind::End) {
+            blame(causeHere("text-last-line",
+                            QStringLiteral("has no line feed behind it and is not read")));
+            m_levels.enter(line);
+            m_cause->losesDriver = m_driver.needs(m_levels, line);
+            report();
+        }
     }
-    reportMissingDriver();
+    if (m_driver.isMissing() && !m_isDriverExplained)
+        m_findings->add(m_driver.finding(m_offset));
 }
 
 void Inspection::read(const QString &text)
@@ -192,9 +171,7 @@ void Inspection::read(const QString &text)
     }
 
     enter(line);
-    if (m_levels.size() == 1 && m_levels.at(0).name == QLatin1String("DriverInfo")
-        && line.name == QLatin1String("DriverCarIdx"))
-        m_playersCar = line.value;
+    m_driver.read(m_levels, line, m_number, offsetHere());
     if (isFound(line)) {
         report();
         m_suspect.reset();
@@ -206,13 +183,14 @@ void Inspection::read(const QString &text)
     m_isOpen = line.kind != Kind::Value;
     if (!m_isOpen)
         return;
-    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
     const bool isItem = line.kind == Kind::Item;
-    m_levels.open(line, parent ? parent->sub(line.name) : nullptr);
     m_opener =
         causeHere(isItem ? "text-short-item" : "text-empty-section",
                   isItem ? QStringLiteral("is all of its list item, so what follows lies inside it")
                          : QStringLiteral("holds nothing, so what follows lies inside it"));
+    m_opener.losesDriver = m_driver.needs(m_levels, line);
+    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
+    m_levels.open(line, parent ? parent->sub(line.name) : nullptr);
 }
 
 /// Goes to the section or item that \a line belongs to, and suspects what is odd on the way.
@@ -250,26 +228,6 @@ bool Inspection::isFound(const SessionLine &line) const
     return !value.isNull() && value == line.value;
 }
 
-/// Whether the driver in the player's car cannot be found without \a line.
-bool Inspection::leadsToDriver(const SessionLine &line) const
-{
-    const auto isPlayers = [this](const QString &car) {
-        return m_playersCar.isEmpty() || car == m_playersCar;
-    };
-    if (m_levels.isEmpty())
-        return line.kind == Kind::Section && line.name == QLatin1String("DriverInfo");
-    if (m_levels.at(0).name != QLatin1String("DriverInfo"))
-        return false;
-    if (m_levels.size() == 1)
-        return line.name == QLatin1String("DriverCarIdx") || line.name == QLatin1String("Drivers");
-    if (m_levels.at(1).name != QLatin1String("Drivers"))
-        return false;
-    if (m_levels.size() == 2)
-        return line.kind == Kind::Item && isPlayers(line.name);
-    return m_levels.size() == 3 && line.name == QLatin1String("UserName")
-        && isPlayers(m_levels.at(2).name);
-}
-
 /// The tree does not have \a line where it belongs: finds whose fault that is.
 void Inspection::lose(const SessionLine &line)
 {
@@ -296,7 +254,7 @@ void Inspection::lose(const SessionLine &line)
             m_cause->losesItself = true;
         }
     }
-    if (leadsToDriver(line))
+    if (m_driver.needs(m_levels, line))
         m_cause->losesDriver = true;
 }
 
@@ -304,7 +262,7 @@ Cause Inspection::causeHere(const char *kind, const QString &text) const
 {
     Cause cause;
     cause.number = m_number;
-    cause.offset = m_offset + (m_lineBegin - m_text);
+    cause.offset = offsetHere();
     cause.line = m_line;
     cause.kind = kind;
     cause.text = text;
@@ -339,11 +297,9 @@ void Inspection::report()
                                  QLatin1String(isOne ? "is" : "are"))
             % m_cause->names.join(QLatin1String(", ")) % QLatin1String(isMore ? ", ..." : "");
     }
-    if (m_cause->losesDriver && !m_missingDriver.isEmpty() && !m_isDriverExplained) {
+    if (m_cause->losesDriver && m_driver.isMissing() && !m_isDriverExplained) {
         m_isDriverExplained = true;
-        finding.severity = Finding::Severity::Damage;
-        finding.lost = QStringLiteral("all laps");
-        finding.text += QLatin1String("; so nobody is in the player's car and no lap is followed");
+        PlayersDriver::addLoss(&finding);
     }
     m_findings->add(finding);
     m_cause.reset();
@@ -354,20 +310,6 @@ void Inspection::reportText(const char *kind, const QString &text)
 {
     blame(causeHere(kind, text));
     report();
-}
-
-void Inspection::reportMissingDriver()
-{
-    if (m_missingDriver.isEmpty() || m_isDriverExplained)
-        return;
-    Finding finding;
-    finding.severity = Finding::Severity::Damage;
-    finding.kind = QStringLiteral("no-driver");
-    finding.offset = m_offset;
-    finding.lost = QStringLiteral("all laps");
-    finding.text = m_missingDriver
-        % QLatin1String("; so nobody is in the player's car and no lap is followed");
-    m_findings->add(finding);
 }
 
 } // namespace

@@ -149,6 +149,27 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << QStringList(
                "+text-indentation 18: is indented by 0 and the next line by 1 blanks; " + cut
                + "; 6 entries behind it are lost: DriverCarMaxFuelPct, Drivers, 0, ..." + noDriver);
+    QTest::newRow("no blank behind the colon of the driver's name")
+        << with("UserName: Test Driver", "UserName:")
+        << QStringList("+text-empty-section 21: holds nothing, so what follows lies inside it; 2 "
+                       "entries behind it are lost: TeamName, CarScreenName"
+                       + noDriver);
+    for (const char *number : {"00", "0 ", " 0"})
+        QTest::addRow("separator in the driver's name, player's car '%s'", number)
+            << withDriver("Ann: Bee")
+                   .replace("DriverCarIdx: 0", QByteArray("DriverCarIdx: ") + number)
+            << QStringList(
+                   "+text-separators 21: holds \": \" more than once; it is lost; 2 entries "
+                   "behind it are lost: TeamName, CarScreenName"
+                   + noDriver);
+    QTest::newRow("another driver twice in front of the player's car")
+        << QByteArray("---\nDriverInfo:\n Drivers:\n - CarIdx: 0\n   UserName: A\n   UserName: B\n"
+                      " DriverCarIdx: 2\n...\n")
+        << QStringList({"-text-repeated 5: is replaced by a later entry of the same name",
+                        "+no-driver 7: the list of drivers has no car 2" + noDriver});
+    QTest::newRow("no line feed behind the driver's name")
+        << plain.left(plain.indexOf("\n   TeamName"))
+        << QStringList("+text-last-line 21: has no line feed behind it and is not read" + noDriver);
     QTest::newRow("tab behind a colon")
         << with("UserName: Test", "UserName:\tTest")
         << QStringList("+text-tab 21: holds a tab where a blank belongs; it is lost; 2 entries "
@@ -202,33 +223,36 @@ void tst_SessionInfoInspection::namesTheLine()
 void tst_SessionInfoInspection::nobodyInThePlayersCar_data()
 {
     QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("line");
     QTest::addColumn<QString>("reason");
     const QByteArray plain = Recording::plainSessionInfo();
-    QTest::newRow("empty") << QByteArray() << "there is no DriverInfo";
-    QTest::newRow("first line only") << QByteArray("---\n") << "there is no DriverInfo";
+    QTest::newRow("empty") << QByteArray() << 0 << "there is no DriverInfo";
+    QTest::newRow("first line only") << QByteArray("---\n") << 0 << "there is no DriverInfo";
     QTest::newRow("no player's car")
-        << with(" DriverCarIdx: 0\n", "") << "DriverInfo has no DriverCarIdx";
-    for (const char *index : {"", "-1", "64", "2147483648", "0.0", "%1"})
+        << with(" DriverCarIdx: 0\n", "") << 0 << "DriverInfo has no DriverCarIdx";
+    for (const char *index : {"", "three", "-1", "64", "2147483648", "0.0", "%1"})
         QTest::addRow("player's car %s", index)
-            << with("DriverCarIdx: 0", QByteArray("DriverCarIdx: ") + index)
+            << with("DriverCarIdx: 0", QByteArray("DriverCarIdx: ") + index) << 15
             << QStringLiteral("DriverCarIdx is \"%1\", which is no car (0 to 63)")
                    .arg(QLatin1String(index));
     QTest::newRow("another player's car")
-        << with("DriverCarIdx: 0", "DriverCarIdx: 1") << "the list of drivers has no car 1";
+        << with("DriverCarIdx: 0", "DriverCarIdx: 1") << 15 << "the list of drivers has no car 1";
     QTest::newRow("empty list of drivers") << plain.left(plain.indexOf(" - CarIdx")) + "\n...\n"
-                                           << "the list of drivers has no car 0";
-    QTest::newRow("no name") << with("   UserName: Test Driver\n", "")
+                                           << 15 << "the list of drivers has no car 0";
+    QTest::newRow("no name") << with("   UserName: Test Driver\n", "") << 20
                              << "the driver of car 0 has no UserName";
-    QTest::newRow("empty name") << withDriver("") << "the driver of car 0 has no UserName";
+    QTest::newRow("empty name") << withDriver("") << 21 << "the driver of car 0 has no UserName";
 }
 
 void tst_SessionInfoInspection::nobodyInThePlayersCar()
 {
     QFETCH(QByteArray, text);
+    QFETCH(int, line);
     QFETCH(QString, reason);
     const QVector<Finding> findings = inspected(text);
     QCOMPARE(findings.size(), 1);
     const Finding &finding = findings.constFirst();
+    QCOMPARE(finding.line, line);
     QCOMPARE(finding.kind, QStringLiteral("no-driver"));
     QCOMPARE(finding.lost, QStringLiteral("all laps"));
     QCOMPARE(finding.text, QString(reason % noDriver));

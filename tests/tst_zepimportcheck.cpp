@@ -198,13 +198,13 @@ void tst_ZepimportCheck::jsonSaysTheSame()
             % file[QLatin1String("summary")].toString() % QLatin1Char('\n');
         for (const QJsonValue &finding : file[QLatin1String("findings")].toArray()) {
             const int line = finding[QLatin1String("line")].toInt();
+            const QString quote = finding[QLatin1String("quote")].toString();
             const QString variable = finding[QLatin1String("variable")].toString();
             const QJsonValue offset = finding[QLatin1String("offset")];
             text += QLatin1String("  ");
             if (line > 0)
-                text += QStringLiteral("session info, line %1: %2 ")
-                            .arg(line)
-                            .arg(finding[QLatin1String("quote")].toString());
+                text += QStringLiteral("session info, line %1: ").arg(line)
+                    % (quote.isEmpty() ? QString() : QString(quote % QLatin1Char(' ')));
             else if (!variable.isEmpty())
                 text += QStringLiteral("variable %1: ").arg(variable);
             else if (!offset.isNull())
