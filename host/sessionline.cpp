@@ -38,7 +38,7 @@ SessionLine::SessionLine(const QString &text)
     }
 
     const QString content = line.mid(column);
-    const bool hasDash = content.startsWith(QLatin1String("- "));
+    const bool hasDash = content.startsWith(QLatin1Char('-')); // a blank behind it may be missing
     int keyEnd = content.indexOf(separator);
     const int tabbed = content.indexOf(QLatin1String(":\t"));
     if (keyEnd < 0 && tabbed > 0) {
@@ -54,7 +54,8 @@ SessionLine::SessionLine(const QString &text)
         kind = hasDash ? Kind::Item : Kind::Value;
         value = content.mid(keyEnd + separator.size());
         name = withoutBlanks(hasDash ? value : content.left(keyEnd));
-    } else if (!hasDash && content.size() > 1 && content.endsWith(QLatin1Char(':'))) {
+    } else if (!content.startsWith(QLatin1String("- ")) && content.size() > 1
+               && content.endsWith(QLatin1Char(':'))) {
         kind = Kind::Section;
         name = withoutBlanks(content.chopped(1));
     } else {

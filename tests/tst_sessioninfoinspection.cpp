@@ -77,6 +77,7 @@ void tst_SessionInfoInspection::findsNothing_data()
     QTest::newRow("comment where it costs nothing") << with("\n\n...", "\n# end\n\n...");
     QTest::newRow("empty list where it costs nothing")
         << with("\n\n...", "\n\nRadioInfo:\n Radios:\n...");
+    QTest::newRow("no blank behind a dash") << with(" - CarIdx", " -CarIdx");
     QTest::newRow("list items indented further than their section") << with(
         "DriverInfo:", "Results:\n - Position: 1\n   CarIdx: 0\n - Position: 2\nDriverInfo:");
     QTest::newRow("section indented by three blanks")
