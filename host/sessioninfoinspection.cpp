@@ -123,7 +123,7 @@ void Inspection::run()
         m_line = QString::fromLatin1(m_lineBegin, int(end - m_lineBegin));
         const SessionLine line(m_line);
         if (m_number == 1) {
-            if (line.kind != Kind::End) {
+            if (line.isEntry()) {
                 m_suspect = causeHere("text-first-line",
                                       QStringLiteral("is the first line, which is not read"));
                 read(m_line);
@@ -162,7 +162,7 @@ void Inspection::run()
 void Inspection::read(const QString &text)
 {
     const SessionLine line(text);
-    if (line.kind == Kind::Blank || line.kind == Kind::Other) {
+    if (!line.isEntry()) {
         if (line.oddity == Oddity::NoEntry)
             blame(causeHere(oddityKind(line.oddity), oddityText(line.oddity)));
         else if (line.oddity != Oddity::None)

@@ -25,6 +25,11 @@ struct SessionLine {
 
     explicit SessionLine(const QString &text);
 
+    bool isEntry() const
+    {
+        return kind == Kind::Section || kind == Kind::Value || kind == Kind::Item;
+    }
+
     Kind kind = Kind::Other;
     Oddity oddity = Oddity::None;
     int column = 0; ///< of the key or the dash, from 0

@@ -77,6 +77,8 @@ void tst_SessionInfoInspection::findsNothing_data()
     QTest::newRow("comment where it costs nothing") << with("\n\n...", "\n# end\n\n...");
     QTest::newRow("empty list where it costs nothing")
         << with("\n\n...", "\n\nRadioInfo:\n Radios:\n...");
+    QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + Recording::plainSessionInfo();
+    QTest::newRow("comment in the first line") << "# iron" + Recording::plainSessionInfo().mid(3);
     QTest::newRow("no blank behind a dash") << with(" - CarIdx", " -CarIdx");
     QTest::newRow("list items indented further than their section") << with(
         "DriverInfo:", "Results:\n - Position: 1\n   CarIdx: 0\n - Position: 2\nDriverInfo:");
@@ -202,6 +204,10 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << QStringList("-text-last-line 23: has no line feed behind it and is not read");
     QTest::newRow("no first line")
         << plain.mid(4)
+        << QStringList("-text-first-line 1: is the first line, which is not read; it is lost; 5 "
+                       "entries behind it are lost: TrackName, TrackLength, TrackDisplayName, ...");
+    QTest::newRow("byte-order mark instead of the first line")
+        << "\xef\xbb\xbf" + plain.mid(4)
         << QStringList("-text-first-line 1: is the first line, which is not read; it is lost; 5 "
                        "entries behind it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("a carriage return")

@@ -168,6 +168,12 @@ void tst_WildSessionInfo::lapsCarry_data()
         << with("\n\n...", "\n# end\n\n...") << driver << team << track;
     QTest::newRow("blanks behind values")
         << withDriver("Ann  ") << QStringLiteral("Ann  ") << team << track;
+    QTest::newRow("no blank behind a dash")
+        << with(" - CarIdx", " -CarIdx") << driver << team << track;
+    QTest::newRow("byte-order mark")
+        << "\xef\xbb\xbf" + Recording::plainSessionInfo() << driver << team << track;
+    QTest::newRow("line break in front of a colon in the team's name")
+        << with("Test Team", "Mill\nrace: x") << driver << QStringLiteral("Mill") << track;
     QTest::newRow("blanks in a key") << with("UserName", "User Name") << driver << team << track;
     QTest::newRow("no team") << with("   TeamName: Test Team\n", "") << driver << none << track;
     QTest::newRow("empty team") << with("Test Team", "") << driver << QStringLiteral("") << track;
