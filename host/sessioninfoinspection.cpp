@@ -105,6 +105,8 @@ private:
     Cause m_opener; ///< that line
     Cause m_front; ///< the entry in front
     std::optional<Cause> m_suspect; ///< odd, but nothing has been lost since
+    std::optional<Cause> m_indented; ///< oddly, which costs nothing until it ends
+    int m_indentedColumn = 0; ///< of that line
     std::optional<Cause> m_cause; ///< of what is being lost
 };
 
@@ -175,6 +177,8 @@ void Inspection::read(const QString &text)
     if (isFound(line)) {
         report();
         m_suspect.reset();
+        if (line.column < m_indentedColumn)
+            m_indented.reset();
     } else {
         lose(line);
     }
@@ -206,6 +210,10 @@ void Inspection::enter(const SessionLine &line)
                               QStringLiteral("is indented by %1 blanks instead of %2")
                                   .arg(line.column)
                                   .arg(m_levels.expectedColumn(line)));
+        if (!m_indented) {
+            m_indented = m_suspect;
+            m_indentedColumn = line.column;
+        }
         break;
     case SessionLevels::Place::Resumed:
         m_suspect = m_front;
@@ -242,8 +250,9 @@ void Inspection::lose(const SessionLine &line)
                         QStringLiteral("is replaced by a later entry of the same name")));
     } else {
         if (!m_cause) {
-            blame(
-                m_suspect.value_or(causeHere(oddityKind(Oddity::None), oddityText(Oddity::None))));
+            const Cause here = causeHere(oddityKind(Oddity::None), oddityText(Oddity::None));
+            blame(m_suspect.value_or(m_indented.value_or(here)));
+            m_indented.reset();
             m_suspect.reset();
         }
         constexpr int MostNames = 3;

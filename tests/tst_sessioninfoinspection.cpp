@@ -214,6 +214,22 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << with("Test Team", "Test Team\r")
         << QStringList("-text-carriage-return 22: ends in a carriage return, which stays in the "
                        "name or value");
+    QTest::newRow("indented too far in front of another item")
+        << QByteArray("---\nSessionInfo:\n Sessions:\n - SessionNum: 0\n      SessionLaps: 1\n"
+                      "      SessionType: Race\n - SessionNum: 1\n   SessionType: Race\n"
+                      "DriverInfo:\n DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n   UserName: Ann\n"
+                      "...\n")
+        << QStringList(
+               "-text-indentation 5: is indented by 6 blanks instead of 3; 2 entries behind "
+               "it are lost: 1, SessionType");
+    QTest::newRow("one entry indented too far")
+        << with(" TrackLength", "   TrackLength")
+        << QStringList("-text-indentation 4: is indented by 3 blanks instead of 1; 3 entries "
+                       "behind it are lost: TrackDisplayName, SessionID, SubSessionID");
+    QTest::newRow("indented too far without a loss, and something else behind it")
+        << with(" SubSessionID", "   SubSessionID").replace("Test Team", "A: B")
+        << QStringList("-text-separators 22: holds \": \" more than once; it is lost; the "
+                       "entry behind it is lost: CarScreenName");
     QTest::newRow("two blanks a level")
         << QByteArray("---\nA:\n  B:\n    C: 1\n  D: 2\nDriverInfo:\n DriverCarIdx: 0\n Drivers:\n"
                       " - CarIdx: 0\n   UserName: Ann\n...\n")
