@@ -4,6 +4,7 @@
 #include "host/playersdriver.h"
 #include "host/sessionlevels.h"
 #include "host/sessionline.h"
+#include "yaml/yamllinereader.h"
 #include "yaml/yamltree.h"
 
 #include <QStringList>
@@ -80,20 +81,27 @@ public:
     void run();
 
 private:
-    void read(const QString &text);
+    void read(const SessionLine &line);
+    void readBehindEnd(const SessionLine &line);
+    void readLast(const SessionLine &line);
+    void passOver(const SessionLine &line);
+    void compare(const SessionLine &line);
+    bool isAtRoot(const SessionLine &line) const;
     void enter(const SessionLine &line);
     bool isFound(const SessionLine &line) const;
     void lose(const SessionLine &line);
     qint64 offsetHere() const { return m_offset + (m_lineBegin - m_text); }
     Cause causeHere(const char *kind, const QString &text) const;
+    Cause documentHere() const;
     void blame(const Cause &cause);
     void report();
-    void reportText(const char *kind, const QString &text);
 
     const char *m_text;
     qint64 m_offset;
     FindingList *m_findings;
     TYamlTree m_tree;
+    TYamlTree m_filed; ///< as far as the text has been read
+    YamlLineReader m_filer;
     PlayersDriver m_driver;
     bool m_isDriverExplained = false;
 
@@ -108,10 +116,13 @@ private:
     std::optional<Cause> m_indented; ///< oddly, which costs nothing until it ends
     int m_indentedColumn = 0; ///< of that line
     std::optional<Cause> m_cause; ///< of what is being lost
+    bool m_hasEnded = false; ///< a document, and no entry has come since
+    std::optional<Cause> m_document; ///< what comes behind that end
+    bool m_isUnread = false; ///< what follows, by the tree
 };
 
 Inspection::Inspection(const char *text, qint64 offset, FindingList *findings)
-    : m_text(text), m_offset(offset), m_findings(findings), m_lineBegin(text)
+    : m_text(text), m_offset(offset), m_findings(findings), m_filer(&m_filed), m_lineBegin(text)
 {
     m_tree.setYaml(text);
     m_driver.find(m_tree);
@@ -119,51 +130,95 @@ Inspection::Inspection(const char *text, qint64 offset, FindingList *findings)
 
 void Inspection::run()
 {
-    bool hasEnded = false;
     for (const char *end = std::strchr(m_lineBegin, '\n'); end;
          end = std::strchr(m_lineBegin, '\n')) {
         m_line = QString::fromLatin1(m_lineBegin, int(end - m_lineBegin));
-        const SessionLine line(m_line);
-        if (m_number == 1) {
-            if (line.isEntry()) {
-                m_suspect = causeHere("text-first-line",
-                                      QStringLiteral("is the first line, which is not read"));
-                read(m_line);
-            }
-        } else if (hasEnded) {
-            if (line.kind != Kind::Blank) {
-                reportText("text-document",
-                           QStringLiteral("is behind the end of the first document, which alone "
-                                          "counts"));
-                break;
-            }
-        } else if (line.kind == Kind::End) {
-            hasEnded = true;
-        } else {
-            read(m_line);
-        }
+        if (m_number > 1)
+            m_filer.read(m_line);
+        read(SessionLine(m_line));
         m_lineBegin = end + 1;
         ++m_number;
     }
     report();
-    if (!hasEnded) {
-        m_line = QString::fromLatin1(m_lineBegin);
-        const SessionLine line(m_line);
-        if (line.kind != Kind::Blank && line.kind != Kind::End) {
-            blame(causeHere("text-last-line",
-                            QStringLiteral("has no line feed behind it and is not read")));
-            m_levels.enter(line);
-            m_cause->losesDriver = m_driver.needs(m_levels, line);
-            report();
-        }
-    }
+    m_line = QString::fromLatin1(m_lineBegin);
+    readLast(SessionLine(m_line));
     if (m_driver.isMissing() && !m_isDriverExplained)
         m_findings->add(m_driver.finding(m_offset));
 }
 
-void Inspection::read(const QString &text)
+void Inspection::read(const SessionLine &line)
 {
-    const SessionLine line(text);
+    if (m_number == 1) {
+        if (!line.isEntry())
+            return;
+        m_suspect =
+            causeHere("text-first-line", QStringLiteral("is the first line, which is not read"));
+    }
+    if (m_isUnread) {
+        passOver(line);
+    } else if (line.kind == Kind::End) {
+        if (m_hasEnded && !m_document)
+            m_document = documentHere();
+        m_hasEnded = true;
+    } else if (m_hasEnded && line.kind != Kind::Blank) {
+        readBehindEnd(line);
+    } else {
+        compare(line);
+    }
+}
+
+/// The first entry behind the end of a document tells whether the tree files what follows at its
+/// root, where it belongs, or inside something.
+void Inspection::readBehindEnd(const SessionLine &line)
+{
+    if (!m_document)
+        m_document = documentHere();
+    if (!line.isEntry())
+        return;
+    m_hasEnded = false;
+    const bool isOutOfStep = m_cause || m_suspect || m_indented || m_isOpen;
+    if (isAtRoot(line) || (isOutOfStep && !m_tree.sub(line.name))) {
+        compare(line);
+    } else {
+        blame(*m_document);
+        m_isUnread = true;
+        passOver(line);
+    }
+    m_document.reset();
+}
+
+bool Inspection::isAtRoot(const SessionLine &line) const
+{
+    const TStringTree *node = m_filer.node();
+    const bool isStored = line.kind == Kind::Value && line.oddity == Oddity::None;
+    return (isStored ? node : node->parent()) == &m_filed;
+}
+
+/// Goes on behind \a line, which is not read, only to see whether the driver is lost.
+void Inspection::passOver(const SessionLine &line)
+{
+    if (!line.isEntry())
+        return;
+    m_levels.enter(line);
+    if (m_driver.needs(m_levels, line))
+        m_cause->losesDriver = true;
+    if (line.kind != Kind::Value)
+        m_levels.open(line, nullptr);
+}
+
+/// \a line has no line feed behind it.
+void Inspection::readLast(const SessionLine &line)
+{
+    if (line.kind == Kind::Blank || line.kind == Kind::End || m_hasEnded || m_isUnread)
+        return;
+    blame(
+        causeHere("text-last-line", QStringLiteral("has no line feed behind it and is not read")));
+    passOver(line);
+    report();
+}
+
+void Inspection::compare(const SessionLine &line)
+{
     if (!line.isEntry()) {
         if (line.oddity == Oddity::NoEntry)
             blame(causeHere(oddityKind(line.oddity), oddityText(line.oddity)));
@@ -278,6 +333,12 @@ Cause Inspection::causeHere(const char *kind, const QString &text) const
     return cause;
 }
 
+Cause Inspection::documentHere() const
+{
+    return causeHere("text-document",
+                     QStringLiteral("is behind the end of the first document, which alone counts"));
+}
+
 void Inspection::blame(const Cause &cause)
 {
     report();
@@ -312,13 +373,6 @@ void Inspection::report()
     }
     m_findings->add(finding);
     m_cause.reset();
-}
-
-/// Reports the line being read.
-void Inspection::reportText(const char *kind, const QString &text)
-{
-    blame(causeHere(kind, text));
-    report();
 }
 
 } // namespace

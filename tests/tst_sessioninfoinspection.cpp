@@ -77,6 +77,15 @@ void tst_SessionInfoInspection::findsNothing_data()
     QTest::newRow("comment where it costs nothing") << with("\n\n...", "\n# end\n\n...");
     QTest::newRow("empty list where it costs nothing")
         << with("\n\n...", "\n\nRadioInfo:\n Radios:\n...");
+    QTest::newRow("end of a document in front of a section")
+        << with("DriverInfo:", "...\nDriverInfo:");
+    QTest::newRow("ends of documents in front of sections")
+        << with("SessionInfo:", "...\n\n...\nSessionInfo:")
+               .replace("DriverInfo", "...\nDriverInfo");
+    QTest::newRow("no entry behind the end of a document")
+        << with("DriverInfo:", "...\nA\nDriverInfo:");
+    QTest::newRow("two document markers in front of everything")
+        << "---\n" + Recording::plainSessionInfo();
     QTest::newRow("byte-order mark") << "\xef\xbb\xbf" + Recording::plainSessionInfo();
     QTest::newRow("comment in the first line") << "# iron" + Recording::plainSessionInfo().mid(3);
     QTest::newRow("no blank behind a dash") << with(" - CarIdx", " -CarIdx");
@@ -199,6 +208,36 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << QByteArray(plain + plain)
         << QStringList("-text-document 26: is behind the end of the first document, which alone "
                        "counts");
+    QTest::newRow("document marker in front of the drivers")
+        << with("DriverInfo:", "---\nDriverInfo:")
+        << QStringList("+text-document 15: is behind the end of the first document, which alone "
+                       "counts"
+                       + noDriver);
+    QTest::newRow("empty document in front of everything")
+        << "---\n...\n" + plain
+        << QStringList("+text-document 3: is behind the end of the first document, which alone "
+                       "counts"
+                       + noDriver);
+    QTest::newRow("end of a document in front of a value")
+        << with("DriverInfo:", "...\nA: 1\nDriverInfo:")
+        << QStringList("+text-document 15: is behind the end of the first document, which alone "
+                       "counts"
+                       + noDriver);
+    QTest::newRow("end of a document in front of a loss")
+        << withDriver("Ann: Bee").replace("DriverInfo:", "...\nDriverInfo:")
+        << QStringList("+text-separators 22: holds \": \" more than once; it is lost; 2 entries "
+                       "behind it are lost: TeamName, CarScreenName"
+                       + noDriver);
+    QTest::newRow("end of a document behind a loss")
+        << with("Test Field", "A: B").replace("DriverInfo:", "...\nDriverInfo:")
+        << QStringList("+text-separators 5: holds \": \" more than once; it is lost; 16 entries "
+                       "behind it are lost: SessionID, SubSessionID, SessionInfo, ..."
+                       + noDriver);
+    QTest::newRow("a document that replaces values of the first one")
+        << QByteArray(plain
+                      + "DriverInfo:\n DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n"
+                        "   UserName: Bee\n...\n")
+        << QStringList("-text-repeated 21: is replaced by a later entry of the same name");
     QTest::newRow("no final line feed")
         << plain.chopped(6)
         << QStringList("-text-last-line 23: has no line feed behind it and is not read");

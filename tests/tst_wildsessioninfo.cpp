@@ -189,6 +189,8 @@ void tst_WildSessionInfo::lapsCarry_data()
         << QByteArray(with("...\n", "")
                       + with("Test Driver", "Second Driver").replace("Test Team", "Second Team"))
         << driver << team << track;
+    QTest::newRow("end of a document in front of the drivers")
+        << with("DriverInfo:", "...\nDriverInfo:") << driver << team << track;
     QTest::newRow("empty list behind the drivers")
         << with("\n\n...", "\n\nRadioInfo:\n Radios:\n...") << driver << team << track;
     QTest::newRow("the same driver twice") << QByteArray(
@@ -241,6 +243,8 @@ void tst_WildSessionInfo::nobodyIsFollowed_data()
         QTest::addRow("player's car %s", index)
             << with("DriverCarIdx: 0", QByteArray("DriverCarIdx: ") + index);
     QTest::newRow("another player's car") << with("DriverCarIdx: 0", "DriverCarIdx: 1");
+    QTest::newRow("document marker in front of the drivers")
+        << with("DriverInfo:", "---\nDriverInfo:");
     QTest::newRow("carriage returns") << with("\n", "\r\n");
     QTest::newRow("carriage returns only") << with("\n", "\r");
     QTest::newRow("tabs as indentation") << withTabs(Recording::plainSessionInfo());
