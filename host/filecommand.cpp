@@ -11,6 +11,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -184,28 +185,39 @@ ExitCode FileCommand::runHere(const QVector<RecordingFile> &recordings,
 }
 
 ExitCode FileCommand::runJobs(const QVector<RecordingFile> &recordings,
-                              const std::function<void(int)> &done, QStringList *failed,
-                              Terminal &terminal)
+                              const PluginRegistry &plugins, const std::function<void(int)> &done,
+                              QStringList *failed, Terminal &terminal)
 {
     QVector<QStringList> arguments;
     for (const RecordingFile &recording : recordings)
         arguments.append(jobArguments(recording));
     ExitCode result = ExitCode::Success;
+    Importer importer(plugins, terminal, isVerbose());
+    bool isAlone = false;
     Jobs jobs(arguments, m_jobs, terminal.environment());
     jobs.run([&](int index, const Jobs::Result &job) {
-        const QString &name = recordings.at(index).fileName;
+        const RecordingFile &recording = recordings.at(index);
         ExitCode code = ExitCode::Failure;
         terminal.passOnErrors(job.errors);
-        if (job.hasEnded) {
+        switch (job.end) {
+        case Jobs::End::Exit:
             code = static_cast<ExitCode>(job.exitCode);
             if (!job.output.isEmpty())
                 takeOutput(job.output, terminal);
-        } else {
-            terminal.complain(name
+            break;
+        case Jobs::End::Crash:
+            terminal.complain(recording.fileName
                               % QLatin1String(": its process crashed; the file may be damaged"));
+            break;
+        case Jobs::End::NoStart:
+            if (!std::exchange(isAlone, true))
+                terminal.complain(QStringLiteral("no further process could be started, so this one "
+                                                 "reads the rest; choose fewer --jobs"));
+            code = processFile(importer, recording, terminal);
+            break;
         }
         if (code != ExitCode::Success)
-            failed->append(name);
+            failed->append(recording.fileName);
         result = std::max(result, code);
         done(index);
     });
@@ -242,7 +254,7 @@ ExitCode FileCommand::run(Terminal &terminal)
     };
     QStringList failed;
     result = std::max(result,
-                      isBatch && m_jobs > 1 ? runJobs(files, done, &failed, terminal)
+                      isBatch && m_jobs > 1 ? runJobs(files, *plugins, done, &failed, terminal)
                                             : runHere(files, *plugins, done, &failed, terminal));
     progress.reset();
     result = std::max(result, finish(terminal));

@@ -97,8 +97,8 @@ private:
     /// \a done that it is.
     ExitCode runHere(const QVector<RecordingFile> &recordings, const PluginRegistry &plugins,
                      const std::function<void(int)> &done, QStringList *failed, Terminal &terminal);
-    ExitCode runJobs(const QVector<RecordingFile> &recordings, const std::function<void(int)> &done,
-                     QStringList *failed, Terminal &terminal);
+    ExitCode runJobs(const QVector<RecordingFile> &recordings, const PluginRegistry &plugins,
+                     const std::function<void(int)> &done, QStringList *failed, Terminal &terminal);
 
     CLI::App *m_app = nullptr;
     std::vector<std::string> m_files;

@@ -2,21 +2,45 @@
 
 #include <QCoreApplication>
 #include <QProcessEnvironment>
+#include <QSocketNotifier>
 
-#include <algorithm>
+#include <utility>
+
+namespace {
+
+/// Whether \a process, just started, has none: Qt 5.15 overlooks that the system refused to fork,
+/// and would wait for an end without end.
+bool isUnforked(const QProcess &process)
+{
+    return process.processId() < 0;
+}
+
+/// Lets go of an unforked process. It is never deleted: that would kill process -1, which means all
+/// that the user has.
+void abandon(std::unique_ptr<QProcess> process)
+{
+    // One of them listens to a descriptor that was never set.
+    const auto notifiers = process->findChildren<QSocketNotifier *>();
+    for (QSocketNotifier *notifier : notifiers)
+        notifier->setEnabled(false);
+    process.release();
+}
+
+} // namespace
 
 Jobs::Jobs(const QVector<QStringList> &arguments, int atOnce, const QStringList &environment)
     : m_arguments(arguments), m_atOnce(atOnce), m_environment(environment),
-      m_results(std::size_t(arguments.size()))
+      m_processes(std::size_t(arguments.size())), m_results(std::size_t(arguments.size()))
 {
 }
 
 void Jobs::startNext()
 {
-    const int index = int(m_processes.size());
-    if (index >= m_arguments.size())
+    if (m_next >= m_arguments.size())
         return;
-    auto process = std::make_unique<QProcess>();
+    const int index = m_next++;
+    std::unique_ptr<QProcess> &process = m_processes[std::size_t(index)];
+    process = std::make_unique<QProcess>();
     process->setProcessEnvironment([this] {
         QProcessEnvironment variables = QProcessEnvironment::systemEnvironment();
         for (const QString &variable : qAsConst(m_environment))
@@ -25,24 +49,33 @@ void Jobs::startNext()
         return variables;
     }());
     process->setStandardInputFile(QProcess::nullDevice());
-    const auto isOver = [this, index] { end(index); };
     QObject::connect(process.get(), QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
-                     isOver);
+                     [this, index] { end(index); });
     QObject::connect(process.get(), &QProcess::errorOccurred,
-                     [isOver](QProcess::ProcessError error) {
+                     [this, index](QProcess::ProcessError error) {
                          if (error == QProcess::FailedToStart)
-                             isOver();
+                             giveUp(index);
                      });
-    m_processes.push_back(std::move(process));
-    m_processes.back()->start(QCoreApplication::applicationFilePath(), m_arguments.at(index));
+    process->start(QCoreApplication::applicationFilePath(), m_arguments.at(index));
+    if (isUnforked(*process)) {
+        abandon(std::move(process));
+        giveUp(index);
+    }
+}
+
+void Jobs::giveUp(int index)
+{
+    m_results[std::size_t(index)] = std::make_unique<Result>();
+    for (; m_next < m_arguments.size(); ++m_next)
+        m_results[std::size_t(m_next)] = std::make_unique<Result>();
+    m_loop.quit();
 }
 
 void Jobs::end(int index)
 {
     QProcess &process = *m_processes[std::size_t(index)];
     auto result = std::make_unique<Result>();
-    result->hasEnded =
-        process.error() != QProcess::FailedToStart && process.exitStatus() == QProcess::NormalExit;
+    result->end = process.exitStatus() == QProcess::NormalExit ? End::Exit : End::Crash;
     result->exitCode = process.exitCode();
     result->output = process.readAllStandardOutput();
     result->errors = process.readAllStandardError();

@@ -23,6 +23,8 @@ private Q_SLOTS:
     void jobsOfExport();
     void crash();
     void crashWithoutJobs();
+    void jobsThatCannotStart_data();
+    void jobsThatCannotStart();
     void wrongNumberOfJobs_data();
     void wrongNumberOfJobs();
     void progress_data();
@@ -194,6 +196,38 @@ void tst_ZepimportBatch::crash()
 void tst_ZepimportBatch::crashWithoutJobs()
 {
     QCOMPARE(run({"laps", "season/a.laps", "crash.laps"}).exitCode, -1);
+}
+
+void tst_ZepimportBatch::jobsThatCannotStart_data()
+{
+    QTest::addColumn<bool>("mayFork");
+    QTest::newRow("no room for processes") << false;
+    QTest::newRow("a program that is gone") << true;
+}
+
+void tst_ZepimportBatch::jobsThatCannotStart()
+{
+    QFETCH(bool, mayFork);
+    const QStringList arguments{"laps", "--best", "-r", "season", "none.laps", "season/a.laps:6"};
+    const Outcome here = run(arguments);
+    ZepimportProcess jobs = process(arguments + QStringList{"--jobs", "2"});
+    jobs.mayFork = mayFork;
+    jobs.environment.append(QStringLiteral("ASAN_OPTIONS=detect_leaks=0")); // looks in a process
+    if (mayFork) {
+        QVERIFY(QFile::copy(QStringLiteral(ZEPIMPORT_PATH), m_dir.filePath("gone")));
+        jobs.program = QStringLiteral("/bin/bash");
+        jobs.arguments.prepend(
+            QStringLiteral("exec 3< gone; rm gone; exec /proc/self/fd/3 \"$@\""));
+        jobs.arguments.prepend(QStringLiteral("-c"));
+        jobs.arguments.insert(2, QStringLiteral("bash"));
+    }
+    const Outcome outcome = jobs.run();
+    QCOMPARE(outcome.output, here.output);
+    QCOMPARE(outcome.errors,
+             QString(QLatin1String("zepimport: no further process could be started, so this one "
+                                   "reads the rest; choose fewer --jobs\n")
+                     % here.errors));
+    QCOMPARE(outcome.exitCode, here.exitCode);
 }
 
 void tst_ZepimportBatch::wrongNumberOfJobs_data()

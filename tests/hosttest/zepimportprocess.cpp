@@ -5,10 +5,15 @@
 
 #include <fcntl.h>
 #include <linux/capability.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <sys/ioctl.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstddef>
 #include <cstdlib>
 
 namespace {
@@ -63,9 +68,28 @@ private:
     int m_slave = -1;
 };
 
+/// From now on the system has no room for another process; nor does it send signals, as one to the
+/// process that there is not might reach them all.
+void forbidForks()
+{
+    sock_filter rules[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_clone, 3, 0),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_clone3, 2, 0),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_kill, 1, 0),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EAGAIN),
+    };
+    const sock_fprog program{sizeof rules / sizeof *rules, rules};
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0
+        || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
+        _exit(125);
+}
+
 class Process : public QProcess
 {
 public:
+    bool mayFork = true;
     int output = -1; ///< descriptor to become standard output
     int errors = -1; ///< descriptor to become standard error
 
@@ -79,6 +103,8 @@ protected:
         // Fails for an ordinary user, whom permissions bind anyway.
         prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
         prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+        if (!mayFork)
+            forbidForks();
     }
 };
 
@@ -96,6 +122,7 @@ Outcome ZepimportProcess::run() const
 
     const Terminal terminal(terminalWidth);
     Process process;
+    process.mayFork = mayFork;
     process.output = terminal.slave();
     if (errorsToTerminal)
         process.errors = terminal.slave();

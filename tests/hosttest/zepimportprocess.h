@@ -19,6 +19,7 @@ struct ZepimportProcess {
     QString outputFile; ///< for standard output instead of the outcome
     int terminalWidth = 0; ///< columns of a terminal to write to; 0: a pipe
     bool errorsToTerminal = false; ///< standard error goes there, too, and to the output
+    bool mayFork = true; ///< whether it can start processes; without, it cannot end others either
 
     /// Runs it to its end, or for a minute. Permissions bind it also where the test runs as root.
     Outcome run() const;
