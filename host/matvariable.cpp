@@ -1,9 +1,11 @@
 #include "host/matvariable.h"
 
+#include <QHash>
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QSet>
 
+#include <algorithm>
 #include <array>
 #include <new>
 #include <vector>
@@ -98,17 +100,20 @@ MatVariable matColumn(QVector<double> &samples)
 QStringList matFieldNames(const QStringList &names)
 {
     constexpr int longest = 63;
+    constexpr int longestSuffix = 7; // of a million names, and they still get fields of their own
     static const QRegularExpression odd(QStringLiteral("[^A-Za-z0-9_]"));
     static const QRegularExpression letter(QStringLiteral("\\A[A-Za-z]"));
     QStringList fields;
     QSet<QString> taken;
+    QHash<QString, int> nextNumbers; // by what stays of a name in front of any suffix
     for (QString name : names) {
         name.replace(odd, QStringLiteral("_"));
         if (!letter.match(name).hasMatch())
             name.prepend(QLatin1Char('x'));
         QString field = name.left(longest);
-        for (int i = 2; taken.contains(field); ++i) {
-            const QString suffix = QStringLiteral("_%1").arg(i);
+        int &number = nextNumbers[name.left(longest - longestSuffix)];
+        for (number = std::max(number, 2); taken.contains(field); ++number) {
+            const QString suffix = QStringLiteral("_%1").arg(number);
             field = name.left(longest - suffix.size()) + suffix;
         }
         taken.insert(field);

@@ -11,6 +11,7 @@ class tst_MatVariable : public QObject
 private Q_SLOTS:
     void fieldNames_data();
     void fieldNames();
+    void fieldNamesOfManyThatWouldBeTheSame();
     void value_data();
     void value();
     void object();
@@ -41,6 +42,21 @@ void tst_MatVariable::fieldNames()
 {
     QFETCH(QStringList, names);
     QTEST(matFieldNames(names), "fields");
+}
+
+void tst_MatVariable::fieldNamesOfManyThatWouldBeTheSame()
+{
+    // So many that comparing each with all others would take minutes.
+    constexpr int count = 100000;
+    const QString longest(63, QLatin1Char('a'));
+    QStringList names;
+    for (int i = 0; i < count; ++i)
+        names << QStringLiteral("a b") << longest;
+    const QStringList fields = matFieldNames(names);
+    QCOMPARE(QSet<QString>(fields.begin(), fields.end()).size(), 2 * count);
+    QCOMPARE(fields.at(0), QStringLiteral("a_b"));
+    QCOMPARE(fields.at(2 * count - 2), QStringLiteral("a_b_100000"));
+    QCOMPARE(fields.at(2 * count - 1), QString(longest.left(56) % QLatin1String("_100000")));
 }
 
 void tst_MatVariable::value_data()
