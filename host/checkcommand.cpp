@@ -9,7 +9,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -100,10 +99,7 @@ ExitCode CheckCommand::run(Terminal &terminal)
     if (!plugins)
         return ExitCode::Failure;
 
-    QStringList names;
-    for (const std::string &name : m_files)
-        names.append(QFile::decodeName(name.c_str()));
-    const RecordingFiles recordings(names, m_recursive, *plugins);
+    const RecordingFiles recordings(m_files, m_recursive, *plugins);
     ExitCode result = ExitCode::Success;
     for (const RecordingFiles::Problem &problem : recordings.problems) {
         terminal.complain(problem.text);

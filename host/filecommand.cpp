@@ -13,18 +13,6 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
-
-QStringList fileNames(const std::vector<std::string> &arguments)
-{
-    QStringList names;
-    for (const std::string &argument : arguments)
-        names.append(QFile::decodeName(argument.c_str()));
-    return names;
-}
-
-} // namespace
-
 void FileCommand::declareFiles(CLI::App &command)
 {
     command
@@ -231,7 +219,7 @@ ExitCode FileCommand::run(Terminal &terminal)
         return ExitCode::Failure;
 
     ExitCode result = ExitCode::Success;
-    const RecordingFiles recordings(fileNames(m_files), m_recursive, *plugins);
+    const RecordingFiles recordings(m_files, m_recursive, *plugins);
     for (const RecordingFiles::Problem &problem : recordings.problems) {
         terminal.complain(problem.text);
         result = std::max(result, problem.exitCode);

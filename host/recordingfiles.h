@@ -4,10 +4,11 @@
 #include "host/lapchoice.h"
 
 #include <QString>
-#include <QStringList>
 #include <QVector>
 
 #include <optional>
+#include <string>
+#include <vector>
 
 class PluginRegistry;
 
@@ -20,17 +21,20 @@ struct RecordingFile {
 /// The files that `FILE...` on the command line means, and what is wrong with it.
 ///
 /// An argument is a file, or a folder, which means the files in it that a plug-in reads, by name.
-/// Either may have a choice of laps behind it, "monday/a.ibt:best", unless there is a file of
-/// that very name.
+/// What keeps such files from being found there is a problem, as is a name that is not UTF-8.
+/// Either may have a choice of laps behind it, "monday/a.ibt:best", unless there is a file of that
+/// very name.
 struct RecordingFiles {
     struct Problem {
         ExitCode exitCode;
-        QString text; ///< with the argument's name
+        QString text; ///< with the name of the argument, or of the file or folder in it
     };
 
-    /// With \a recursive the folders below a folder count too. A file that does not exist is in
-    /// the result: whoever opens it knows best what is wrong with it.
-    RecordingFiles(const QStringList &arguments, bool recursive, const PluginRegistry &plugins);
+    /// \a arguments are as the shell gave them. With \a recursive the folders below a folder count
+    /// too, but no links to folders. A file that does not exist is in the result: whoever opens it
+    /// knows best what is wrong with it.
+    RecordingFiles(const std::vector<std::string> &arguments, bool recursive,
+                   const PluginRegistry &plugins);
 
     QVector<RecordingFile> files;
     QVector<Problem> problems;

@@ -3,6 +3,9 @@
 
 #include <QtTest>
 
+#include <filesystem>
+#include <fstream>
+
 /// How the user chooses files, laps and channels, the same in every command.
 class tst_ZepimportChoice : public QObject
 {
@@ -10,11 +13,16 @@ class tst_ZepimportChoice : public QObject
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase();
 
     void files_data();
     void files();
     void problem_data();
     void problem();
+    void nothingIsLeftOutOfAFolder_data();
+    void nothingIsLeftOutOfAFolder();
+    void nameThatIsNotUtf8_data();
+    void nameThatIsNotUtf8();
     void rowsOfTheTable();
     void severalLapsOfAFile_data();
     void severalLapsOfAFile();
@@ -55,6 +63,27 @@ void tst_ZepimportChoice::initTestCase()
           "season/x.laps", "season/.hidden.laps", "season/b/deep/z.laps", "season/a/z.laps"})
         write(name, raceSheet());
     write("season/notes.txt", "none of the plug-ins reads this\n");
+
+    QVERIFY(dir.mkpath(QStringLiteral("partly/shut")));
+    QVERIFY(dir.mkpath(QStringLiteral("partly/.hidden")));
+    QVERIFY(dir.mkpath(QStringLiteral("latin/below")));
+    write("partly/x.laps", raceSheet());
+    write("latin/x.laps", raceSheet());
+    for (const char *folder : {"partly/shut", "partly/.hidden"})
+        QVERIFY(QFile::setPermissions(dir.filePath(QLatin1String(folder)), {}));
+    QVERIFY(QFile::link(QStringLiteral(".."), dir.filePath(QStringLiteral("latin/loop"))));
+    const std::string latin = dir.filePath(QStringLiteral("latin/")).toStdString();
+    for (const char *name : {"N\xfcrburg.laps", "N\xfcrburg.txt", "below/N\xfcrburg.laps"}) {
+        std::ofstream file(latin + name);
+        file << raceSheet().constData();
+        QVERIFY(file.flush().good());
+    }
+}
+
+void tst_ZepimportChoice::cleanupTestCase()
+{
+    // Qt does not see all of it.
+    std::filesystem::remove_all(m_dir.filePath(QStringLiteral("latin")).toStdString());
 }
 
 Outcome tst_ZepimportChoice::run(const QStringList &arguments) const
@@ -90,6 +119,8 @@ void tst_ZepimportChoice::files_data()
                                        << QStringList{"odd:2.laps: lap #3", "odd:2.laps: lap #5"};
     QTest::newRow("folder, by name")
         << QStringList{"season"} << QStringList{"season/x.laps: lap #3", "season/y.laps: lap #3"};
+    QTest::newRow("this folder") << QStringList{
+        "."} << QStringList{"odd.laps: lap #3", "odd:2.laps: lap #3", "race.laps: lap #3"};
     QTest::newRow("folder with a choice")
         << QStringList{"season/:2"}
         << QStringList{"season/x.laps: lap #2", "season/y.laps: lap #2"};
@@ -163,6 +194,72 @@ void tst_ZepimportChoice::problem()
     if (!arguments.contains(QStringLiteral("--channels")))
         QCOMPARE(headings(beside), QStringList{"race.laps: lap #3"});
     QCOMPARE(beside.exitCode, exitCode);
+}
+
+void tst_ZepimportChoice::nothingIsLeftOutOfAFolder_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QStringList>("shown");
+    QTest::addColumn<QStringList>("errors");
+
+    const QString unreadable =
+        QStringLiteral("partly/shut: cannot be read; check the folder's permissions");
+    const QString unnamed = QStringLiteral("its name is not UTF-8; rename it");
+    QTest::newRow("locked folder that is not asked for")
+        << QStringList{"partly"} << QStringList{"partly/x.laps: lap #3"} << QStringList();
+    QTest::newRow("locked folder below")
+        << QStringList{"-r", "partly"} << QStringList{"partly/x.laps: lap #3"}
+        << QStringList{unreadable};
+    QTest::newRow("nothing but a locked folder")
+        << QStringList{"-r", "partly/shut/"} << QStringList() << QStringList{unreadable};
+    QTest::newRow("name that is not UTF-8")
+        << QStringList{"latin"} << QStringList{"latin/x.laps: lap #3"}
+        << QStringList{QString::fromUtf8("latin/N\uFFFDrburg.laps: ") + unnamed};
+    QTest::newRow("name that is not UTF-8, and no other")
+        << QStringList{"latin/below"} << QStringList()
+        << QStringList{QString::fromUtf8("latin/below/N\uFFFDrburg.laps: ") + unnamed};
+    QTest::newRow("names that are not UTF-8, also below")
+        << QStringList{"-r", "latin"} << QStringList{"latin/x.laps: lap #3"}
+        << QStringList{QString::fromUtf8("latin/N\uFFFDrburg.laps: ") + unnamed,
+                       QString::fromUtf8("latin/below/N\uFFFDrburg.laps: ") + unnamed};
+}
+
+void tst_ZepimportChoice::nothingIsLeftOutOfAFolder()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QStringList, errors);
+    const Outcome outcome = run(QStringList{"channels"} + arguments);
+    QTEST(headings(outcome), "shown");
+    QString expected;
+    for (const QString &error : errors)
+        expected += QLatin1String("zepimport: ") % error % QLatin1Char('\n');
+    QCOMPARE(outcome.errors, expected);
+    QCOMPARE(outcome.exitCode, errors.isEmpty() ? 0 : 1);
+}
+
+void tst_ZepimportChoice::nameThatIsNotUtf8_data()
+{
+    QTest::addColumn<QString>("command");
+    for (const char *command : {"channels", "check"})
+        QTest::newRow(command) << command;
+}
+
+void tst_ZepimportChoice::nameThatIsNotUtf8()
+{
+    QFETCH(QString, command);
+    ZepimportProcess process;
+    process.program = QStringLiteral("/bin/bash");
+    process.arguments =
+        QStringList{"-c", QStringLiteral("exec \"$0\" \"$1\" latin/$'N\\xfcrburg.laps' race.laps"),
+                    QStringLiteral(ZEPIMPORT_PATH), command};
+    process.environment.append(QStringLiteral("ZEP_PLUGIN_PATH=" LAPSHEET_PLUGIN_PATH));
+    process.folder = m_dir.path();
+    const Outcome outcome = process.run();
+    QCOMPARE(outcome.errors.section(QLatin1Char('\n'), 0, 0),
+             QString::fromUtf8("zepimport: latin/N\uFFFDrburg.laps: its name is not UTF-8; rename "
+                               "it"));
+    QVERIFY2(outcome.output.startsWith(QLatin1String("race.laps: ")), qPrintable(outcome.output));
+    QCOMPARE(outcome.exitCode, 1);
 }
 
 void tst_ZepimportChoice::rowsOfTheTable()
