@@ -118,10 +118,15 @@ bool ExportCommand::accepts(const QVector<RecordingFile> &files, Terminal &termi
             return false;
         }
         if (recordings.contains(name)) {
+            const bool isSame = QFileInfo(recordings.value(name)) == QFileInfo(file.fileName);
             terminal.complain(
-                QStringLiteral("%1 and %2 would both become %3; export them one after "
-                               "the other, into different folders")
-                    .arg(recordings.value(name), file.fileName, name));
+                isSame
+                    ? QString(file.fileName
+                              % QLatin1String(": is named twice; name all its laps at once, as in ")
+                              % file.fileName % QLatin1String(":1,2"))
+                    : QStringLiteral("%1 and %2 would both become %3; export them one after "
+                                     "the other, into different folders")
+                          .arg(recordings.value(name), file.fileName, name));
             return false;
         }
         recordings.insert(name, file.fileName);
@@ -180,6 +185,14 @@ ExitCode ExportCommand::process(ChosenLaps &&chosen, Terminal &terminal)
         return writeFile(m_names->fileName(recording), chosen, *channels, terminal)
             ? ExitCode::Success
             : ExitCode::Failure;
+    // All or none, as far as that can be told before.
+    for (const int index : qAsConst(chosen.indices)) {
+        QString problem;
+        if (!ExportFile(m_names->fileName(recording, index + 1)).isFree(m_force, &problem)) {
+            terminal.complain(problem);
+            return ExitCode::Failure;
+        }
+    }
     for (const int index : QVector<int>(std::exchange(chosen.indices, {}))) {
         chosen.indices = {index};
         if (!writeFile(m_names->fileName(recording, index + 1), chosen, *channels, terminal))

@@ -6,14 +6,8 @@
 
 #include <unistd.h>
 
-bool ExportFile::open(bool overwritten, QString *problem)
+bool ExportFile::isFree(bool overwritten, QString *problem) const
 {
-    if (m_name == QLatin1String("-")) {
-        auto output = std::make_unique<QFile>();
-        output->open(STDOUT_FILENO, QIODevice::WriteOnly);
-        m_device = std::move(output);
-        return true;
-    }
     const QFileInfo info(m_name);
     if (info.isDir()) {
         *problem = m_name % QLatin1String(": is a folder; name a file in it");
@@ -24,6 +18,20 @@ bool ExportFile::open(bool overwritten, QString *problem)
             % QLatin1String(": exists already; choose another name, or --force to replace it");
         return false;
     }
+    return true;
+}
+
+bool ExportFile::open(bool overwritten, QString *problem)
+{
+    if (m_name == QLatin1String("-")) {
+        auto output = std::make_unique<QFile>();
+        output->open(STDOUT_FILENO, QIODevice::WriteOnly);
+        m_device = std::move(output);
+        return true;
+    }
+    if (!isFree(overwritten, problem))
+        return false;
+    const QFileInfo info(m_name);
     // A device cannot be replaced by a file that was written beside it.
     if (info.exists() && !info.isFile())
         m_device = std::make_unique<QFile>(m_name);

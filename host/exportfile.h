@@ -13,8 +13,10 @@ public:
     /// \a name is a path, or "-" for standard output.
     explicit ExportFile(const QString &name) : m_name(name) { }
 
-    /// Opens the place. False with a \a problem if that is not possible, and for a file that exists
-    /// already unless it is to be \a overwritten.
+    /// Whether the name of a file is free. False with a \a problem for a folder, and for a file
+    /// that exists already unless it is to be \a overwritten.
+    bool isFree(bool overwritten, QString *problem) const;
+    /// Opens the place. False with a \a problem if that is not possible, or the name is not free.
     bool open(bool overwritten, QString *problem);
 
     /// Appends \a size bytes. After a failure it does nothing.

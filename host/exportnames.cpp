@@ -41,7 +41,8 @@ std::optional<ExportNames> ExportNames::from(const QString &output, const QStrin
     if (index < 0) {
         *problem = output
             % QLatin1String(
-                       ": no format has such a suffix; choose one with --format csv, json or mat");
+                       ": no format has such a suffix; choose one with --format csv, json or mat")
+            % QLatin1String(suffix.isEmpty() ? ", or create the folder first" : "");
         return std::nullopt;
     }
     names.m_format = static_cast<Format>(index);

@@ -88,7 +88,8 @@ void tst_ExportNames::problem_data()
         << "a.txt: no format has such a suffix; choose one with --format csv, json or mat";
     QTest::newRow("no suffix")
         << "a"
-        << "a: no format has such a suffix; choose one with --format csv, json or mat";
+        << "a: no format has such a suffix; choose one with --format csv, json or mat, or create "
+           "the folder first";
     QTest::newRow("missing folder") << "none/"
                                     << "none/: no such folder; create it first";
     QTest::newRow("laps on standard output")

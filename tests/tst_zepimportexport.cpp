@@ -22,6 +22,8 @@ private Q_SLOTS:
     void standardOutput_data();
     void standardOutput();
     void existingFileIsKept();
+    void existingFileOfOneLapKeepsAll_data();
+    void existingFileOfOneLapKeepsAll();
     void oneFileOfSeveralFails();
     void wrongUse_data();
     void wrongUse();
@@ -218,6 +220,38 @@ void tst_ZepimportExport::existingFileIsKept()
     QCOMPARE(read(QStringLiteral("race.csv")), raceCsv);
 }
 
+void tst_ZepimportExport::existingFileOfOneLapKeepsAll_data()
+{
+    QTest::addColumn<bool>("isFolder");
+    QTest::newRow("file") << false;
+    QTest::newRow("folder") << true;
+}
+
+void tst_ZepimportExport::existingFileOfOneLapKeepsAll()
+{
+    QFETCH(bool, isFolder);
+    const QString name = QStringLiteral("out/race-lap03.csv");
+    if (isFolder)
+        QVERIFY(QDir(m_dir->path()).mkdir(name));
+    else
+        write(name, "precious");
+    const QStringList arguments{"race.laps", "--split", "-o", "out"};
+    const Outcome outcome = run(arguments);
+    QCOMPARE(outcome.errors,
+             QString(QLatin1String("zepimport: ") % name
+                     % QLatin1String(isFolder ? ": is a folder; name a file in it\n"
+                                              : ": exists already; choose another name, or --force "
+                                                "to replace it\n")));
+    QCOMPARE(outcome.exitCode, 1);
+    QCOMPARE(entries(QStringLiteral("out")),
+             isFolder ? QStringList() : QStringList{"race-lap03.csv"});
+    if (!isFolder) {
+        QCOMPARE(read(name), QByteArray("precious"));
+        QCOMPARE(run(arguments + QStringList{"--force"}).exitCode, 0);
+        QCOMPARE(entries(QStringLiteral("out")).size(), 6);
+    }
+}
+
 void tst_ZepimportExport::oneFileOfSeveralFails()
 {
     write(QStringLiteral("out/race.csv"), "precious");
@@ -242,6 +276,13 @@ void tst_ZepimportExport::wrongUse_data()
     QTest::newRow("unknown suffix")
         << race + QStringList{"-o", "a.txt"}
         << "a.txt: no format has such a suffix; choose one with --format csv, json or mat";
+    QTest::newRow("no suffix, as of a folder that is not there")
+        << race + QStringList{"-o", "new"}
+        << "new: no format has such a suffix; choose one with --format csv, json or mat, or create "
+           "the folder first";
+    QTest::newRow("laps of a recording one by one")
+        << QStringList{"race.laps:1", "./race.laps:2", "-o", "out"}
+        << "./race.laps: is named twice; name all its laps at once, as in ./race.laps:1,2";
     QTest::newRow("missing folder")
         << race + QStringList{"-o", "none/"} << "none/: no such folder; create it first";
     QTest::newRow("several recordings, one file")
