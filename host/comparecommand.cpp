@@ -5,6 +5,7 @@
 #include "host/json.h"
 #include "host/lapsummary.h"
 #include "host/outputbuffer.h"
+#include "host/recordingfiles.h"
 #include "host/tablewriter.h"
 #include "host/terminal.h"
 #include "host/textchart.h"
@@ -12,7 +13,6 @@
 #include <CLI/CLI.hpp>
 
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -162,6 +162,10 @@ CLI::App *CompareCommand::declare(CLI::App &program)
     command->add_option("--grid", m_grid, "Metres from one place to the next")
         ->type_name("METRES")
         ->check(CLI::Range(FinestGrid, CoarsestGrid))
+        ->check([](const std::string &metres) { // which every range lets through
+            return std::isnan(std::stod(metres)) ? "'" + metres + "' is no number of metres"
+                                                 : std::string();
+        })
         ->capture_default_str();
     command
         ->add_option("-o,--output", m_output,
@@ -170,6 +174,14 @@ CLI::App *CompareCommand::declare(CLI::App &program)
     command->add_flag("--force", m_force, "Replace a file that exists already");
     command->add_flag("--json", m_wantsJson, "Print JSON instead of tables");
     return command;
+}
+
+bool CompareCommand::accepts(const QVector<RecordingFile> &files, Terminal &terminal)
+{
+    const QString output = QFile::decodeName(m_output.c_str());
+    return std::none_of(files.begin(), files.end(), [&](const RecordingFile &file) {
+        return isRecording(output, file, terminal);
+    });
 }
 
 ExitCode CompareCommand::process(ChosenLaps &&chosen, Terminal &terminal)
@@ -196,6 +208,11 @@ ExitCode CompareCommand::process(ChosenLaps &&chosen, Terminal &terminal)
 
 ExitCode CompareCommand::run(Terminal &terminal)
 {
+    if (m_output == "-" && m_wantsJson) {
+        terminal.complain(QStringLiteral("--json and --output - both need the standard output; see "
+                                         "zepimport compare --help"));
+        return ExitCode::WrongUse;
+    }
     const ExitCode collected = FileCommand::run(terminal);
     if (collected != ExitCode::Success)
         return collected;
@@ -244,14 +261,7 @@ ExitCode CompareCommand::run(Terminal &terminal)
 /// user knows.
 bool CompareCommand::writeCsv(const LapComparison &comparison, Terminal &terminal) const
 {
-    const QString name = QFile::decodeName(m_output.c_str());
-    for (const Side &side : m_sides) {
-        if (QFileInfo(name) == QFileInfo(side.fileName)) {
-            terminal.complain(name % QLatin1String(": is the recording; choose another output"));
-            return false;
-        }
-    }
-    ExportFile file(name);
+    ExportFile file(QFile::decodeName(m_output.c_str()));
     QString problem;
     if (!file.open(m_force, &problem)) {
         terminal.complain(problem);

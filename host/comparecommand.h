@@ -27,6 +27,7 @@ public:
     };
 
 protected:
+    bool accepts(const QVector<RecordingFile> &files, Terminal &terminal) override;
     ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
 
 private:

@@ -111,12 +111,8 @@ bool ExportCommand::accepts(const QVector<RecordingFile> &files, Terminal &termi
     QMap<QString, QString> recordings;
     for (const RecordingFile &file : files) {
         const QString name = m_names->fileName(file.fileName);
-        const QString existing = QFileInfo(name).canonicalFilePath();
-        if (!existing.isEmpty() && existing == QFileInfo(file.fileName).canonicalFilePath()) {
-            terminal.complain(file.fileName
-                              % QLatin1String(": is the recording itself; choose another output"));
+        if (isRecording(name, file, terminal))
             return false;
-        }
         if (recordings.contains(name)) {
             const bool isSame = QFileInfo(recordings.value(name)) == QFileInfo(file.fileName);
             terminal.complain(

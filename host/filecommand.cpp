@@ -89,6 +89,16 @@ bool FileCommand::takeFile(const std::string &name)
     return true;
 }
 
+bool FileCommand::isRecording(const QString &output, const RecordingFile &file, Terminal &terminal)
+{
+    const QFileInfo info(output);
+    if (!info.exists() || info != QFileInfo(file.fileName))
+        return false;
+    terminal.complain(file.fileName
+                      % QLatin1String(": is the recording itself; choose another output"));
+    return true;
+}
+
 bool FileCommand::accepts(const QVector<RecordingFile> &, Terminal &)
 {
     return true;

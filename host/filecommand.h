@@ -76,6 +76,9 @@ protected:
     /// Whether the user named any files.
     bool hasFiles() const { return !m_files.empty(); }
 
+    /// Whether \a output is \a file, which is read, and must not be replaced; then the user knows.
+    static bool isRecording(const QString &output, const RecordingFile &file, Terminal &terminal);
+
     /// Called once, before the first file is read. If it is false the command ends as wrongly used,
     /// and the user knows why.
     virtual bool accepts(const QVector<RecordingFile> &files, Terminal &terminal);

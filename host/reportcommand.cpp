@@ -7,7 +7,8 @@
 #include <CLI/CLI.hpp>
 
 #include <QFile>
-#include <QFileInfo>
+
+#include <algorithm>
 
 CLI::App *ReportCommand::declare(CLI::App &program)
 {
@@ -44,15 +45,10 @@ ExitCode ReportCommand::run(Terminal &terminal)
 
 bool ReportCommand::accepts(const QVector<RecordingFile> &files, Terminal &terminal)
 {
-    const QFileInfo page(QFile::decodeName(m_output.c_str()));
-    for (const RecordingFile &file : files) {
-        if (page.exists() && page == QFileInfo(file.fileName)) {
-            terminal.complain(file.fileName
-                              % QLatin1String(": is a recording to read; choose another output"));
-            return false;
-        }
-    }
-    return true;
+    const QString page = QFile::decodeName(m_output.c_str());
+    return std::none_of(files.begin(), files.end(), [&](const RecordingFile &file) {
+        return isRecording(page, file, terminal);
+    });
 }
 
 ExitCode ReportCommand::process(ChosenLaps &&chosen, Terminal &terminal)

@@ -243,8 +243,9 @@ void tst_ZepimportCompare::existingFileIsKeptUnlessForced()
     const QByteArray recording = content("even.laps");
     const Outcome outcome = run({"even.laps", "two.laps", "-o", "even.laps", "--force"});
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: even.laps: is the recording; choose another output\n"));
-    QCOMPARE(outcome.exitCode, 1);
+             QStringLiteral("zepimport: even.laps: is the recording itself; choose another "
+                            "output\n"));
+    QCOMPARE(outcome.exitCode, 2);
     QCOMPARE(content("even.laps"), recording);
 }
 
@@ -316,6 +317,16 @@ void tst_ZepimportCompare::refused_data()
         << QStringList{"even.laps", "two.laps", "--grid", "0"}
         << "--grid: Value 0 not in range 0.010000 to 1000.000000; see zepimport compare --help"
         << 2;
+    QTest::newRow("a grid that is no number")
+        << QStringList{"even.laps", "two.laps", "--grid", "nan"}
+        << "--grid: 'nan' is no number of metres; see zepimport compare --help" << 2;
+    QTest::newRow("a grid without end")
+        << QStringList{"even.laps", "two.laps", "--grid", "inf"}
+        << "--grid: Value inf not in range 0.010000 to 1000.000000; see zepimport compare --help"
+        << 2;
+    QTest::newRow("JSON and places on standard output")
+        << QStringList{"even.laps", "two.laps", "-o", "-", "--json"}
+        << "--json and --output - both need the standard output; see zepimport compare --help" << 2;
 }
 
 void tst_ZepimportCompare::refused()

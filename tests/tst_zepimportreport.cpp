@@ -222,8 +222,9 @@ void tst_ZepimportReport::wrongUse_data()
                              << "FILE is required; see zepimport report --help";
     QTest::newRow("no such lap") << QStringList{"race.laps:9", "-o", "race.html"}
                                  << "race.laps: there is no lap #9; choose one of 1 to 6";
-    QTest::newRow("over a recording") << QStringList{"race.laps", "-o", "race.laps", "--force"}
-                                      << "race.laps: is a recording to read; choose another output";
+    QTest::newRow("over a recording")
+        << QStringList{"race.laps", "-o", "race.laps", "--force"}
+        << "race.laps: is the recording itself; choose another output";
 }
 
 void tst_ZepimportReport::wrongUse()
