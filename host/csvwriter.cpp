@@ -57,14 +57,16 @@ void CsvWriter::writeHeader(const QVector<const ZEP::Lap *> &laps, Units units)
     QByteArray unitRow(1, m_separator);
     std::set<QString> taken{QStringLiteral("lap"), QStringLiteral("tick")};
     for (const ChosenChannel &channel : qAsConst(m_channels)) {
-        // Readers go by the title, so there is each but once.
-        QString title = channel.name;
-        while (!taken.insert(title).second)
-            title += QLatin1String(channel.isCalculated ? "_calculated" : "_channel");
         const QString unit = unitOf(channel, laps);
-        if (units == Units::Header && !unit.isEmpty())
-            title += QLatin1String(" [") % unit % QLatin1Char(']');
-        titles += m_separator + field(title);
+        const QString behind = units == Units::Header && !unit.isEmpty()
+            ? QString(QLatin1String(" [") % unit % QLatin1Char(']'))
+            : QString();
+        // Readers go by the title, or by the name in it, so there is each but once.
+        QString name = channel.name;
+        while (taken.count(name) > 0 || taken.count(name % behind) > 0)
+            name += QLatin1String(channel.isCalculated ? "_calculated" : "_channel");
+        taken.insert({name, name % behind});
+        titles += m_separator + field(name % behind);
         unitRow += m_separator + field(unit);
     }
     m_buffer.append(titles + '\n');

@@ -14,6 +14,7 @@ class tst_CsvWriter : public QObject
 private Q_SLOTS:
     void header_data();
     void header();
+    void titlesThatWouldBeTheSame();
     void rows();
     void channelsOfOtherLaps();
     void noLaps();
@@ -92,6 +93,19 @@ void tst_CsvWriter::header()
     lap->addCalculatedChannel(newChannel(QStringLiteral("s"), {}), QStringLiteral("tick"));
     m_laps.push_back(std::move(lap));
     QTEST(written(units, separator), "text");
+}
+
+void tst_CsvWriter::titlesThatWouldBeTheSame()
+{
+    auto lap = std::make_unique<ZEP::Lap>();
+    lap->addChannel(newChannel(QStringLiteral("m/s"), {}), QStringLiteral("speed"));
+    lap->addChannel(newChannel(QString(), {}), QStringLiteral("speed [m/s]"));
+    lap->addCalculatedChannel(newChannel(QStringLiteral("km/h"), {}), QStringLiteral("speed"));
+    lap->addCalculatedChannel(newChannel(QString(), {}), QStringLiteral("speed [m/s]"));
+    m_laps.push_back(std::move(lap));
+    QCOMPARE(written(CsvWriter::Units::Header, ','),
+             QByteArray("lap,tick,speed [m/s],speed [m/s]_channel,speed_calculated [km/h],"
+                        "speed [m/s]_calculated\n"));
 }
 
 void tst_CsvWriter::rows()
