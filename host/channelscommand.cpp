@@ -11,6 +11,8 @@
 #include <QJsonArray>
 #include <QVector>
 
+#include <cmath>
+
 namespace {
 
 struct ChannelRow {
@@ -66,7 +68,10 @@ QJsonArray json(const QVector<ChannelRow> &rows)
     for (const ChannelRow &row : rows) {
         const ChannelStatistics &numbers = row.statistics;
         const auto number = [&numbers](double value) {
-            return numbers.valid > 0 ? QJsonValue(value) : QJsonValue();
+            if (numbers.valid == 0)
+                return QJsonValue();
+            // JSON has no number for it, and null is for what is missing.
+            return std::isinf(value) ? QJsonValue(QStringLiteral("-inf")) : QJsonValue(value);
         };
         channels.append(QJsonObject{{QStringLiteral("name"), row.name},
                                     {QStringLiteral("unit"), row.unit},

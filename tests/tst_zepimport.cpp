@@ -22,6 +22,7 @@ private Q_SLOTS:
     void infoAsJson();
     void channels();
     void channelsAsJson();
+    void infinityAsJson();
     void chosenLap();
     void lapThatDoesNotExist();
 
@@ -202,6 +203,16 @@ void tst_Zepimport::channelsAsJson()
         "valid": 2, "minimum": 31, "mean": 36.5, "maximum": 42})"));
     QCOMPARE(channels.at(4), fromJson(R"({"name": "lapdist", "unit": "m", "calculated": true,
         "valid": 3, "minimum": 0, "mean": 10.25, "maximum": 20.5})"));
+}
+
+void tst_Zepimport::infinityAsJson()
+{
+    write("infinite.laps", "lap|1|1|60000|1|1|1\nchannel|gear||1 -inf 3\n");
+    const QJsonObject file =
+        parsed(run({"channels", "--json", "infinite.laps"})).first().toObject();
+    QCOMPARE(file.value(QStringLiteral("channels")).toArray().first(),
+             fromJson(R"({"name": "gear", "unit": "", "calculated": false,
+        "valid": 3, "minimum": "-inf", "mean": "-inf", "maximum": 3})"));
 }
 
 void tst_Zepimport::chosenLap()
