@@ -91,12 +91,12 @@ bool RecordingInspection::isPlausible(const irsdk_header &header) const
 /// something, or lie in front of such a one.
 qint64 RecordingInspection::readRecords(IbtFile *file, RecordTimes *times)
 {
-    const auto size = std::size_t(std::max(0, file->header().bufLen));
-    const std::vector<char> empty(size);
+    std::vector<char> empty; // as long as a record that is really there
     qint64 filled = 0;
     qint64 emptySince = 0;
     while (const char *record = file->nextRecord()) {
-        if (std::memcmp(record, empty.data(), size) == 0) {
+        empty.resize(std::size_t(file->header().bufLen));
+        if (std::memcmp(record, empty.data(), empty.size()) == 0) {
             ++emptySince;
             continue;
         }

@@ -24,7 +24,7 @@ int offsetOf(const irsdk_header &header, const irsdk_varHeader *table, const cha
         const irsdk_varHeader &variable = table[i];
         if (qstrnicmp(variable.name, name, sizeof variable.name) == 0)
             offset = variable.type == type && variable.count == 1 && variable.offset >= 0
-                    && variable.offset <= header.bufLen - irsdk_varTypeSize(type)
+                    && variable.offset <= qint64(header.bufLen) - irsdk_varTypeSize(type)
                 ? variable.offset
                 : -1;
     }

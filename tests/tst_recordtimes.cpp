@@ -212,6 +212,8 @@ void tst_RecordTimes::unknownTime_data()
     QTest::newRow("float") << good.withVariable("SessionTime", &irsdk_varHeader::type, irsdk_float);
     QTest::newRow("array") << good.withVariable("SessionTime", &irsdk_varHeader::count, 2);
     QTest::newRow("no record") << good.with(&irsdk_header::bufLen, 0);
+    QTest::newRow("less than none")
+        << good.with(&irsdk_header::bufLen, std::numeric_limits<qint32>::min());
     Recording twice;
     QTest::newRow("replaced by a later one") << twice.variable({"sessiontime", irsdk_int});
 }
