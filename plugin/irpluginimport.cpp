@@ -82,11 +82,17 @@ QString varHeaderError()
     return QStringLiteral("IBT import error:  Failed to read irsdk_varHeader");
 }
 
+/// A pass through all records.
+struct Pass {
+    qint64 recordBytes = 0;
+    qint64 mostAsked = 0; ///< at any tick, since a lap that gets dropped took its bytes as well
+};
+
 /// Follows the cars through all records, from a new start. The laps go to \a laps, or are only
-/// counted if there is no list. Returns the bytes of the records; nothing as soon as the laps take
-/// more than those may, and more than \a always.
-std::optional<qint64> readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps,
-                                  qint64 always)
+/// counted if there is no list. Returns nothing as soon as the laps take more than those of the
+/// records so far may, and more than \a always.
+std::optional<Pass> readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps,
+                                qint64 always)
 {
     const irsdk_header &header = file->header();
     file->rewindRecords();
@@ -97,7 +103,7 @@ std::optional<qint64> readRecords(IbtFile *file, iRTelemetryReader *reader, LapL
     if (!laps)
         reader->startCounting();
 
-    qint64 bytesRead = 0;
+    Pass pass;
     while (char *record = file->nextRecord()) {
         reader->prepareTick();
         reader->getRawData(&header, file->varHeaders(), record);
@@ -105,11 +111,13 @@ std::optional<qint64> readRecords(IbtFile *file, iRTelemetryReader *reader, LapL
         if (laps && reader->isMyLapReady())
             laps->addMyLap(reader);
 
-        bytesRead += header.bufLen;
-        if (askedBytes(reader->collectedLaps()) > allowedBytes(bytesRead, always))
+        pass.recordBytes += header.bufLen;
+        const qint64 asked = askedBytes(reader->collectedLaps());
+        pass.mostAsked = qMax(pass.mostAsked, asked);
+        if (asked > allowedBytes(pass.recordBytes, always))
             return std::nullopt;
     }
-    return bytesRead;
+    return pass;
 }
 
 /// Reads the records into \a laps, unless those would take too much. That takes all records to
@@ -123,11 +131,10 @@ bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *lap
     if (readRecords(file, reader, laps, Uncounted))
         return true;
     laps->clear();
-    const std::optional<qint64> recordBytes = readRecords(file, reader, nullptr, Countable);
-    const qint64 asked = askedBytes(reader->collectedLaps());
+    const std::optional<Pass> counted = readRecords(file, reader, nullptr, Countable);
     // The third time they take what was counted, whatever else the file may hold by now.
-    return recordBytes && asked <= allowedBytes(*recordBytes, AlwaysAllowed)
-        && readRecords(file, reader, laps, asked);
+    return counted && counted->mostAsked <= allowedBytes(counted->recordBytes, AlwaysAllowed)
+        && readRecords(file, reader, laps, counted->mostAsked);
 }
 
 /// Reads all laps of a recording. Returns what went wrong, or a null string.

@@ -89,6 +89,7 @@ private Q_SLOTS:
     void hostileRecording_data();
     void hostileRecording();
     void countedRecordingIsReadWhole();
+    void droppedLapThatIsCountedLeavesTheOthers();
     void recordingOutOfProportionIsRefused_data();
     void recordingOutOfProportionIsRefused();
 
@@ -366,6 +367,26 @@ void tst_DamagedRecording::countedRecordingIsReadWhole()
     QVERIFY(counted.laps.size() > 12000);
     QCOMPARE(counted.laps.size(), uncounted.laps.size());
     QVERIFY(fingerprint(counted) == fingerprint(uncounted));
+}
+
+/// A lap that a new stint drops takes its bytes until then, but those of what is left are few.
+void tst_DamagedRecording::droppedLapThatIsCountedLeavesTheOthers()
+{
+    const auto recorded = [this](int ticks) {
+        Recording recording;
+        for (int i = 0; i < 500; ++i)
+            recording.variable({"V" + QByteArray::number(i), irsdk_double, "", "", 1, 0});
+        recording.set("IsOnTrack", 1).set("LapDistPct", 0.5).ticks(ticks);
+        recording.set("OnPitRoad", 1).ticks(5);
+        recording.set("OnPitRoad", 0).ticks(200);
+        return m_fixture.importBytes(recording.bytes());
+    };
+    const ImportResult uncounted = recorded(1000);
+    const ImportResult counted = recorded(10000); // 41 MB by the rule
+    QCOMPARE(uncounted.laps.size(), std::size_t(1));
+    QVERIFY(uncounted.laps.front()->size() > 100);
+    QCOMPARE(counted.laps.size(), uncounted.laps.size());
+    QCOMPARE(counted.laps.front()->size(), uncounted.laps.front()->size());
 }
 
 void tst_DamagedRecording::recordingOutOfProportionIsRefused_data()
