@@ -83,13 +83,30 @@ void inspectExtents(const irsdk_header &header, const irsdk_varHeader *table, Fi
     }
 }
 
-/// What costs a variable its channel. Of an array the channel holds the last element, of a text the
-/// first character.
+/// Elements that are converted: of a text the first character.
+qint64 elementsOf(const irsdk_varHeader &variable)
+{
+    return variable.type == irsdk_char ? 1 : variable.count;
+}
+
+/// Whether an element of \a variable is converted, so that its name has a value. Those outside of
+/// the record are not, if their type tells where they end.
+bool hasValue(const irsdk_varHeader &variable, qint64 recordSize)
+{
+    const qint64 size = irsdk_varTypeSize(variable.type);
+    const qint64 count = elementsOf(variable);
+    if (size == 0)
+        return count > 0;
+    const qint64 outside = variable.offset < 0 ? (size - 1 - variable.offset) / size : 0;
+    return outside < count && variable.offset + (outside + 1) * size <= recordSize;
+}
+
+/// What costs a variable its channel, which of an array holds the last element.
 QString problemOf(const irsdk_varHeader &variable, qint64 recordSize, bool *isLost)
 {
     *isLost = true;
     const qint64 size = irsdk_varTypeSize(variable.type);
-    const qint64 count = variable.type == irsdk_char ? 1 : variable.count;
+    const qint64 count = elementsOf(variable);
     if (count <= 0)
         return QStringLiteral("has %1 elements, so its channel has no values").arg(variable.count);
     if (size == 0)
@@ -114,10 +131,13 @@ QString problemOf(const irsdk_varHeader &variable, qint64 recordSize, bool *isLo
 void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
                       FindingList *findings)
 {
-    // Variables become channels by their names in lower case.
-    QHash<QString, int> lastOfName;
-    for (int i = 0; i < header.numVars; ++i)
-        lastOfName.insert(nameOf(table[i]).toLower(), i);
+    // Variables become channels by their names in lower case: the last one of a name that has a
+    // value, -1 if none has.
+    QHash<QString, int> channels;
+    for (int i = 0; i < header.numVars; ++i) {
+        const QString name = nameOf(table[i]).toLower();
+        channels.insert(name, hasValue(table[i], header.bufLen) ? i : channels.value(name, -1));
+    }
 
     for (int i = 0; i < header.numVars; ++i) {
         const irsdk_varHeader &variable = table[i];
@@ -134,10 +154,10 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
             findings->add(finding);
         };
 
-        const bool isLast = lastOfName.value(name.toLower()) == i;
+        const int channel = channels.value(name.toLower());
         if (name.isEmpty())
             add("name", QStringLiteral("has no name"), QString());
-        if (!isLast)
+        if (channel > i)
             add("equal-names",
                 QStringLiteral("has the name of a later one, whose values take its place"),
                 QLatin1String("an earlier variable ") % shown.toLower());
@@ -145,11 +165,12 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
         const QString problem = problemOf(variable, header.bufLen, &isLost);
         if (problem.isEmpty())
             continue;
-        const bool hasType = irsdk_varTypeSize(variable.type) > 0; // else it has other values
-        const DriveVariable *drive = isLost && isLast && hasType ? driveVariable(name) : nullptr;
+        const DriveVariable *drive = channel < 0 ? driveVariable(name) : nullptr;
         if (drive)
             add("variable", problem % QLatin1String("; ") % QLatin1String(drive->cost),
                 QString::fromLatin1(drive->lost));
+        else if (channel >= 0 && channel < i)
+            add("variable", problem, QLatin1String("a later variable ") % shown.toLower());
         else
             add("variable", problem,
                 isLost ? QString(QLatin1String("channel ") % shown.toLower()) : QString());
@@ -157,7 +178,7 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
 
     inspectExtents(header, table, findings);
     for (const DriveVariable &drive : DriveVariables) {
-        if (lastOfName.contains(QString::fromLatin1(drive.name).toLower()))
+        if (channels.contains(QString::fromLatin1(drive.name).toLower()))
             continue;
         Finding finding;
         finding.severity = Severity::Damage;

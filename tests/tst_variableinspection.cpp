@@ -17,6 +17,9 @@ private Q_SLOTS:
     void missingVariables();
     void unusableVariables_data();
     void unusableVariables();
+    void arrayThatEndsOutside();
+    void equalNames_data();
+    void equalNames();
     void sharedBytes_data();
     void sharedBytes();
     void placeOfAFinding();
@@ -140,6 +143,14 @@ void tst_VariableInspection::missingVariables()
     QCOMPARE(findings.constFirst().lost, lost);
 }
 
+/// Of an array that ends outside of the record an earlier element is read: ticks are followed.
+void tst_VariableInspection::arrayThatEndsOutside()
+{
+    const QVector<Finding> findings =
+        inspected(Recording().withVariable("LapDistPct", &irsdk_varHeader::count, 100));
+    QCOMPARE(findings.constFirst().lost, QStringLiteral("channel lapdistpct"));
+}
+
 void tst_VariableInspection::unusableVariables_data()
 {
     missingVariables_data();
@@ -158,6 +169,45 @@ void tst_VariableInspection::unusableVariables()
     QCOMPARE(finding.kind, QStringLiteral("variable"));
     QCOMPARE(finding.lost, lost.isEmpty() ? QStringLiteral("channel fuellevel") : lost);
     QCOMPARE(finding.text.contains(QLatin1String("; ")), !lost.isEmpty());
+}
+
+void tst_VariableInspection::equalNames_data()
+{
+    QTest::addColumn<RecordingVariable>("later");
+    QTest::addColumn<QStringList>("lost");
+    const auto at = [](qint32 offset, qint32 type = irsdk_float, qint32 count = 1) {
+        return RecordingVariable{"LAPDISTPCT", type, "", "", count, offset};
+    };
+    const QStringList earlier = {QStringLiteral("an earlier variable lapdistpct")};
+    const QStringList later = {QStringLiteral("a later variable lapdistpct")};
+    QTest::newRow("sound") << at(46) << earlier;
+    QTest::newRow("outside") << at(60) << later;
+    QTest::newRow("in front") << at(-4) << later;
+    QTest::newRow("partly in front") << at(-1) << later;
+    QTest::newRow("no elements") << at(46, irsdk_float, 0) << later;
+    QTest::newRow("last element inside") << at(-1, irsdk_bool, 2) << QStringList(earlier.first());
+    QTest::newRow("first element inside")
+        << at(56, irsdk_float, 2) << QStringList(earlier + QStringList("channel lapdistpct"));
+    QTest::newRow("partly in front, and elements inside")
+        << at(-5, irsdk_float, 3) << QStringList(earlier.first());
+    QTest::newRow("unknown type") << at(46, 9)
+                                  << QStringList(earlier + QStringList("channel lapdistpct"));
+}
+
+/// The last one of a name counts, whatever its letters' case, but only if it has a value.
+void tst_VariableInspection::equalNames()
+{
+    QFETCH(RecordingVariable, later);
+    QFETCH(QStringList, lost);
+
+    Recording recording;
+    recording.variable(later).recordSize(60);
+    QStringList found;
+    for (const Finding &finding : inspected(recording)) {
+        if (!finding.lost.isEmpty() && finding.kind != QLatin1String("shared-bytes"))
+            found.append(finding.lost);
+    }
+    QCOMPARE(found, lost);
 }
 
 void tst_VariableInspection::sharedBytes_data()
