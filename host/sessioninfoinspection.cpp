@@ -87,6 +87,7 @@ private:
     void passOver(const SessionLine &line);
     void compare(const SessionLine &line);
     bool isAtRoot(const SessionLine &line) const;
+    const TStringTree *node() const;
     void enter(const SessionLine &line);
     bool isFound(const SessionLine &line) const;
     void lose(const SessionLine &line);
@@ -112,6 +113,7 @@ private:
     bool m_isOpen = false; ///< the line in front was a section or an item
     Cause m_opener; ///< that line
     Cause m_front; ///< the entry in front
+    std::optional<SessionLine> m_empty; ///< that entry, if it is a value without text
     std::optional<Cause> m_suspect; ///< odd, but nothing has been lost since
     std::optional<Cause> m_indented; ///< oddly, which costs nothing until it ends
     int m_indentedColumn = 0; ///< of that line
@@ -239,6 +241,9 @@ void Inspection::compare(const SessionLine &line)
     }
 
     m_front = causeHere("text-indentation", QString());
+    m_empty.reset();
+    if (line.kind == Kind::Value && line.value.trimmed().isEmpty())
+        m_empty = line;
     m_isOpen = line.kind != Kind::Value;
     if (!m_isOpen)
         return;
@@ -248,15 +253,27 @@ void Inspection::compare(const SessionLine &line)
                   isItem ? QStringLiteral("is all of its list item, so what follows lies inside it")
                          : QStringLiteral("holds nothing, so what follows lies inside it"));
     m_opener.losesDriver = m_driver.needs(m_levels, line);
-    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
-    m_levels.open(line, parent ? parent->sub(line.name) : nullptr);
+    m_levels.open(line, node() ? node()->sub(line.name) : nullptr);
+}
+
+/// The node that the tree has for the last level.
+const TStringTree *Inspection::node() const
+{
+    return m_levels.isEmpty() ? &m_tree : m_levels.last().node;
 }
 
 /// Goes to the section or item that \a line belongs to, and suspects what is odd on the way.
 void Inspection::enter(const SessionLine &line)
 {
-    if (m_isOpen && !m_levels.holds(line))
+    if (m_empty && SessionLevels::isPart(line, *m_empty)) {
+        m_levels.open(*m_empty, node() ? node()->sub(m_empty->name) : nullptr);
+        m_suspect = m_front;
+        m_suspect->kind = "text-section-blank";
+        m_suspect->text =
+            QStringLiteral("is a value, not a section, by the blank behind its colon");
+    } else if (m_isOpen && !m_levels.holds(line)) {
         m_suspect = m_opener;
+    }
     switch (m_levels.enter(line)) {
     case SessionLevels::Place::Expected:
         break;
@@ -282,7 +299,7 @@ void Inspection::enter(const SessionLine &line)
 
 bool Inspection::isFound(const SessionLine &line) const
 {
-    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
+    const TStringTree *parent = node();
     if (!parent)
         return false;
     if (line.kind != Kind::Value)
@@ -294,9 +311,8 @@ bool Inspection::isFound(const SessionLine &line) const
 /// The tree does not have \a line where it belongs: finds whose fault that is.
 void Inspection::lose(const SessionLine &line)
 {
-    const TStringTree *parent = m_levels.isEmpty() ? &m_tree : m_levels.last().node;
     const bool isReplaced =
-        line.kind == Kind::Value && parent && !parent->value(line.name).isNull();
+        line.kind == Kind::Value && node() && !node()->value(line.name).isNull();
     if (line.oddity != Oddity::None) {
         blame(causeHere(oddityKind(line.oddity), oddityText(line.oddity)));
         m_cause->losesItself = line.oddity != Oddity::CarriageReturn;

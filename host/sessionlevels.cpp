@@ -30,6 +30,11 @@ int columnIn(const Levels &levels, const SessionLine &line)
 
 } // namespace
 
+bool SessionLevels::isPart(const SessionLine &line, const SessionLine &front)
+{
+    return countOpen({{front.column, false, front.name, nullptr}}, line) > 0;
+}
+
 bool SessionLevels::holds(const SessionLine &line) const
 {
     return countOpen(m_levels, line) == m_levels.size();

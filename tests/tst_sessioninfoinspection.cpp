@@ -72,6 +72,9 @@ void tst_SessionInfoInspection::findsNothing_data()
                              "Ann:", " Ann ", "Ann\tBee", "\tAnn", "...", "J\xfcrgen"})
         QTest::addRow("driver %s", name) << withDriver(name);
     QTest::newRow("empty value") << with("Test Team", "");
+    QTest::newRow("empty value in front of a list item")
+        << with("Test Car\n", "\n - CarIdx: 5\n   UserName: Bee\n");
+    QTest::newRow("empty value at the end of a section") << with("Test Car", "");
     QTest::newRow("blanks in a key") << with("TeamName", "Team Name");
     QTest::newRow("no closing line") << with("...\n", "");
     QTest::newRow("comment where it costs nothing") << with("\n\n...", "\n# end\n\n...");
@@ -135,6 +138,27 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << QStringList("+text-empty-section 10: holds nothing, so what follows lies inside it; 14 "
                        "entries behind it are lost: SessionInfo, Sessions, 0, ..."
                        + noDriver);
+    const QString blank =
+        QStringLiteral("is a value, not a section, by the blank behind its colon; ");
+    QTest::newRow("blank behind the first section")
+        << with("WeekendInfo:", "WeekendInfo:  ")
+        << QStringList("-text-section-blank 2: " + blank
+                       + "5 entries behind it are lost: TrackName, TrackLength, TrackDisplayName, "
+                         "...");
+    QTest::newRow("blank behind the section of the drivers")
+        << with("DriverInfo:", "DriverInfo: ")
+        << QStringList("+text-section-blank 14: " + blank
+                       + "9 entries behind it are lost: DriverCarIdx, DriverCarFuelKgPerLtr, "
+                         "DriverCarFuelMaxLtr, ..."
+                       + noDriver);
+    QTest::newRow("blank behind the list of drivers")
+        << with(" Drivers:", " Drivers: ")
+        << QStringList("+text-section-blank 19: " + blank
+                       + "4 entries behind it are lost: 0, UserName, TeamName, ..." + noDriver);
+    QTest::newRow("blank behind a list in front of the drivers")
+        << with("   SessionType: Practice\n",
+                "   SessionType: Practice\n   Positions: \n   - CarIdx: 3\n     Lap: 2\n")
+        << QStringList("-text-section-blank 13: " + blank + "2 entries behind it are lost: 3, Lap");
     QTest::newRow("line break inside a name")
         << withDriver("Ann\nBee")
         << QStringList("-text-no-entry 22: is no entry; if it belongs to the line in front, that "

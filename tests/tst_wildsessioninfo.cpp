@@ -178,6 +178,8 @@ void tst_WildSessionInfo::lapsCarry_data()
     QTest::newRow("no team") << with("   TeamName: Test Team\n", "") << driver << none << track;
     QTest::newRow("empty team") << with("Test Team", "") << driver << QStringLiteral("") << track;
     QTest::newRow("no weekend") << with("WeekendInfo:", "Something:") << driver << team << none;
+    QTest::newRow("blank behind the colon of the weekend")
+        << with("WeekendInfo:", "WeekendInfo: ") << driver << team << none;
     QTest::newRow("no closing line") << with("...\n", "") << driver << team << track;
     QTest::newRow("no final newline") << with("...\n", "...") << driver << team << track;
     // The closing line of the first document opens a node, and the second one goes in there.
@@ -237,6 +239,10 @@ void tst_WildSessionInfo::nobodyIsFollowed_data()
     QTest::newRow("empty list of drivers")
         << Recording::plainSessionInfo().left(Recording::plainSessionInfo().indexOf(" - CarIdx"))
             + "\n...\n";
+    QTest::newRow("blank behind the colon of the section of the drivers")
+        << with("DriverInfo:", "DriverInfo: ");
+    QTest::newRow("blank behind the colon of the list of drivers")
+        << with(" Drivers:", " Drivers: ");
     QTest::newRow("drivers in brackets") << with(" Drivers:", " Drivers: []");
     QTest::newRow("no player's car") << with(" DriverCarIdx: 0\n", "");
     for (const char *index : {"", "-1", "64", "2147483648", "0.0", "zero", "0x", "00000000000000a"})
