@@ -17,11 +17,6 @@ QString counted(int count, const char *one, const char *more)
     return QString::number(count) % QLatin1Char(' ') % QLatin1String(count == 1 ? one : more);
 }
 
-QString everything()
-{
-    return QStringLiteral("everything");
-}
-
 } // namespace
 
 FileCheck::FileCheck(const QString &fileName, Importer *importer)
@@ -49,14 +44,13 @@ void FileCheck::explainMissingLaps(qint64 records)
     Finding finding;
     if (m_laps == 0) {
         finding.severity = Severity::Damage;
-        finding.kind = QStringLiteral("proportion");
-        finding.lost = everything();
+        finding.kind = QStringLiteral("too-large");
+        finding.lost = Finding::everything();
         finding.text = QStringLiteral("its laps would take more than 256 MB and more than 64 bytes "
-                                      "for each byte of records");
+                                      "for each byte of records, or more memory than there is");
     } else if (!m_hasSamples && records > 0 && verdict() != Verdict::Damaged) {
         finding.kind = QStringLiteral("no-lap");
-        finding.text = QStringLiteral("the car never drives out of the pits, so the only lap is "
-                                      "empty");
+        finding.text = QStringLiteral("no lap of the car begins, so the only lap is empty");
     } else {
         return;
     }
@@ -72,7 +66,7 @@ void FileCheck::addErrors(const QStringList &errors)
         finding.kind = QStringLiteral("import");
         finding.text = error;
         if (m_laps == 0)
-            finding.lost = everything();
+            finding.lost = Finding::everything();
         m_findings.append(finding);
     }
 }
@@ -122,8 +116,8 @@ QString FileCheck::losses() const
         if (!finding.lost.isEmpty() && !lost.contains(finding.lost))
             lost.append(finding.lost);
     }
-    if (lost.contains(everything()))
-        return everything();
+    if (lost.contains(Finding::everything()))
+        return Finding::everything();
     others += std::max(0, lost.size() - MostNames);
     const QString named = lost.mid(0, MostNames).join(QLatin1String(", "));
     return others > 0 ? QString(named % QStringLiteral(" and %1 more").arg(others)) : named;

@@ -14,7 +14,7 @@ struct Finding {
     Severity severity = Severity::Remark;
     QString kind; ///< what sort of thing it is, for scripts: "record-count"
     QString text; ///< one sentence, without the place
-    QString lost; ///< by its name, as a verdict lists it; empty for a remark
+    QString lost; ///< by its name, as a verdict lists it, or everything(); empty for a remark
 
     std::optional<qint64> offset{}; ///< of the file, in bytes
     std::optional<qint64> wanted{}; ///< bytes that should be there
@@ -24,6 +24,9 @@ struct Finding {
     QString quote{}; ///< the line, escaped and shortened
     /// How many more findings of its kind this one stands for; it has no place then.
     int others = 0;
+
+    /// What is lost of a file from which nothing is imported.
+    static QString everything() { return QStringLiteral("everything"); }
 
     /// "session info, line 21", "variable Speed", "byte 112"; empty if it has none.
     QString place() const;

@@ -29,23 +29,20 @@ struct Section {
     qint64 offset;
     qint64 size;
     qint64 field; ///< where the header tells the offset
+    qint64 sizeField = 0; ///< and the size
 };
 
 Section sessionInfoSection(const irsdk_header &header)
 {
     return {QStringLiteral("the session info"), header.sessionInfoOffset, header.sessionInfoLen,
-            offsetof(irsdk_header, sessionInfoOffset)};
+            offsetof(irsdk_header, sessionInfoOffset), offsetof(irsdk_header, sessionInfoLen)};
 }
 
 Section tableSection(const irsdk_header &header)
 {
     return {QStringLiteral("the variable table"), header.varHeaderOffset,
-            header.numVars * VariableSize, offsetof(irsdk_header, varHeaderOffset)};
-}
-
-QString everything()
-{
-    return QStringLiteral("everything");
+            header.numVars * VariableSize, offsetof(irsdk_header, varHeaderOffset),
+            offsetof(irsdk_header, numVars)};
 }
 
 } // namespace
@@ -122,7 +119,7 @@ bool RecordingInspection::readHeaders(IbtFile *file)
                            .arg(QLatin1String(name))
                            .arg(size)
                            .arg(*finding.had);
-        finding.lost = everything();
+        finding.lost = Finding::everything();
         m_findings.add(finding);
         return false;
     };
@@ -140,8 +137,10 @@ bool RecordingInspection::checkClaims(const IbtFile &file)
         Finding finding;
         finding.severity = Severity::Damage;
         finding.kind = QStringLiteral("claim");
-        finding.lost = everything();
-        finding.offset = section.offset < 0 ? section.field : section.offset;
+        finding.lost = Finding::everything();
+        finding.offset = section.size < 0 ? section.sizeField
+            : section.offset < 0          ? section.field
+                                          : section.offset;
         finding.wanted = section.size;
         finding.had = qBound(qint64(0), m_size - qMax(qint64(0), section.offset), m_size);
         if (section.size < 0)
@@ -307,7 +306,7 @@ void RecordingInspection::checkEnd(const IbtFile &file, const RecordTimes &times
         finding.text = QStringLiteral("the last %1 of %2 records hold nothing but zeros")
                            .arg(m_records - filled)
                            .arg(m_records);
-    } else if (times.isKnown() && m_records > 0 && subHeader.sessionRecordCount == m_records
+    } else if (times.hasLast() && subHeader.sessionRecordCount == m_records
                && !times.endsAt(subHeader.sessionEndTime)) {
         finding.kind = QStringLiteral("end-time");
         finding.offset = HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionEndTime));

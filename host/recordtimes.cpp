@@ -93,7 +93,7 @@ void RecordTimes::add(const char *record)
 bool RecordTimes::endsAt(double time) const
 {
     constexpr double atLeast = 0.1; // seconds, where the rate tells nothing
-    return m_timed > 0
+    return hasLast()
         && std::abs(time - m_time) <= (m_tickRate > 0 ? Tolerance / m_tickRate : atLeast);
 }
 

@@ -4,8 +4,6 @@
 
 #include <QString>
 
-#include <optional>
-
 class FindingList;
 
 /// Watches the time from record to record: where ticks are missing, where it runs backwards, and
@@ -23,6 +21,8 @@ public:
     void add(const char *record);
     /// Whether the last record is of this time, in seconds, as far as its clock tells ticks apart.
     bool endsAt(double time) const;
+    /// Whether the last record has a time.
+    bool hasLast() const { return m_hasBefore; }
     /// The time of the last record that has one, in seconds; 0 if none has.
     double last() const { return m_time; }
     /// Adds what was seen to \a findings.

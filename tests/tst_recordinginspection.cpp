@@ -79,6 +79,15 @@ void tst_RecordingInspection::finds_data()
             % (lost ? QString(QLatin1String(" lost ") % QLatin1String(lost)) : QString());
     };
     const auto subHeader = &irsdk_diskSubHeader::sessionRecordCount;
+    // Without a time in the last ones of 20 records.
+    const auto untimed = [&](int count) {
+        QByteArray result = bytes;
+        const double noTime = qQNaN();
+        for (int i = 20 - count; i < 20; ++i)
+            std::memcpy(result.data() + records + i * size + good.offsetOf("SessionTime"), &noTime,
+                        sizeof noTime);
+        return result;
+    };
 
     QTest::newRow("sound") << bytes << true << QStringList();
 
@@ -95,7 +104,10 @@ void tst_RecordingInspection::finds_data()
                                << QStringList({at("+claim", text, "everything"),
                                                at("+claim", 144, "everything")});
     QTest::newRow("negative length") << good.with(&irsdk_header::sessionInfoLen, -1).bytes() << true
-                                     << QStringList(at("+claim", text, "everything"));
+                                     << QStringList(at("+claim", 16, "everything"));
+    QTest::newRow("negative count and offset")
+        << good.with(&irsdk_header::numVars, -1).with(&irsdk_header::varHeaderOffset, -5).bytes()
+        << true << QStringList(at("+claim", 24, "everything"));
     QTest::newRow("negative offset") << good.with(&irsdk_header::varHeaderOffset, -5).bytes()
                                      << true << QStringList(at("+claim", 28, "everything"));
     QTest::newRow("claim beyond any file")
@@ -106,7 +118,7 @@ void tst_RecordingInspection::finds_data()
                                                  at("+claim", 0x78787878, "everything")});
     QTest::newRow("claim of another version")
         << good.with(&irsdk_header::ver, 0x78787878).with(&irsdk_header::numVars, -1).bytes()
-        << false << QStringList(at("+claim", 144, "everything"));
+        << false << QStringList(at("+claim", 24, "everything"));
     QTest::newRow("zeros") << QByteArray(1000, '\0') << false
                            << QStringList({at("+no-driver", 0, "all laps"),
                                            at("+records", 36, "all records")});
@@ -135,6 +147,9 @@ void tst_RecordingInspection::finds_data()
     for (const double time : {0.0, 1e6, double(qQNaN()), -qInf()})
         QTest::addRow("end time %g", time)
             << good.with(endTime, time).bytes() << true << QStringList(at("-end-time", 128));
+    QTest::newRow("no time") << untimed(20) << true << QStringList(at("-time-unusable", records));
+    QTest::newRow("no time at the end")
+        << untimed(1) << true << QStringList(at("-time-unusable", records + 19 * size));
     QTest::newRow("zeros for records at the end")
         << bytes.chopped(3 * size) + QByteArray(3 * size, '\0') << true
         << QStringList(at("+empty-records", records + 17 * size, "3 of 20 records"));

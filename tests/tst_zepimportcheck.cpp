@@ -263,11 +263,11 @@ void tst_ZepimportCheck::saysWhyNothingIsLeft_data()
 
     Recording parked;
     parked.sessionInfo(Recording::plainSessionInfo()).set("LapDistPct", 0.5);
-    QTest::newRow("never driven")
-        << parked.ticks(10).bytes()
-        << QStringLiteral("odd.ibt: complete with remarks, 1 lap\n"
-                          "  the car never drives out of the pits, so the only lap is empty\n")
-        << 0;
+    QTest::newRow("never driven") << parked.ticks(10).bytes()
+                                  << QStringLiteral(
+                                         "odd.ibt: complete with remarks, 1 lap\n"
+                                         "  no lap of the car begins, so the only lap is empty\n")
+                                  << 0;
     QTest::newRow("out of proportion")
         << hostileKind("a lap every other tick").make(3 * 1024 * 1024)
         << QStringLiteral("odd.ibt: damaged, lost: everything\n") << 1;
