@@ -15,7 +15,7 @@ bool isUnforked(const QProcess &process)
     return process.processId() < 0;
 }
 
-/// Lets go of an unforked process. It is never deleted: that would kill process -1, which means all
+/// Puts an unforked process aside. It is never deleted: that would kill process -1, which means all
 /// that the user has.
 void abandon(std::unique_ptr<QProcess> process)
 {
@@ -23,7 +23,8 @@ void abandon(std::unique_ptr<QProcess> process)
     const auto notifiers = process->findChildren<QSocketNotifier *>();
     for (QSocketNotifier *notifier : notifiers)
         notifier->setEnabled(false);
-    process.release();
+    static auto *const abandoned = new std::vector<QProcess *>; // never deleted itself
+    abandoned->push_back(process.release());
 }
 
 } // namespace
