@@ -1,5 +1,7 @@
 #include "reader/recordelement.h"
 
+#include "reader/variantnumber.h"
+
 QVariant RecordElement::toVariant(const char *record) const
 {
     switch (m_type) {
@@ -21,7 +23,7 @@ QVariant RecordElement::toVariant(const char *record) const
 
 int RecordElement::toInt(const char *record) const
 {
-    return m_type == irsdk_int ? load<qint32>(record) : toVariant(record).toInt();
+    return m_type == irsdk_int ? load<qint32>(record) : intOf(toVariant(record));
 }
 
 float RecordElement::toFloat(const char *record) const
@@ -43,7 +45,7 @@ float RecordElement::toFloat(const char *record) const
 
 bool RecordElement::toBool(const char *record) const
 {
-    return m_type == irsdk_bool ? load<quint8>(record) != 0 : toVariant(record).toBool();
+    return m_type == irsdk_bool ? load<quint8>(record) != 0 : boolOf(toVariant(record));
 }
 
 RecordElement StoredElements::at(int index) const

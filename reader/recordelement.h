@@ -8,8 +8,8 @@
 
 /// One element of a record: where it lies and how it is read.
 ///
-/// A default element lies nowhere and reads as an invalid variant. The conversions are those of
-/// QVariant on toVariant(), so a caller may ask a record or a sample and gets the same answer.
+/// A default element lies nowhere and reads as an invalid variant. The conversions are those of a
+/// sample that holds toVariant(), so a caller may ask either and gets the same answer.
 class RecordElement
 {
 public:

@@ -1,6 +1,7 @@
 #include "reader/tickvalues.h"
 
 #include "model/sample.h"
+#include "reader/variantnumber.h"
 
 const QString &tickVariableName(TickVariable variable)
 {
@@ -27,7 +28,7 @@ bool SampleSource::has(TickVariable variable) const
 
 int SampleSource::toInt(TickVariable variable) const
 {
-    return m_sample.value(tickVariableName(variable)).value.toInt();
+    return intOf(m_sample.value(tickVariableName(variable)).value);
 }
 
 float SampleSource::toFloat(TickVariable variable) const
@@ -37,5 +38,5 @@ float SampleSource::toFloat(TickVariable variable) const
 
 bool SampleSource::toBool(TickVariable variable) const
 {
-    return m_sample.value(tickVariableName(variable)).value.toBool();
+    return boolOf(m_sample.value(tickVariableName(variable)).value);
 }

@@ -140,7 +140,7 @@ void Reader::getSessionInfo(int car, Lap *lap) const
     int sessionNumber = 0;
     if (hasMyCar()) {
         const Values &values = m_cars.at(m_myCarIdx).sample.values;
-        sessionNumber = values.value(QStringLiteral("sessionnum")).value.toInt();
+        sessionNumber = toInt(values.value(QStringLiteral("sessionnum")).value);
     }
     const QString type =
         pathValue(QStringLiteral("SessionInfo/Sessions/") + QString::number(sessionNumber)

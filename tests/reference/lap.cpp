@@ -1,6 +1,32 @@
 #include "tests/reference/lap.h"
 
+#include <cmath>
+
 namespace reference {
+
+namespace {
+
+/// The sign of a number that no 64 bits hold; 0 for any other value.
+int signOfHuge(const QVariant &value)
+{
+    const bool isText = value.userType() == QMetaType::QString;
+    const double number = isText ? 0 : value.toDouble();
+    if (number >= std::ldexp(1.0, 63))
+        return 1;
+    return number >= -std::ldexp(1.0, 63) ? 0 : -1; // also what is no number
+}
+
+} // namespace
+
+int toInt(const QVariant &value)
+{
+    return signOfHuge(value) == 0 ? value.toInt() : 0;
+}
+
+bool toBool(const QVariant &value)
+{
+    return signOfHuge(value) == 0 ? value.toBool() : signOfHuge(value) > 0;
+}
 
 double Channel::sample(int index) const
 {

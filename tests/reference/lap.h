@@ -19,6 +19,10 @@ struct Value {
     QString unit;
 };
 
+/// As QVariant converts; a number that rounds to none of 64 bits is 0, and true if it is positive.
+int toInt(const QVariant &value);
+bool toBool(const QVariant &value);
+
 /// Values by name, in ascending name order.
 using Values = QMap<QString, Value>;
 

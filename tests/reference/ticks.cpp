@@ -30,7 +30,7 @@ void Reader::processData()
     if (m_myCarIdx >= 0) {
         sessionNumber = 0;
         if (hasMyCar())
-            sessionNumber = valueOr(m_cars.at(m_myCarIdx).sample, "sessionnum", 0).toInt();
+            sessionNumber = toInt(valueOr(m_cars.at(m_myCarIdx).sample, "sessionnum", 0));
     }
     for (int i = 0; i < m_cars.size(); ++i) {
         if (!m_cars.at(i).driverName.isEmpty())
@@ -44,7 +44,7 @@ void Reader::processCar(int i, int sessionNumber)
     TickState &current = car.current;
 
     current.lapDistPct = valueOr(car.sample, "lapdistpct", -1.0f).toFloat();
-    current.sessionState = valueOr(car.sample, "sessionstate", 0).toInt();
+    current.sessionState = toInt(valueOr(car.sample, "sessionstate", 0));
     if (!(current.lapDistPct > -0.5f))
         return;
 
@@ -52,11 +52,11 @@ void Reader::processCar(int i, int sessionNumber)
     bool onPitRoad = false;
     bool onTrack = false;
     if (i == m_myCarIdx) {
-        current.lap = valueOr(car.sample, "lap", -1).toInt();
-        if (!valueOr(car.sample, "isontrack", false).toBool()) {
+        current.lap = toInt(valueOr(car.sample, "lap", -1));
+        if (!toBool(valueOr(car.sample, "isontrack", false))) {
             stationary = true;
         } else {
-            onPitRoad = valueOr(car.sample, "onpitroad", false).toBool();
+            onPitRoad = toBool(valueOr(car.sample, "onpitroad", false));
             current.lapLastLapTime = valueOr(car.sample, "laplastlaptime", -1.0f).toFloat();
             current.lapCurrentLapTime = valueOr(car.sample, "lapcurrentlaptime", 1.0e25f).toFloat();
             onTrack = !onPitRoad;
@@ -66,7 +66,7 @@ void Reader::processCar(int i, int sessionNumber)
         if (sessionNumber < 0)
             return;
         current.lap = lapsComplete(i, sessionNumber);
-        if (valueOr(car.sample, "onpitroad", true).toBool()) {
+        if (toBool(valueOr(car.sample, "onpitroad", true))) {
             const float driven = current.lapDistPct - car.previous.lapDistPct;
             stationary = 0.001 > double(std::fabs(driven));
             onPitRoad = true;
