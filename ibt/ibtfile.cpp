@@ -15,7 +15,7 @@ bool isEndless(const char *fileName)
         || type == fs::file_type::character || type == fs::file_type::block;
 }
 
-/// Bytes that are asked for on the word of the file alone, and read at a time.
+/// Bytes of records that are read at a time, if one is not longer.
 constexpr std::size_t BlockBytes = 256 * 1024;
 
 } // namespace
@@ -51,9 +51,8 @@ bool IbtFile::holdsVarHeaders()
 
 bool IbtFile::readSessionInfo()
 {
-    const std::int32_t length = m_header.sessionInfoLen;
-    if (length < 0 || !seek(m_header.sessionInfoOffset)
-        || !readGrowing(m_sessionInfo, static_cast<std::size_t>(length)))
+    if (!holdsSessionInfo()
+        || !readItems(m_sessionInfo, m_header.sessionInfoOffset, m_header.sessionInfoLen))
         return false;
     if (m_sessionInfo.empty())
         m_sessionInfo.resize(1);
@@ -63,9 +62,7 @@ bool IbtFile::readSessionInfo()
 
 bool IbtFile::readVarHeaders()
 {
-    const std::int32_t count = m_header.numVars;
-    return count >= 0 && seek(m_header.varHeaderOffset)
-        && readGrowing(m_varHeaders, static_cast<std::size_t>(count));
+    return holdsVarHeaders() && readItems(m_varHeaders, m_header.varHeaderOffset, m_header.numVars);
 }
 
 char *IbtFile::nextRecord()
@@ -93,45 +90,34 @@ bool IbtFile::holds(std::int64_t offset, std::int64_t size)
     return size == 0 || (offset <= end && size <= end - offset);
 }
 
-bool IbtFile::seek(std::int32_t offset)
-{
-    return offset >= 0 && std::fseek(m_file.get(), offset, SEEK_SET) == 0;
-}
-
-/// Reads \a count items from where the file stands. False when the file ends before; \a items then
-/// holds what there was.
+/// Reads \a count items at \a offset, which the file holds. False if it has become shorter.
 template <typename T>
-bool IbtFile::readGrowing(std::vector<T> &items, std::size_t count)
+bool IbtFile::readItems(std::vector<T> &items, std::int32_t offset, std::int32_t count)
 {
-    constexpr std::size_t blockItems = BlockBytes / sizeof(T);
-    std::size_t read = 0;
-    while (read < count) {
-        const std::size_t wanted = std::min(count - read, std::max(blockItems, read));
-        if (items.size() < read + wanted)
-            items.resize(read + wanted);
-        const std::size_t got = std::fread(items.data() + read, sizeof(T), wanted, m_file.get());
-        read += got;
-        if (got < wanted) {
-            items.resize(read);
-            return false;
-        }
-    }
-    return true;
+    items.resize(static_cast<std::size_t>(count));
+    return std::fseek(m_file.get(), offset, SEEK_SET) == 0
+        && std::fread(items.data(), sizeof(T), items.size(), m_file.get()) == items.size();
 }
 
 /// Reads the next block of records. False when no complete record is left.
 bool IbtFile::readRecords()
 {
-    if (m_header.bufLen <= 0 || m_place == Records::AtEnd)
-        return false;
-    if (m_place == Records::NotReached && !seek(m_header.varBuf[0].bufOffset))
+    if (m_place == Records::NotReached) {
+        // Asks for no record that the file does not hold.
+        const std::int32_t offset = m_header.varBuf[0].bufOffset;
+        const bool isThere = m_header.bufLen > 0 && holds(offset, m_header.bufLen)
+            && std::fseek(m_file.get(), offset, SEEK_SET) == 0;
+        m_place = isThere ? Records::Reading : Records::AtEnd;
+    }
+    if (m_place == Records::AtEnd)
         return false;
 
     const auto recordBytes = static_cast<std::size_t>(m_header.bufLen);
-    const std::size_t blockRecords = std::max<std::size_t>(1, BlockBytes / recordBytes);
-    const bool isFull = readGrowing(m_records, blockRecords * recordBytes);
-    m_place = isFull ? Records::Reading : Records::AtEnd;
+    m_records.resize(std::max<std::size_t>(1, BlockBytes / recordBytes) * recordBytes);
+    const std::size_t got = std::fread(m_records.data(), 1, m_records.size(), m_file.get());
+    if (got < m_records.size())
+        m_place = Records::AtEnd;
     m_nextRecord = 0;
-    m_recordsEnd = m_records.size() / recordBytes * recordBytes;
+    m_recordsEnd = got / recordBytes * recordBytes;
     return m_recordsEnd > 0;
 }

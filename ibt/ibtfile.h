@@ -8,8 +8,7 @@
 #include <vector>
 
 /// Reads a recording part by part, in the order of the operations below, and believes no number of
-/// it: memory is asked for as the bytes arrive, so a length that the file does not back costs
-/// one block and a small multiple of what is there.
+/// it: memory is asked for what lies in the file, as far as its size tells, and for one block.
 class IbtFile
 {
 public:
@@ -55,10 +54,9 @@ private:
         void operator()(std::FILE *file) const { std::fclose(file); }
     };
 
-    bool seek(std::int32_t offset);
     bool holds(std::int64_t offset, std::int64_t size);
     template <typename T>
-    bool readGrowing(std::vector<T> &items, std::size_t count);
+    bool readItems(std::vector<T> &items, std::int32_t offset, std::int32_t count);
     bool readRecords();
 
     std::unique_ptr<std::FILE, Closer> m_file;
