@@ -155,6 +155,20 @@ QByteArray shortLapsInLongRecords(int bytes)
     return recording.bytes();
 }
 
+/// One lap that takes little less than its records allow, and short ones that take more.
+QByteArray shortLapsBehindALongOne(int bytes)
+{
+    QVector<RecordingVariable> more(95);
+    for (int i = 0; i < more.size(); ++i)
+        more[i] = {"V" + QByteArray::number(i), irsdk_bool, "", "", 1, 0};
+    Recording recording = smallTable(more);
+    recording.set("IsOnTrack", 1).set("LapDistPct", 0.5).set("LapCurrentLapTime", 10);
+    const int shortLaps = bytes / 32;
+    recording.ticks((bytes - shortLaps) / recording.recordSize());
+    driveShortLaps(&recording, shortLaps);
+    return recording.bytes();
+}
+
 /// \a variables variables of one byte each, side by side.
 QByteArray bytesSideBySide(int variables, bool inShortLaps, int bytes)
 {
@@ -222,6 +236,7 @@ const QVector<HostileKind> &hostileKinds()
         {"table of one name", tableOfOneName, true, false},
         {"a lap every other tick", shortLaps, true, false},
         {"a lap every other tick of long records", shortLapsInLongRecords, true, false},
+        {"short laps behind a long one", shortLapsBehindALongOne, true, false},
         {"a lap every other tick of many channels", shortLapsOfManyChannels, true, false},
         {"variables of one byte", oneByteVariables, false, false},
         {"records of one byte", oneByteRecords, false, false},

@@ -63,13 +63,20 @@ qint64 askedBytes(const CollectedLaps &laps)
         + laps.laps * (laps.channels * ChannelBytes + LapBytes);
 }
 
-/// What laps may take that come of so many bytes of records, \a always of any: variables laid over
-/// each other, or a lap closed every other tick, could make terabytes of a small file.
-qint64 allowedBytes(qint64 recordBytes, qint64 always)
+/// What laps may take for each byte of their records: variables laid over each other, or a lap
+/// closed every other tick, could make terabytes of a small file. Variables side by side make at
+/// most 8 bytes of each byte.
+constexpr qint64 AllowedPerByte = 64;
+
+/// Whether records of \a recordBytes bytes can make more of laps of \a channels channels than those
+/// may take.
+bool canGetOutOfProportion(qint64 channels, qint64 recordBytes)
 {
-    // Variables side by side make at most 8 bytes of each byte read.
-    constexpr qint64 AllowedPerByte = 64;
-    return qMax(recordBytes * AllowedPerByte, always);
+    CollectedLaps most;
+    most.laps = 1;
+    most.ticks = 2; // no lap is shorter, but for the last one
+    most.channels = channels;
+    return askedBytes(most) > AllowedPerByte * recordBytes * most.ticks;
 }
 
 QString sessionInfoError()
@@ -82,17 +89,16 @@ QString varHeaderError()
     return QStringLiteral("IBT import error:  Failed to read irsdk_varHeader");
 }
 
-/// A pass through all records.
+/// What came of a pass through all records.
 struct Pass {
     qint64 recordBytes = 0;
     qint64 mostAsked = 0; ///< at any tick, since a lap that gets dropped took its bytes as well
 };
 
 /// Follows the cars through all records, from a new start. The laps go to \a laps, or are only
-/// counted if there is no list. Returns nothing as soon as the laps take more than those of the
-/// records so far may, and more than \a always.
+/// counted if there is no list. Returns nothing as soon as they take more than \a most.
 std::optional<Pass> readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps,
-                                qint64 always)
+                                qint64 most)
 {
     const irsdk_header &header = file->header();
     file->rewindRecords();
@@ -112,16 +118,16 @@ std::optional<Pass> readRecords(IbtFile *file, iRTelemetryReader *reader, LapLis
             laps->addMyLap(reader);
 
         pass.recordBytes += header.bufLen;
-        const qint64 asked = askedBytes(reader->collectedLaps());
-        pass.mostAsked = qMax(pass.mostAsked, asked);
-        if (asked > allowedBytes(pass.recordBytes, always))
+        const CollectedLaps collected = reader->collectedLaps();
+        pass.mostAsked = qMax(pass.mostAsked, askedBytes(collected));
+        if (pass.mostAsked > most && canGetOutOfProportion(collected.channels, header.bufLen))
             return std::nullopt;
     }
     return pass;
 }
 
-/// Reads the records into \a laps, unless those would take too much. That takes all records to
-/// tell, so laps that grow out of proportion are counted before more of them are made.
+/// Reads the records into \a laps, unless those would take too much. It takes all records to tell,
+/// so laps that can get out of proportion are counted before many of them are made.
 bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *laps)
 {
     constexpr qint64 AlwaysAllowed = 256 * 1024 * 1024;
@@ -133,7 +139,8 @@ bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *lap
     laps->clear();
     const std::optional<Pass> counted = readRecords(file, reader, nullptr, Countable);
     // The third time they take what was counted, whatever else the file may hold by now.
-    return counted && counted->mostAsked <= allowedBytes(counted->recordBytes, AlwaysAllowed)
+    return counted
+        && counted->mostAsked <= qMax(counted->recordBytes * AllowedPerByte, AlwaysAllowed)
         && readRecords(file, reader, laps, counted->mostAsked);
 }
 

@@ -178,7 +178,7 @@ void tst_IrPluginImportMemory::refusedRecordingTakesLittle_data()
 {
     QTest::addColumn<QByteArray>("kind");
     for (const char *name : {"a lap every other tick", "a lap every other tick of many channels",
-                             "variables laid over each other"})
+                             "short laps behind a long one", "variables laid over each other"})
         QTest::newRow(name) << QByteArray(name);
 }
 
