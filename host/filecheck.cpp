@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <new>
 
 namespace {
 
@@ -21,21 +22,36 @@ QString counted(int count, const char *one, const char *more)
 
 FileCheck::FileCheck(const QString &fileName, Importer *importer)
 {
-    const ImportAttempt attempt = importer->attempt(fileName);
+    ImportAttempt attempt = importer->attempt(fileName);
     m_laps = int(attempt.laps.size());
     m_hasSamples = std::any_of(attempt.laps.begin(), attempt.laps.end(),
                                [](const auto &lap) { return lap->size() > 0; });
+    attempt.laps.clear();
     m_isRecording = m_laps > 0;
     if (!formatWildcards(attempt.format).contains(QLatin1String("*.ibt"))) {
         addErrors(attempt.errors);
         return;
     }
-    const RecordingInspection inspection(fileName);
-    m_isRecording = inspection.isRecording();
-    m_findings = inspection.findings();
-    addErrors(attempt.errors);
-    if (inspection.isImportable())
-        explainMissingLaps(inspection.records());
+    try {
+        const RecordingInspection inspection(fileName);
+        m_isRecording = inspection.isRecording();
+        m_findings = inspection.findings();
+        addErrors(attempt.errors);
+        if (inspection.isImportable())
+            explainMissingLaps(inspection.records());
+    } catch (const std::bad_alloc &) {
+        m_isRecording = true; // for all that is known
+        addErrors(attempt.errors);
+        addLackOfMemory();
+    }
+}
+
+void FileCheck::addLackOfMemory()
+{
+    Finding finding;
+    finding.kind = QStringLiteral("memory");
+    finding.text = QStringLiteral("there is too little memory to look into the recording");
+    m_findings.append(finding);
 }
 
 /// For a recording that is all there, but of which nothing is left, or nothing that was driven.

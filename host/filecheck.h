@@ -29,6 +29,7 @@ public:
     const QVector<Finding> &findings() const { return m_findings; }
 
 private:
+    void addLackOfMemory();
     void addErrors(const QStringList &errors);
     void explainMissingLaps(qint64 records);
     QString losses() const;

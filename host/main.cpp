@@ -18,6 +18,7 @@
 
 #include <csignal>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -99,9 +100,14 @@ int main(int argc, char *argv[])
     }
 
     ExitCode result = ExitCode::Success;
-    for (const auto &[parsed, command] : declared) {
-        if (parsed->parsed())
-            result = command->run(terminal);
+    try {
+        for (const auto &[parsed, command] : declared) {
+            if (parsed->parsed())
+                result = command->run(terminal);
+        }
+    } catch (const std::bad_alloc &) {
+        terminal.complain(QStringLiteral("there is too little memory for this"));
+        result = ExitCode::Failure;
     }
     if (!terminal.flush()) {
         terminal.complain(QStringLiteral("the output could not be written; is the disk full?"));

@@ -1,13 +1,13 @@
 #include "host/matvariable.h"
 
-#include <QHash>
 #include <QJsonObject>
+#include <QMap>
 #include <QRegularExpression>
-#include <QSet>
 
 #include <algorithm>
 #include <array>
 #include <new>
+#include <set>
 #include <vector>
 
 namespace {
@@ -104,15 +104,16 @@ QStringList matFieldNames(const QStringList &names)
     static const QRegularExpression odd(QStringLiteral("[^A-Za-z0-9_]"));
     static const QRegularExpression letter(QStringLiteral("\\A[A-Za-z]"));
     QStringList fields;
-    QSet<QString> taken;
-    QHash<QString, int> nextNumbers; // by what stays of a name in front of any suffix
+    // No hashes, since a file may choose the names.
+    std::set<QString> taken;
+    QMap<QString, int> nextNumbers; // by what stays of a name in front of any suffix
     for (QString name : names) {
         name.replace(odd, QStringLiteral("_"));
         if (!letter.match(name).hasMatch())
             name.prepend(QLatin1Char('x'));
         QString field = name.left(longest);
         int &number = nextNumbers[name.left(longest - longestSuffix)];
-        for (number = std::max(number, 2); taken.contains(field); ++number) {
+        for (number = std::max(number, 2); taken.count(field) > 0; ++number) {
             const QString suffix = QStringLiteral("_%1").arg(number);
             field = name.left(longest - suffix.size()) + suffix;
         }

@@ -54,7 +54,11 @@ RecordingInspection::RecordingInspection(const QString &fileName)
     if (!file.isOpen() || !readHeaders(&file))
         return;
 
-    m_isImportable = checkClaims(file) && file.readSessionInfo() && file.readVarHeaders();
+    const bool holdsAll = checkClaims(file);
+    m_isImportable = holdsAll && file.readSessionInfo() && file.readVarHeaders();
+    if (holdsAll && !m_isImportable)
+        addUnreadable(QStringLiteral("the session info or the variable table"),
+                      Finding::everything());
     const irsdk_header &header = file.header();
     m_isRecording = isPlausible(header);
     if (!m_isImportable)
@@ -84,6 +88,16 @@ bool RecordingInspection::isPlausible(const irsdk_header &header) const
     return header.ver != 0 || header.sessionInfoLen > 0 || header.numVars > 0 || header.bufLen > 0;
 }
 
+void RecordingInspection::addUnreadable(const QString &name, const QString &lost)
+{
+    Finding finding;
+    finding.severity = Severity::Damage;
+    finding.kind = QStringLiteral("unreadable");
+    finding.text = name % QLatin1String(" could not be read, or the file became shorter meanwhile");
+    finding.lost = lost;
+    m_findings.add(finding);
+}
+
 /// Shows all records to \a times, but for those at the end that hold nothing. Returns how many hold
 /// something, or lie in front of such a one.
 qint64 RecordingInspection::readRecords(IbtFile *file, RecordTimes *times)
@@ -92,6 +106,7 @@ qint64 RecordingInspection::readRecords(IbtFile *file, RecordTimes *times)
     qint64 filled = 0;
     qint64 emptySince = 0;
     while (const char *record = file->nextRecord()) {
+        ++m_readRecords;
         empty.resize(std::size_t(file->header().bufLen));
         if (std::memcmp(record, empty.data(), empty.size()) == 0) {
             ++emptySince;
@@ -187,9 +202,10 @@ void RecordingInspection::checkOverlaps(const irsdk_header &header)
                 finding.lost = QStringLiteral("the records that lie there");
             }
             finding.offset = begin;
-            finding.text = QStringLiteral("%1 and %2 share %3 bytes")
-                               .arg(one.name, other.name)
-                               .arg(end - begin);
+            finding.text = QStringLiteral("%1 and %2 share %3")
+                               .arg(one.name, other.name,
+                                    end - begin == 1 ? QStringLiteral("a byte")
+                                                     : QStringLiteral("%1 bytes").arg(end - begin));
             m_findings.add(finding);
         }
     }
@@ -296,6 +312,12 @@ void RecordingInspection::checkRecords(const IbtFile &file, const RecordTimes &t
 void RecordingInspection::checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled)
 {
     const irsdk_diskSubHeader &subHeader = file.diskSubHeader();
+    if (m_readRecords < m_records) {
+        const QString lost =
+            QStringLiteral("%1 of %2 records").arg(m_records - m_readRecords).arg(m_records);
+        addUnreadable(lost, lost);
+        return;
+    }
     Finding finding;
     if (filled < m_records) {
         const irsdk_header &header = file.header();

@@ -33,6 +33,7 @@ private:
     void checkOverlaps(const irsdk_header &header);
     void checkText(const IbtFile &file);
     bool isPlausible(const irsdk_header &header) const;
+    void addUnreadable(const QString &name, const QString &lost);
     qint64 readRecords(IbtFile *file, RecordTimes *times);
     void checkRecords(const IbtFile &file, const RecordTimes &times);
     void checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled);
@@ -41,5 +42,6 @@ private:
     bool m_isRecording = false;
     bool m_isImportable = false;
     qint64 m_records = 0;
+    qint64 m_readRecords = 0; ///< of these
     FindingList m_findings;
 };

@@ -124,7 +124,7 @@ void RecordTimes::report(FindingList *findings) const
         finding.kind = QStringLiteral("time-unusable");
         finding.offset = m_begin + m_firstUntimed * m_recordSize;
         finding.text =
-            QStringLiteral("%1 of %2 records have no time that can be one, first record %3")
+            QStringLiteral("%1 of %2 records have no usable time, the first is record %3")
                 .arg(m_count - m_timed)
                 .arg(m_count)
                 .arg(m_firstUntimed + 1);
@@ -164,7 +164,7 @@ void RecordTimes::report(FindingList *findings, const Event &event, const char *
               .arg(event.before, 0, 'g', 9)
               .arg(event.after, 0, 'g', 9);
     if (event.count > 1)
-        finding.text += QStringLiteral("; so it is in %1 places").arg(event.count)
+        finding.text += QStringLiteral("; there are %1 such places").arg(event.count)
             % (event.seconds == 0
                    ? QString()
                    : QStringLiteral(", %1 s in all").arg(std::abs(event.seconds), 0, 'g', 9));

@@ -270,7 +270,7 @@ void Inspection::enter(const SessionLine &line)
         m_suspect = m_front;
         m_suspect->kind = "text-section-blank";
         m_suspect->text =
-            QStringLiteral("is a value, not a section, by the blank behind its colon");
+            QStringLiteral("is read as a value because of the blank behind its colon");
     } else if (m_isOpen && !m_levels.holds(line)) {
         m_suspect = m_opener;
     }

@@ -3,7 +3,7 @@
 #include "host/findinglist.h"
 #include "host/textwidth.h"
 
-#include <QHash>
+#include <QMap>
 #include <QString>
 
 #include <algorithm>
@@ -46,6 +46,13 @@ const DriveVariable *driveVariable(const QString &name)
     return found == std::end(DriveVariables) ? nullptr : found;
 }
 
+/// "bytes 3 to 5" for the bytes from \a begin to in front of \a end.
+QString bytesFrom(qint64 begin, qint64 end)
+{
+    return end - begin == 1 ? QStringLiteral("byte %1").arg(begin)
+                            : QStringLiteral("bytes %1 to %2").arg(begin).arg(end - 1);
+}
+
 /// The bytes of a record that \a variable takes.
 struct Extent {
     qint64 begin;
@@ -72,10 +79,9 @@ void inspectExtents(const irsdk_header &header, const irsdk_varHeader *table, Fi
             finding.kind = QStringLiteral("shared-bytes");
             finding.offset = header.varHeaderOffset + extent.variable * qint64(sizeof *table);
             finding.variable = printable(nameOf(table[extent.variable]));
-            finding.text = QStringLiteral("shares bytes %1 to %2 of the record with %3")
-                               .arg(extent.begin)
-                               .arg(std::min(extent.end, before.end))
-                               .arg(printable(nameOf(table[before.variable])));
+            finding.text = QStringLiteral("shares %1 of the record with %2")
+                               .arg(bytesFrom(extent.begin, std::min(extent.end, before.end)),
+                                    printable(nameOf(table[before.variable])));
             findings->add(finding);
         }
         if (extent.end > before.end)
@@ -110,8 +116,9 @@ QString problemOf(const irsdk_varHeader &variable, qint64 recordSize, bool *isLo
     if (count <= 0)
         return QStringLiteral("has %1 elements, so its channel has no values").arg(variable.count);
     if (size == 0)
-        return QStringLiteral("is of type %1, which is not known; its channel repeats the variable "
-                              "in front of it")
+        return QStringLiteral(
+                   "is of type %1, which is not known; its channel repeats what was read "
+                   "in front of it, or zeros")
             .arg(variable.type);
 
     const qint64 begin = variable.offset;
@@ -120,9 +127,8 @@ QString problemOf(const irsdk_varHeader &variable, qint64 recordSize, bool *isLo
         return QString();
     // An element in front of the record costs the channel nothing if the last one is inside.
     *isLost = end > recordSize || end < size;
-    return QStringLiteral("takes bytes %1 to %2 of records of %3 bytes")
-        .arg(begin)
-        .arg(end)
+    return QStringLiteral("takes %1 of records of %2 bytes")
+        .arg(bytesFrom(begin, end))
         .arg(recordSize);
 }
 
@@ -133,7 +139,7 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
 {
     // Variables become channels by their names in lower case: the last one of a name that has a
     // value, -1 if none has.
-    QHash<QString, int> channels;
+    QMap<QString, int> channels; // no hash, since the file chooses the keys
     for (int i = 0; i < header.numVars; ++i) {
         const QString name = nameOf(table[i]).toLower();
         channels.insert(name, hasValue(table[i], header.bufLen) ? i : channels.value(name, -1));

@@ -256,7 +256,7 @@ void tst_RecordingInspection::sectionsThatOverlap_data()
         << good.with(&irsdk_header::sessionInfoOffset, text - 10).bytes()
         << "the session info and the variable table share 10 bytes";
     QTest::newRow("text on the headers") << good.with(&irsdk_header::sessionInfoOffset, 143).bytes()
-                                         << "the headers and the session info share 1 bytes";
+                                         << "the headers and the session info share a byte";
     QTest::newRow("records on the text")
         << good.withRecordsAt(text + 1).bytes()
         << QStringLiteral("the session info and the records share %1 bytes").arg(size - 1);

@@ -61,7 +61,7 @@ void tst_RecordTimes::finds_data()
     QTest::newRow("standing still")
         << QVector<double>{5, 5, 5}
         << QStringList("the time stands still between record 1, at 5 s, and the next one, at 5 s; "
-                       "so it is in 2 places");
+                       "there are 2 such places");
     QTest::newRow("gap")
         << QVector<double>{5, 5.1, 9, 9.1}
         << QStringList("38 ticks are missing between record 2, at 5.1 s, and the next one, at 9 s");
@@ -70,18 +70,17 @@ void tst_RecordTimes::finds_data()
         << QStringList("a tick is missing between record 2, at 5.1 s, and the next one, at 5.3 s");
     QTest::newRow("two gaps")
         << QVector<double>{5, 6, 6.1, 8.1}
-        << QStringList("9 ticks are missing between record 1, at 5 s, and the next one, at 6 s; so "
-                       "it is in 2 places, 3 s in all");
+        << QStringList("9 ticks are missing between record 1, at 5 s, and the next one, at 6 s; "
+                       "there are 2 such places, 3 s in all");
     QTest::newRow("backwards")
         << QVector<double>{5, 5.1, 4, 4.1}
         << QStringList("the time runs backwards between record 2, at 5.1 s, and the next one, at 4 "
                        "s");
     QTest::newRow("not a number") << QVector<double>{
-        5, nan, 9,
-        9.1} << QStringList("1 of 4 records have no time that can be one, first record 2");
+        5, nan, 9, 9.1} << QStringList("1 of 4 records have no usable time, the first is record 2");
     QTest::newRow("times of no session")
         << QVector<double>{5, 5.1, 1e300, -1e10, 5.2}
-        << QStringList("2 of 5 records have no time that can be one, first record 3");
+        << QStringList("2 of 5 records have no usable time, the first is record 3");
 }
 
 void tst_RecordTimes::finds()
@@ -133,7 +132,7 @@ void tst_RecordTimes::rates_data()
     QTest::newRow("too high, of few records")
         << 60 << 3
         << QStringList("5 ticks are missing between record 1, at 0 s, and the next one, at 0.1 s; "
-                       "so it is in 2 places, 0.2 s in all");
+                       "there are 2 such places, 0.2 s in all");
 }
 
 void tst_RecordTimes::rates()

@@ -139,7 +139,7 @@ void tst_SessionInfoInspection::namesTheLine_data()
                        "entries behind it are lost: SessionInfo, Sessions, 0, ..."
                        + noDriver);
     const QString blank =
-        QStringLiteral("is a value, not a section, by the blank behind its colon; ");
+        QStringLiteral("is read as a value because of the blank behind its colon; ");
     QTest::newRow("blank behind the first section")
         << with("WeekendInfo:", "WeekendInfo:  ")
         << QStringList("-text-section-blank 2: " + blank

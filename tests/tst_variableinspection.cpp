@@ -52,24 +52,24 @@ void tst_VariableInspection::finds_data()
     QTest::newRow("sound") << at(56) << none << none;
     QTest::newRow("array") << at(48, irsdk_float, 3) << none << none;
     QTest::newRow("one byte outside")
-        << at(57) << "takes bytes 57 to 61 of records of 60 bytes" << lost;
-    QTest::newRow("outside") << at(60) << "takes bytes 60 to 64 of records of 60 bytes" << lost;
+        << at(57) << "takes bytes 57 to 60 of records of 60 bytes" << lost;
+    QTest::newRow("outside") << at(60) << "takes bytes 60 to 63 of records of 60 bytes" << lost;
     QTest::newRow("far outside") << at(2147483647, irsdk_double)
-                                 << "takes bytes 2147483647 to 2147483655 of records of 60 bytes"
+                                 << "takes bytes 2147483647 to 2147483654 of records of 60 bytes"
                                  << lost;
-    QTest::newRow("in front") << at(-4) << "takes bytes -4 to 0 of records of 60 bytes" << lost;
+    QTest::newRow("in front") << at(-4) << "takes bytes -4 to -1 of records of 60 bytes" << lost;
     QTest::newRow("partly in front")
-        << at(-1) << "takes bytes -1 to 3 of records of 60 bytes" << lost;
+        << at(-1) << "takes bytes -1 to 2 of records of 60 bytes" << lost;
     QTest::newRow("last element outside")
-        << at(52, irsdk_float, 3) << "takes bytes 52 to 64 of records of 60 bytes" << lost;
+        << at(52, irsdk_float, 3) << "takes bytes 52 to 63 of records of 60 bytes" << lost;
     QTest::newRow("first element outside")
-        << at(-4, irsdk_float, 2) << "takes bytes -4 to 4 of records of 60 bytes" << none;
+        << at(-4, irsdk_float, 2) << "takes bytes -4 to 3 of records of 60 bytes" << none;
     QTest::newRow("more elements than any record")
-        << at(0, irsdk_double, 2147483647) << "takes bytes 0 to 17179869176 of records of 60 bytes"
+        << at(0, irsdk_double, 2147483647) << "takes bytes 0 to 17179869175 of records of 60 bytes"
         << lost;
     QTest::newRow("text beyond the record") << at(59, irsdk_char, 100) << none << none;
     QTest::newRow("text outside") << at(60, irsdk_char, 100)
-                                  << "takes bytes 60 to 61 of records of 60 bytes" << lost;
+                                  << "takes byte 60 of records of 60 bytes" << lost;
     QTest::newRow("text of no characters") << at(0, irsdk_char, 0) << none << none;
     QTest::newRow("no elements") << at(0, irsdk_float, 0)
                                  << "has 0 elements, so its channel has no values" << lost;
@@ -78,19 +78,20 @@ void tst_VariableInspection::finds_data()
     for (const qint32 type : {-1, 6, 1000000})
         QTest::addRow("type %d", type)
             << at(0, type)
-            << QStringLiteral("is of type %1, which is not known; its channel repeats the variable "
-                              "in front of it")
+            << QStringLiteral(
+                   "is of type %1, which is not known; its channel repeats what was read "
+                   "in front of it, or zeros")
                    .arg(type)
             << lost;
     QTest::newRow("no name") << RecordingVariable{"", irsdk_bool, "", "", 1, 50} << "has no name"
                              << none;
     QTest::newRow("a name that fills its field")
         << RecordingVariable{QByteArray(32, 'x'), irsdk_bool, "", "", 1, 60}
-        << "takes bytes 60 to 61 of records of 60 bytes"
+        << "takes byte 60 of records of 60 bytes"
         << QString(QLatin1String("channel ") % QString(32, QLatin1Char('x')));
     QTest::newRow("a name that a terminal would obey")
         << RecordingVariable{"a\x1b[2J", irsdk_bool, "", "", 1, 60}
-        << "takes bytes 60 to 61 of records of 60 bytes" << QStringLiteral("channel a\uFFFD[2j");
+        << "takes byte 60 of records of 60 bytes" << QStringLiteral("channel a\uFFFD[2j");
 }
 
 void tst_VariableInspection::finds()
@@ -215,7 +216,7 @@ void tst_VariableInspection::sharedBytes_data()
     QTest::addColumn<RecordingVariable>("variable");
     QTest::addColumn<QString>("place");
     QTest::addColumn<QString>("text");
-    // "Wide" takes bytes 50 to 58 of the record's 70.
+    // "Wide" takes bytes 50 to 57 of the record's 70.
     const auto at = [](qint32 offset, qint32 type = irsdk_float, qint32 count = 1) {
         return RecordingVariable{"Odd", type, "", "", count, offset};
     };
@@ -224,17 +225,17 @@ void tst_VariableInspection::sharedBytes_data()
     QTest::newRow("behind") << at(58) << ""
                             << "";
     QTest::newRow("same bytes") << at(50, irsdk_double) << "variable Odd"
-                                << "shares bytes 50 to 58 of the record with Wide";
+                                << "shares bytes 50 to 57 of the record with Wide";
     QTest::newRow("begins inside") << at(57) << "variable Odd"
-                                   << "shares bytes 57 to 58 of the record with Wide";
+                                   << "shares byte 57 of the record with Wide";
     QTest::newRow("ends inside") << at(47) << "variable Wide"
-                                 << "shares bytes 50 to 51 of the record with Odd";
+                                 << "shares byte 50 of the record with Odd";
     QTest::newRow("inside") << at(52) << "variable Odd"
-                            << "shares bytes 52 to 56 of the record with Wide";
+                            << "shares bytes 52 to 55 of the record with Wide";
     QTest::newRow("array") << at(46, irsdk_bool, 5) << "variable Wide"
-                           << "shares bytes 50 to 51 of the record with Odd";
+                           << "shares byte 50 of the record with Odd";
     QTest::newRow("text") << at(46, irsdk_char, 5) << "variable Wide"
-                          << "shares bytes 50 to 51 of the record with Odd";
+                          << "shares byte 50 of the record with Odd";
 }
 
 void tst_VariableInspection::sharedBytes()
