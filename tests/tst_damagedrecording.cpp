@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <atomic>
+#include <cstddef>
 #include <cstring>
 #include <limits>
 #include <thread>
@@ -166,40 +167,41 @@ void tst_DamagedRecording::everyNumberOfTheHeaders()
     }
 }
 
+/// Of those that tell where something lies.
 void tst_DamagedRecording::pairsOfNumbers()
 {
-    const irsdk_header header = m_recording.header();
-    // The last one stands for the place of the records.
-    const QVector<qint32 irsdk_header::*> fields = {
-        &irsdk_header::sessionInfoLen, &irsdk_header::sessionInfoOffset,
-        &irsdk_header::numVars,        &irsdk_header::varHeaderOffset,
-        &irsdk_header::bufLen,         nullptr};
-    const auto spoilt = [](const Recording &recording, qint32 irsdk_header::*field, qint32 number) {
-        return field ? recording.with(field, number) : recording.withRecordsAt(number);
+    struct Place {
+        int offset;
+        QVector<qint32> numbers;
     };
-    const qint32 size = m_good.size();
-    const QVector<qint32> numbers = {-1,
-                                     0,
-                                     1,
-                                     std::numeric_limits<qint32>::min(),
-                                     size - 1,
-                                     size,
-                                     size + 1,
-                                     std::numeric_limits<qint32>::max(),
-                                     header.bufLen + 1,
-                                     Recording::HeaderSize};
-    for (int first = 0; first < fields.size(); ++first) {
-        for (int second = first + 1; second < fields.size(); ++second) {
-            for (const qint32 one : numbers) {
-                const Recording half = spoilt(m_recording, fields.at(first), one);
-                for (const qint32 other : numbers) {
-                    const QString found = problem(spoilt(half, fields.at(second), other).bytes());
+    QVector<Place> places;
+    for (const std::size_t offset :
+         {offsetof(irsdk_header, sessionInfoLen), offsetof(irsdk_header, sessionInfoOffset),
+          offsetof(irsdk_header, numVars), offsetof(irsdk_header, varHeaderOffset),
+          offsetof(irsdk_header, bufLen),
+          offsetof(irsdk_header, varBuf) + offsetof(irsdk_varBuf, bufOffset)}) {
+        qint32 now;
+        std::memcpy(&now, m_good.constData() + offset, sizeof now);
+        places.append({int(offset), badNumbers(m_recording.header(), now, m_good.size())});
+    }
+    QByteArray bytes = m_good;
+    const auto spoil = [&bytes](const Place &place, qint32 number) {
+        std::memcpy(bytes.data() + place.offset, &number, sizeof number);
+    };
+    for (int first = 0; first < places.size(); ++first) {
+        for (int second = first + 1; second < places.size(); ++second) {
+            for (const qint32 one : places.at(first).numbers) {
+                for (const qint32 other : places.at(second).numbers) {
+                    bytes = m_good;
+                    spoil(places.at(first), one);
+                    spoil(places.at(second), other);
+                    const QString found = problem(bytes);
                     QVERIFY2(found.isEmpty(),
-                             qPrintable(QStringLiteral("%1 in field %2, %3 in field %4: ")
+                             qPrintable(QStringLiteral("%1 at %2, %3 at %4: ")
                                             .arg(one)
-                                            .arg(first)
+                                            .arg(places.at(first).offset)
                                             .arg(other)
-                                            .arg(second)
+                                            .arg(places.at(second).offset)
                                         % found));
                 }
             }
