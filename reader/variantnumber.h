@@ -6,6 +6,6 @@ class QVariant;
 /// QVariant leaves the result to the processor.
 int intOf(const QVariant &value);
 
-/// \a value as QVariant::toBool() takes it: false if it rounds to 0. A number that rounds to none of
-/// 64 bits is true if it is positive.
+/// \a value as QVariant::toBool() takes it: false if it rounds to 0. A number that rounds to none
+/// of 64 bits is true if it is positive.
 bool boolOf(const QVariant &value);

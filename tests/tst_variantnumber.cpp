@@ -25,7 +25,8 @@ void tst_VariantNumber::numbers_data()
     QTest::newRow("text of a number that is too large") << QVariant(QStringLiteral("1e300"));
     QTest::newRow("int") << QVariant(-7);
     QTest::newRow("bool") << QVariant(true);
-    for (const double number : {0.0, 0.4, -0.4, 0.5, -0.5, 2.5, -2.6, 1e10, -1e10, 0x1p62, -0x1p62}) {
+    for (const double number :
+         {0.0, 0.4, -0.4, 0.5, -0.5, 2.5, -2.6, 1e10, -1e10, 0x1p62, -0x1p62}) {
         QTest::addRow("double %g", number) << QVariant(number);
         QTest::addRow("float %g", number) << QVariant(float(number));
     }
