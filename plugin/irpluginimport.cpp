@@ -74,7 +74,7 @@ bool canGetOutOfProportion(qint64 channels, qint64 recordBytes)
 {
     CollectedLaps most;
     most.laps = 1;
-    most.ticks = 2; // no lap is shorter, but for the last one
+    most.ticks = 2; // a lap ends every other tick at most
     most.channels = channels;
     return askedBytes(most) > AllowedPerByte * recordBytes * most.ticks;
 }
@@ -138,10 +138,11 @@ bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *lap
         return true;
     laps->clear();
     const std::optional<Pass> counted = readRecords(file, reader, nullptr, Countable);
-    // The third time they take what was counted, whatever else the file may hold by now.
-    return counted
-        && counted->mostAsked <= qMax(counted->recordBytes * AllowedPerByte, AlwaysAllowed)
-        && readRecords(file, reader, laps, counted->mostAsked);
+    if (!counted)
+        return false;
+    // Binding the third time, whatever else the file may hold by then.
+    const qint64 allowed = qMax(counted->recordBytes * AllowedPerByte, AlwaysAllowed);
+    return counted->mostAsked <= allowed && readRecords(file, reader, laps, allowed);
 }
 
 /// Reads all laps of a recording. Returns what went wrong, or a null string.
