@@ -1,5 +1,7 @@
 #include "reader/irtelemetryreader.h"
 
+#include "reader/variantnumber.h"
+
 #include <cmath>
 
 namespace {
@@ -150,7 +152,7 @@ void iRTelemetryReader::copySessionClock()
     const ZEP::Sample &mine = m_cars.at(m_myCarIdx).sample;
     const ZEP::Value time = mine.value(timeName);
     const ZEP::Value remain = mine.value(remainName);
-    const QVariant tick = mine.value(tickName).value.toULongLong();
+    const QVariant tick = unsignedOf(mine.value(tickName).value);
     for (int car = 0; car < m_cars.size(); ++car) {
         if (car == m_myCarIdx)
             continue;

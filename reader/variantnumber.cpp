@@ -4,13 +4,11 @@
 
 namespace {
 
-bool isFloating(const QVariant &value)
+bool fits64Bits(const QVariant &value)
 {
-    return value.userType() == QMetaType::Double || value.userType() == QMetaType::Float;
-}
-
-bool fits64Bits(double number)
-{
+    if (value.userType() != QMetaType::Double && value.userType() != QMetaType::Float)
+        return true;
+    const double number = value.toDouble();
     return number >= -0x1p63 && number < 0x1p63;
 }
 
@@ -18,12 +16,15 @@ bool fits64Bits(double number)
 
 int intOf(const QVariant &value)
 {
-    return isFloating(value) && !fits64Bits(value.toDouble()) ? 0 : value.toInt();
+    return fits64Bits(value) ? value.toInt() : 0;
+}
+
+quint64 unsignedOf(const QVariant &value)
+{
+    return fits64Bits(value) ? value.toULongLong() : 0;
 }
 
 bool boolOf(const QVariant &value)
 {
-    if (isFloating(value) && !fits64Bits(value.toDouble()))
-        return value.toDouble() > 0;
-    return value.toBool();
+    return fits64Bits(value) ? value.toBool() : value.toDouble() > 0;
 }

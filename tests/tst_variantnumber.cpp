@@ -41,6 +41,7 @@ void tst_VariantNumber::numbers()
 {
     QFETCH(QVariant, value);
     QCOMPARE(intOf(value), value.toInt());
+    QCOMPARE(unsignedOf(value), value.toULongLong());
     QCOMPARE(boolOf(value), value.toBool());
 }
 
@@ -64,6 +65,7 @@ void tst_VariantNumber::numbersOfNoInteger()
     QFETCH(bool, isTrue);
     for (const QVariant &value : {QVariant(number), QVariant(float(number))}) {
         QCOMPARE(intOf(value), 0);
+        QCOMPARE(unsignedOf(value), quint64(0));
         QCOMPARE(boolOf(value), isTrue);
     }
 }

@@ -23,6 +23,11 @@ int toInt(const QVariant &value)
     return signOfHuge(value) == 0 ? value.toInt() : 0;
 }
 
+qulonglong toULongLong(const QVariant &value)
+{
+    return signOfHuge(value) == 0 ? value.toULongLong() : 0;
+}
+
 bool toBool(const QVariant &value)
 {
     return signOfHuge(value) == 0 ? value.toBool() : signOfHuge(value) > 0;

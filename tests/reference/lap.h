@@ -21,6 +21,7 @@ struct Value {
 
 /// As QVariant converts; a number that rounds to none of 64 bits is 0, and true if it is positive.
 int toInt(const QVariant &value);
+qulonglong toULongLong(const QVariant &value);
 bool toBool(const QVariant &value);
 
 /// Values by name, in ascending name order.

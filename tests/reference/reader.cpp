@@ -178,7 +178,7 @@ void Reader::shareSessionClock()
     const Values mine = m_cars.at(m_myCarIdx).sample.values;
     const Value time = mine.value(timeName);
     const Value timeRemain = mine.value(timeRemainName);
-    const qulonglong tick = mine.value(tickName).value.toULongLong();
+    const qulonglong tick = toULongLong(mine.value(tickName).value);
     for (int i = 0; i < m_cars.size(); ++i) {
         if (i == m_myCarIdx)
             continue;
