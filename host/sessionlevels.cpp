@@ -32,7 +32,7 @@ int columnIn(const Levels &levels, const SessionLine &line)
 
 bool SessionLevels::isPart(const SessionLine &line, const SessionLine &front)
 {
-    return countOpen({{front.column, false, front.name, nullptr}}, line) > 0;
+    return line.column == columnIn({{front.column, false, front.name, nullptr}}, line);
 }
 
 bool SessionLevels::holds(const SessionLine &line) const

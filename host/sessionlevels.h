@@ -27,7 +27,7 @@ public:
     const Level &at(int index) const { return m_levels.at(index); }
     const Level &last() const { return m_levels.last(); }
 
-    /// Whether \a line is indented as a part of the section \a front, the line in front of it.
+    /// Whether \a line is indented as a part of the section \a front, the entry in front of it.
     static bool isPart(const SessionLine &line, const SessionLine &front);
 
     /// Whether \a line may belong to the last level.

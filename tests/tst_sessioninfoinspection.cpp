@@ -168,6 +168,10 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << with("Test Team", "Mill\nrace: x")
         << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 blanks; "
                        + cut + "; the entry behind it is lost: CarScreenName");
+    QTest::newRow("line break in front of a colon and a blank")
+        << with("Test Team", "Mill\nrace: ")
+        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 blanks; "
+                       + cut + "; the entry behind it is lost: CarScreenName");
     QTest::newRow("line break and a blank in front of a colon")
         << with("Test Team", "Mill\n race: x")
         << QStringList("-text-indentation 23: is indented by 1 and the next line by 3 blanks; "
