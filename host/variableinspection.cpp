@@ -114,7 +114,7 @@ QString problemOf(const irsdk_varHeader &variable, qint64 recordSize, bool *isLo
     const qint64 size = irsdk_varTypeSize(variable.type);
     const qint64 count = elementsOf(variable);
     if (count <= 0)
-        return QStringLiteral("has %1 elements, so its channel has no values").arg(variable.count);
+        return QStringLiteral("has %1 elements").arg(variable.count);
     if (size == 0)
         return QStringLiteral(
                    "is of type %1, which is not known; its channel repeats what was read "
@@ -163,10 +163,12 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
         const int channel = channels.value(name.toLower());
         if (name.isEmpty())
             add("name", QStringLiteral("has no name"), QString());
-        if (channel > i)
+        if (channel > i) {
             add("equal-names",
                 QStringLiteral("has the name of a later one, whose values take its place"),
                 QLatin1String("an earlier variable ") % shown.toLower());
+            continue;
+        }
         bool isLost = false;
         const QString problem = problemOf(variable, header.bufLen, &isLost);
         if (problem.isEmpty())

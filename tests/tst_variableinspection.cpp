@@ -20,6 +20,7 @@ private Q_SLOTS:
     void arrayThatEndsOutside();
     void equalNames_data();
     void equalNames();
+    void replacedVariableMayBeBroken();
     void sharedBytes_data();
     void sharedBytes();
     void placeOfAFinding();
@@ -71,10 +72,8 @@ void tst_VariableInspection::finds_data()
     QTest::newRow("text outside") << at(60, irsdk_char, 100)
                                   << "takes byte 60 of records of 60 bytes" << lost;
     QTest::newRow("text of no characters") << at(0, irsdk_char, 0) << none << none;
-    QTest::newRow("no elements") << at(0, irsdk_float, 0)
-                                 << "has 0 elements, so its channel has no values" << lost;
-    QTest::newRow("fewer than no elements")
-        << at(0, irsdk_int, -2) << "has -2 elements, so its channel has no values" << lost;
+    QTest::newRow("no elements") << at(0, irsdk_float, 0) << "has 0 elements" << lost;
+    QTest::newRow("fewer than no elements") << at(0, irsdk_int, -2) << "has -2 elements" << lost;
     for (const qint32 type : {-1, 6, 1000000})
         QTest::addRow("type %d", type)
             << at(0, type)
@@ -209,6 +208,17 @@ void tst_VariableInspection::equalNames()
             found.append(finding.lost);
     }
     QCOMPARE(found, lost);
+}
+
+/// What a later variable replaces is no loss of its channel.
+void tst_VariableInspection::replacedVariableMayBeBroken()
+{
+    Recording recording;
+    recording.variable({"Odd", irsdk_float, "", "", 0, 50}).variable({"ODD", irsdk_float});
+    const QVector<Finding> findings = inspected(recording);
+    QCOMPARE(findings.size(), 1);
+    QCOMPARE(findings.constFirst().kind, QStringLiteral("equal-names"));
+    QCOMPARE(findings.constFirst().lost, QStringLiteral("an earlier variable odd"));
 }
 
 void tst_VariableInspection::sharedBytes_data()
