@@ -49,7 +49,9 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
 void FileCheck::addLackOfMemory()
 {
     Finding finding;
+    finding.severity = Severity::Damage;
     finding.kind = QStringLiteral("memory");
+    finding.lost = QStringLiteral("unknown");
     finding.text = QStringLiteral("there is too little memory to look into the recording");
     m_findings.append(finding);
 }

@@ -106,7 +106,7 @@ int main(int argc, char *argv[])
                 result = command->run(terminal);
         }
     } catch (const std::bad_alloc &) {
-        terminal.complain(QStringLiteral("there is too little memory for this"));
+        terminal.complain(QStringLiteral("there is too little memory; name fewer files or laps"));
         result = ExitCode::Failure;
     }
     if (!terminal.flush()) {

@@ -124,7 +124,7 @@ void RecordTimes::report(FindingList *findings) const
         finding.kind = QStringLiteral("time-unusable");
         finding.offset = m_begin + m_firstUntimed * m_recordSize;
         finding.text =
-            QStringLiteral("%1 of %2 records have no usable time, the first is record %3")
+            QStringLiteral("%1 of %2 records have no usable time, the first one is record %3")
                 .arg(m_count - m_timed)
                 .arg(m_count)
                 .arg(m_firstUntimed + 1);

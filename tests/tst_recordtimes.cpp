@@ -77,10 +77,11 @@ void tst_RecordTimes::finds_data()
         << QStringList("the time runs backwards between record 2, at 5.1 s, and the next one, at 4 "
                        "s");
     QTest::newRow("not a number") << QVector<double>{
-        5, nan, 9, 9.1} << QStringList("1 of 4 records have no usable time, the first is record 2");
+        5, nan, 9,
+        9.1} << QStringList("1 of 4 records have no usable time, the first one is record 2");
     QTest::newRow("times of no session")
         << QVector<double>{5, 5.1, 1e300, -1e10, 5.2}
-        << QStringList("2 of 5 records have no usable time, the first is record 3");
+        << QStringList("2 of 5 records have no usable time, the first one is record 3");
 }
 
 void tst_RecordTimes::finds()
