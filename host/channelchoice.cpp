@@ -79,11 +79,6 @@ QVector<ChosenChannel> found(const QVector<ChosenChannel> &all, const QString &c
 
 } // namespace
 
-QSharedPointer<ZEP::Channel> ChosenChannel::in(const ZEP::Lap &lap) const
-{
-    return isCalculated ? lap.calculatedChannel(name) : lap.channel(name);
-}
-
 QVector<ChosenChannel> ChannelChoice::channels(const QVector<const ZEP::Lap *> &laps,
                                                QString *problem) const
 {

@@ -1,20 +1,10 @@
 #pragma once
 
-#include "model/lap.h"
+#include "host/chosenchannel.h"
 
-#include <QSharedPointer>
 #include <QString>
 #include <QStringList>
 #include <QVector>
-
-/// A channel to show. Laps have recorded and calculated ones, and one of each may share a name.
-struct ChosenChannel {
-    QString name;
-    bool isCalculated = false;
-
-    /// The channel in \a lap, or null: a lap need not have every channel of its file.
-    QSharedPointer<ZEP::Channel> in(const ZEP::Lap &lap) const;
-};
 
 /// Which channels are asked for, on the command line as `--channels CHOICE,...`. A CHOICE is
 ///

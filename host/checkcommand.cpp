@@ -50,16 +50,22 @@ QJsonValue jsonNumber(const std::optional<qint64> &number)
     return number ? QJsonValue(*number) : QJsonValue();
 }
 
+/// Names that a recording contains reach scripts as they reach people.
+QJsonValue jsonPrintable(const QString &text)
+{
+    return jsonText(printable(text));
+}
+
 QJsonObject json(const Finding &finding)
 {
     return {{QStringLiteral("kind"), finding.kind},
             {QStringLiteral("damage"), finding.severity == Finding::Severity::Damage},
-            {QStringLiteral("text"), finding.text},
-            {QStringLiteral("lost"), jsonText(finding.lost)},
+            {QStringLiteral("text"), printable(finding.text)},
+            {QStringLiteral("lost"), jsonPrintable(finding.lost)},
             {QStringLiteral("offset"), jsonNumber(finding.offset)},
             {QStringLiteral("wanted"), jsonNumber(finding.wanted)},
             {QStringLiteral("had"), jsonNumber(finding.had)},
-            {QStringLiteral("variable"), jsonText(finding.variable)},
+            {QStringLiteral("variable"), jsonPrintable(finding.variable)},
             {QStringLiteral("line"), finding.line > 0 ? QJsonValue(finding.line) : QJsonValue()},
             {QStringLiteral("quote"), jsonText(finding.quote)},
             {QStringLiteral("others"), finding.others}};
@@ -72,7 +78,7 @@ QJsonObject json(const QString &fileName, const FileCheck &check)
         findings.append(json(finding));
     return {{QStringLiteral("file"), fileName},
             {QStringLiteral("verdict"), verdictName(check.verdict())},
-            {QStringLiteral("summary"), check.summary()},
+            {QStringLiteral("summary"), printable(check.summary())},
             {QStringLiteral("laps"), check.laps()},
             {QStringLiteral("findings"), findings}};
 }
@@ -103,7 +109,7 @@ ExitCode CheckCommand::run(Terminal &terminal)
     ExitCode result = ExitCode::Success;
     for (const RecordingFiles::Problem &problem : recordings.problems) {
         terminal.complain(problem.text);
-        result = std::max(result, problem.exitCode);
+        result = std::max(result, problem.isWrongUse ? ExitCode::WrongUse : ExitCode::Failure);
     }
 
     Importer importer(*plugins, terminal, isVerbose());

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/importer.h"
+#include "host/importedfile.h"
 
 #include <QVector>
 

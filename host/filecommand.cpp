@@ -1,5 +1,6 @@
 #include "host/filecommand.h"
 
+#include "host/importer.h"
 #include "host/jobs.h"
 #include "host/progress.h"
 #include "host/recordingfiles.h"
@@ -232,7 +233,7 @@ ExitCode FileCommand::run(Terminal &terminal)
     const RecordingFiles recordings(m_files, m_recursive, *plugins);
     for (const RecordingFiles::Problem &problem : recordings.problems) {
         terminal.complain(problem.text);
-        result = std::max(result, problem.exitCode);
+        result = std::max(result, problem.isWrongUse ? ExitCode::WrongUse : ExitCode::Failure);
     }
     const QVector<RecordingFile> &files = recordings.files;
     if (!accepts(files, terminal))

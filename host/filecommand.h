@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+class Importer;
 struct RecordingFile;
 
 /// A command that imports the files that the user names, one after the other, and does something

@@ -1,5 +1,7 @@
 #include "host/format.h"
 
+#include "host/laptime.h"
+
 #include <QColor>
 #include <QMetaType>
 
@@ -57,11 +59,6 @@ QString formatLapTime(std::optional<int> milliseconds)
                                             : QStringLiteral("h:mm:ss.zzz"));
 }
 
-std::optional<int> milliseconds(const QTime &time)
-{
-    return time.isValid() ? std::optional<int>(time.msecsSinceStartOfDay()) : std::nullopt;
-}
-
 QString formatDateTime(const QDateTime &dateTime)
 {
     return dateTime.isValid() ? dateTime.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))
@@ -88,4 +85,13 @@ QString formatValue(const ZEP::Value &value)
         return text == missing() ? text : withUnit(text, value.unit());
     }
     }
+}
+
+QString formatField(const HeaderField &field)
+{
+    if (field.value.userType() == QMetaType::Bool)
+        return field.value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
+    ZEP::Value value;
+    value.value = field.value;
+    return formatValue(value);
 }

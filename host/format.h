@@ -1,11 +1,11 @@
 #pragma once
 
-#include "host/lapsummary.h"
+#include "host/headerfields.h"
+#include "host/quantity.h"
 #include "model/value.h"
 
 #include <QDateTime>
 #include <QString>
-#include <QTime>
 
 #include <optional>
 
@@ -19,9 +19,9 @@ QString formatNumber(double value);
 QString formatQuantity(const std::optional<Quantity> &quantity, int decimals);
 /// "1:05.123", "1:02:03.456" from an hour on.
 QString formatLapTime(std::optional<int> milliseconds);
-/// The time since midnight; none for an invalid \a time.
-std::optional<int> milliseconds(const QTime &time);
 /// "2024-05-31 18:30:00".
 QString formatDateTime(const QDateTime &dateTime);
 /// By the kind of value, with its unit: texts, numbers, times, dates, colours ("#rrggbb").
 QString formatValue(const ZEP::Value &value);
+/// The value of \a field; "yes" or "no" for what is true or not.
+QString formatField(const HeaderField &field);

@@ -1,33 +1,15 @@
 #pragma once
 
-#include "model/lap.h"
+#include "host/importedfile.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-#include <memory>
 #include <optional>
-#include <vector>
 
 class PluginRegistry;
 class Terminal;
-
-using Laps = std::vector<std::unique_ptr<ZEP::Lap>>;
-
-/// What a plug-in said while it imported a file.
-struct ImportMessage {
-    QString text;
-    bool isError;
-};
-
-/// What the import of one file gave: at least one lap, in the order of the plug-in.
-struct ImportedFile {
-    QString fileName;
-    QString format;
-    Laps laps;
-    QVector<ImportMessage> messages; ///< as the plug-in sent them, in that order
-};
 
 /// What the attempt to import a file gave.
 struct ImportAttempt {

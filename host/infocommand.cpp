@@ -2,6 +2,7 @@
 
 #include "host/format.h"
 #include "host/headerfields.h"
+#include "host/json.h"
 #include "host/tablewriter.h"
 #include "host/terminal.h"
 
@@ -13,7 +14,7 @@ QString table(const ZEP::Lap &lap, const Terminal &terminal)
 {
     TableWriter table({{QString()}, {QString(), TableWriter::Align::Left, 0, 20}});
     for (const HeaderField &field : headerFields(lap))
-        table.addRow({field.title, field.text});
+        table.addRow({field.title, formatField(field)});
 
     const QStringList names = lap.valueNameList();
     if (!names.isEmpty())

@@ -1,6 +1,7 @@
 #include "host/json.h"
 
-#include "host/format.h"
+#include "host/headerfields.h"
+#include "host/laptime.h"
 
 #include <QColor>
 #include <QMetaType>
@@ -10,6 +11,24 @@ namespace {
 QJsonObject withUnit(const QJsonValue &value, const QString &unit)
 {
     return {{QStringLiteral("value"), value}, {QStringLiteral("unit"), unit}};
+}
+
+QJsonValue jsonVariant(const QVariant &variant)
+{
+    switch (variant.userType()) {
+    case QMetaType::QTime:
+        return jsonTime(milliseconds(variant.toTime()));
+    case QMetaType::QDateTime:
+        return jsonDateTime(variant.toDateTime());
+    case QMetaType::QColor: {
+        const QColor colour = variant.value<QColor>();
+        return colour.isValid() ? QJsonValue(colour.name()) : QJsonValue();
+    }
+    case QMetaType::QString:
+        return jsonText(variant.toString());
+    default:
+        return QJsonValue::fromVariant(variant);
+    }
 }
 
 } // namespace
@@ -36,19 +55,21 @@ QJsonValue jsonQuantity(const std::optional<Quantity> &quantity)
 
 QJsonObject jsonValue(const ZEP::Value &value)
 {
-    const QVariant &variant = value.value;
-    switch (variant.userType()) {
-    case QMetaType::QTime:
-        return withUnit(jsonTime(milliseconds(variant.toTime())), value.unit());
-    case QMetaType::QDateTime:
-        return withUnit(jsonDateTime(variant.toDateTime()), value.unit());
-    case QMetaType::QColor: {
-        const QColor colour = variant.value<QColor>();
-        return withUnit(colour.isValid() ? QJsonValue(colour.name()) : QJsonValue(), value.unit());
-    }
-    case QMetaType::QString:
-        return withUnit(jsonText(variant.toString()), value.unit());
-    default:
-        return withUnit(QJsonValue::fromVariant(variant), value.unit());
-    }
+    return withUnit(jsonVariant(value.value), value.unit());
+}
+
+QJsonObject headerJson(const ZEP::Lap &lap)
+{
+    QJsonObject header;
+    for (const HeaderField &field : headerFields(lap))
+        header.insert(field.key, jsonVariant(field.value));
+    QJsonObject values;
+    for (const QString &name : lap.valueNameList())
+        values.insert(name, jsonValue(lap.DynamicData::value(name)));
+    QJsonObject calculated;
+    for (const QString &name : lap.calculatedValuesNames())
+        calculated.insert(name, jsonValue(lap.calculatedValue(name)));
+    return {{QStringLiteral("header"), header},
+            {QStringLiteral("values"), values},
+            {QStringLiteral("calculatedValues"), calculated}};
 }

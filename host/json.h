@@ -1,6 +1,7 @@
 #pragma once
 
-#include "host/lapsummary.h"
+#include "host/quantity.h"
+#include "model/lap.h"
 #include "model/value.h"
 
 #include <QDateTime>
@@ -22,3 +23,7 @@ QJsonValue jsonDateTime(const QDateTime &dateTime);
 QJsonValue jsonQuantity(const std::optional<Quantity> &quantity);
 /// An object of "value" and "unit"; times in seconds, dates in ISO 8601, colours as "#rrggbb".
 QJsonObject jsonValue(const ZEP::Value &value);
+
+/// Everything about \a lap but its channels: an object "header" of headerFields(), and objects
+/// "values" and "calculatedValues" of jsonValue() by name.
+QJsonObject headerJson(const ZEP::Lap &lap);

@@ -1,6 +1,6 @@
 #include "host/jsonwriter.h"
 
-#include "host/headerfields.h"
+#include "host/json.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/importer.h"
+#include "host/laps.h"
 
 #include <QPair>
 #include <QString>

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "host/lapsummary.h"
+#include "host/quantity.h"
 #include "model/lap.h"
 
-#include <QJsonObject>
 #include <QString>
 
 #include <optional>
@@ -16,12 +15,5 @@ std::optional<Quantity> meanOf(const ZEP::Lap &lap, const QString &name);
 std::optional<Quantity> firstOf(const ZEP::Lap &lap, const QString &name);
 /// The last valid sample.
 std::optional<Quantity> lastOf(const ZEP::Lap &lap, const QString &name);
-
-/// Per tyre ("lf", "rf", "lr", "rr") arrays of quantities, null where nothing was recorded:
-/// "surface" and "carcass" are mean temperatures and "tread" what is left of it at the end, each
-/// left, middle and right as seen from the seat; "pressure" is that at the start and at the end.
-QJsonObject tyresJson(const ZEP::Lap &lap);
-/// The quantities "start" and "end" of the fuel in the tank.
-QJsonObject fuelJson(const ZEP::Lap &lap);
-/// Sky, air, track and wind, as an object of quantities; "skies" is a text.
-QJsonObject weatherJson(const ZEP::Lap &lap);
+/// The quantity of the value called \a name; none if it is not a number.
+std::optional<Quantity> valueOf(const ZEP::Lap &lap, const QString &name);

@@ -94,7 +94,7 @@ QJsonObject bestJson(const ChosenLaps &chosen)
         if (!best || *summary.time < *summaries.at(*best).time)
             best = i;
     }
-    QJsonObject object = sessionJson(sessionSummary(chosen.file));
+    QJsonObject object = sessionJson(sessionSummary(chosen.file.laps, chosen.file.lastModified()));
     object.insert(QStringLiteral("bestLap"), best ? QJsonValue(*best + 1) : QJsonValue());
     object.insert(QStringLiteral("time"), jsonTime(best ? summaries.at(*best).time : std::nullopt));
     object.insert(QStringLiteral("timedLaps"), timed);
@@ -154,7 +154,7 @@ QJsonObject json(const ChosenLaps &chosen)
                                 {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
                                 {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)}});
     }
-    const SessionSummary session = sessionSummary(chosen.file);
+    const SessionSummary session = sessionSummary(chosen.file.laps, chosen.file.lastModified());
     QJsonObject object = sessionJson(session);
     object.insert(QStringLiteral("laps"), laps);
     return object;
@@ -187,8 +187,9 @@ ExitCode LapsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
         return ExitCode::Success;
     }
     printHeading(chosen.file.fileName, terminal);
-    terminal.print(sessionTable(sessionSummary(chosen.file), terminal) % QLatin1Char('\n')
-                   % lapTable(chosen, terminal));
+    terminal.print(
+        sessionTable(sessionSummary(chosen.file.laps, chosen.file.lastModified()), terminal)
+        % QLatin1Char('\n') % lapTable(chosen, terminal));
     return ExitCode::Success;
 }
 

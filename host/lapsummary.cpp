@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int NoTimeMark = 3599000;
-
 std::optional<Quantity> topSpeed(const ZEP::Lap &lap)
 {
     const auto channel = lap.channel(QStringLiteral("speed"));
@@ -47,14 +45,6 @@ QString lapKindName(LapKind kind)
         break;
     }
     return QStringLiteral("other");
-}
-
-std::optional<int> lapTime(const ZEP::Lap &lap)
-{
-    if (!lap.getLapTime().isValid())
-        return std::nullopt;
-    const int time = lap.getLapTime().msecsSinceStartOfDay();
-    return time == NoTimeMark ? std::nullopt : std::optional<int>(time);
 }
 
 LapKind lapKind(const ZEP::Lap &lap)

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "host/importer.h"
+#include "host/laps.h"
+#include "host/laptime.h"
+#include "host/quantity.h"
 #include "model/lap.h"
 
 #include <QString>
@@ -20,12 +22,6 @@ enum class LapKind {
 /// The name of \a kind, as tables show it: "timed", "out-lap".
 QString lapKindName(LapKind kind);
 
-/// A number taken from a channel, in the channel's unit.
-struct Quantity {
-    double value;
-    QString unit;
-};
-
 /// One row of a table of laps.
 struct LapSummary {
     LapKind kind = LapKind::Empty;
@@ -37,9 +33,6 @@ struct LapSummary {
     std::optional<Quantity> fuelUsed;
 };
 
-/// The time of \a lap in milliseconds; none where it is not set, and for the 00:59:59.000 that
-/// stands for a lap without a valid time.
-std::optional<int> lapTime(const ZEP::Lap &lap);
 LapKind lapKind(const ZEP::Lap &lap);
 /// Why \a lap, which has no lapTime(), has none.
 QString missingTimeReason(const ZEP::Lap &lap);

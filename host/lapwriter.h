@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/channelchoice.h"
+#include "host/chosenchannel.h"
 #include "model/lap.h"
 
 #include <QString>

@@ -1,6 +1,6 @@
 #include "host/matwriter.h"
 
-#include "host/headerfields.h"
+#include "host/json.h"
 #include "host/matvariable.h"
 
 #include <QDir>

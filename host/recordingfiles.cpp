@@ -22,8 +22,7 @@ std::optional<Problem> nameProblem(const std::string &name)
     const QString decoded = QFile::decodeName(name.c_str());
     if (QFile::encodeName(decoded) == name.c_str())
         return std::nullopt;
-    return Problem{ExitCode::Failure,
-                   QString(decoded % QLatin1String(": its name is not UTF-8; rename it"))};
+    return Problem{false, QString(decoded % QLatin1String(": its name is not UTF-8; rename it"))};
 }
 
 /// The files of a folder. Qt would pass over names that are not UTF-8, and folders that may not be
@@ -44,7 +43,7 @@ public:
         for (; !error && next != fs::directory_iterator(); next.increment(error))
             entries.push_back(*next);
         if (error)
-            problems.append({ExitCode::Failure,
+            problems.append({false,
                              QString(QFile::decodeName(folder.c_str())
                                      % QLatin1String(": cannot be read; check the folder's "
                                                      "permissions"))});
@@ -108,7 +107,7 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
         std::optional<LapChoice> laps;
         QString problem;
         if (!splitLaps(&name, &laps, &problem)) {
-            problems.append({ExitCode::WrongUse, QString(name % QLatin1String(": ") % problem)});
+            problems.append({true, QString(name % QLatin1String(": ") % problem)});
             continue;
         }
         if (!QFileInfo(name).isDir()) {
@@ -120,7 +119,7 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
         found.files.sort();
         if (found.files.isEmpty() && found.problems.isEmpty()) {
             problems.append(
-                {ExitCode::Failure,
+                {false,
                  QString(name % QLatin1String(": no recordings in this folder; the formats are ")
                          % plugins.formats().join(QLatin1String(", "))
                          % QLatin1String(recursive ? "" : "; -r looks into the folders below"))});

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "host/exitcode.h"
 #include "host/lapchoice.h"
 
 #include <QString>
@@ -26,7 +25,7 @@ struct RecordingFile {
 /// very name.
 struct RecordingFiles {
     struct Problem {
-        ExitCode exitCode;
+        bool isWrongUse; ///< of the command line; else it is the fault of a file or folder
         QString text; ///< with the name of the argument, or of the file or folder in it
     };
 

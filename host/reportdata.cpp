@@ -1,7 +1,7 @@
 #include "host/reportdata.h"
 
 #include "host/json.h"
-#include "host/lapmeasures.h"
+#include "host/lapjson.h"
 #include "host/lapsummary.h"
 #include "host/laptrace.h"
 #include "host/samplepacker.h"
@@ -26,7 +26,7 @@ enum : int { Distance, Time, Latitude, Longitude, Channels };
 QJsonObject sessionJson(const ChosenLaps &chosen, double length)
 {
     const ImportedFile &file = chosen.file;
-    const SessionSummary session = sessionSummary(file);
+    const SessionSummary session = sessionSummary(file.laps, file.lastModified());
     const ZEP::Lap &lap = *file.laps[std::size_t(representativeLap(file.laps))];
     QJsonArray values;
     for (const QString &valueName : lap.valueNameList()) {

@@ -2,8 +2,6 @@
 
 #include "host/lapsummary.h"
 
-#include <QFileInfo>
-
 QString sessionName(ZEP::Session session)
 {
     switch (session) {
@@ -23,9 +21,9 @@ QString sessionName(ZEP::Session session)
     return QString();
 }
 
-SessionSummary sessionSummary(const ImportedFile &file)
+SessionSummary sessionSummary(const Laps &laps, const QDateTime &fileDate)
 {
-    const ZEP::Lap &lap = *file.laps[std::size_t(representativeLap(file.laps))];
+    const ZEP::Lap &lap = *laps[std::size_t(representativeLap(laps))];
     SessionSummary summary;
     summary.track = lap.getTrackName();
     summary.configuration = lap.getTrackConfig();
@@ -37,6 +35,6 @@ SessionSummary sessionSummary(const ImportedFile &file)
     summary.date = lap.getDateTime();
     summary.isFileDate = !summary.date.isValid();
     if (summary.isFileDate)
-        summary.date = QFileInfo(file.fileName).lastModified();
+        summary.date = fileDate;
     return summary;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/importer.h"
+#include "host/laps.h"
 #include "model/lapheader.h"
 
 #include <QDateTime>
@@ -20,5 +20,6 @@ struct SessionSummary {
 /// "race", "practice" and so on; empty if it is not set.
 QString sessionName(ZEP::Session session);
 
-/// As the representative lap of \a file tells.
-SessionSummary sessionSummary(const ImportedFile &file);
+/// As the representative one of \a laps, which are not empty, tells. \a fileDate is the date where
+/// no lap has one.
+SessionSummary sessionSummary(const Laps &laps, const QDateTime &fileDate);

@@ -1,7 +1,6 @@
 #include "host/variableinspection.h"
 
 #include "host/findinglist.h"
-#include "host/textwidth.h"
 
 #include <QMap>
 #include <QString>
@@ -78,10 +77,10 @@ void inspectExtents(const irsdk_header &header, const irsdk_varHeader *table, Fi
             Finding finding;
             finding.kind = QStringLiteral("shared-bytes");
             finding.offset = header.varHeaderOffset + extent.variable * qint64(sizeof *table);
-            finding.variable = printable(nameOf(table[extent.variable]));
+            finding.variable = nameOf(table[extent.variable]);
             finding.text = QStringLiteral("shares %1 of the record with %2")
                                .arg(bytesFrom(extent.begin, std::min(extent.end, before.end)),
-                                    printable(nameOf(table[before.variable])));
+                                    nameOf(table[before.variable]));
             findings->add(finding);
         }
         if (extent.end > before.end)
@@ -148,7 +147,7 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
     for (int i = 0; i < header.numVars; ++i) {
         const irsdk_varHeader &variable = table[i];
         const QString name = nameOf(variable);
-        const QString shown = name.isEmpty() ? QString::number(i) : printable(name);
+        const QString shown = name.isEmpty() ? QString::number(i) : name;
         const auto add = [&](const char *kind, const QString &text, const QString &lost) {
             Finding finding;
             finding.severity = lost.isEmpty() ? Severity::Remark : Severity::Damage;

@@ -1,4 +1,5 @@
 #include "host/channelstatistics.h"
+#include "host/importedfile.h"
 #include "host/lapsummary.h"
 #include "host/sessionsummary.h"
 
@@ -258,7 +259,7 @@ void tst_LapSummary::session()
     const QDateTime date(QDate(2024, 5, 31), QTime(18, 30));
     lap.setDateTime(date);
 
-    SessionSummary summary = sessionSummary(file);
+    SessionSummary summary = sessionSummary(file.laps, file.lastModified());
     QCOMPARE(summary.track, QStringLiteral("Lakeside"));
     QCOMPARE(summary.configuration, QStringLiteral("Short"));
     QCOMPARE(summary.car, QStringLiteral("Formula Junior"));
@@ -268,7 +269,8 @@ void tst_LapSummary::session()
     QVERIFY(!summary.isFileDate);
 
     lap.addValue(QStringLiteral("Session name"), QStringLiteral("Lone Qualify"), QString());
-    QCOMPARE(sessionSummary(file).session, QStringLiteral("Lone Qualify"));
+    QCOMPARE(sessionSummary(file.laps, file.lastModified()).session,
+             QStringLiteral("Lone Qualify"));
 }
 
 void tst_LapSummary::sessionNames()
@@ -292,7 +294,7 @@ void tst_LapSummary::dateOfTheFile()
     ImportedFile file;
     file.fileName = onDisk.fileName();
     file.laps.push_back(newLap(ZEP::LapTypeTimed, 60000));
-    const SessionSummary summary = sessionSummary(file);
+    const SessionSummary summary = sessionSummary(file.laps, file.lastModified());
     QCOMPARE(summary.date, date);
     QVERIFY(summary.isFileDate);
 }
