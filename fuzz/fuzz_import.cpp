@@ -4,10 +4,10 @@
 #include "fuzz/memoryfile.h"
 #include "fuzz/promises.h"
 #include "fuzz/require.h"
-#include "host/recordinginspection.h"
+#include "inspect/recordinginspection.h"
 #include "plugin/irpluginimport.h"
-#include "tests/comparelaps.h"
 #include "tests/reference/importfile.h"
+#include "tests/support/comparelaps.h"
 
 #include <cstdint>
 

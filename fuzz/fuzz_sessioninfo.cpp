@@ -3,8 +3,8 @@
 
 #include "fuzz/require.h"
 #include "reader/irtelemetryreader.h"
-#include "tests/comparelaps.h"
 #include "tests/reference/reader.h"
+#include "tests/support/comparelaps.h"
 
 #include <QPair>
 

@@ -5,9 +5,9 @@
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
 #include "reader/irtelemetryreader.h"
-#include "tests/comparelaps.h"
 #include "tests/reference/reader.h"
-#include "tests/samebits.h"
+#include "tests/support/comparelaps.h"
+#include "tests/support/samebits.h"
 #include "tools/recording.h"
 #include "tools/variablevalue.h"
 

@@ -1,6 +1,6 @@
 // Writes the first inputs of all fuzz targets: fuzzseeds FOLDER makes FOLDER/<target>/*.
 
-#include "tests/randomrecording.h"
+#include "tests/support/randomrecording.h"
 #include "tools/recording.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // What an import promises whatever the file.
 #pragma once
 
-#include "tests/importfixture.h"
+#include "tests/support/importfixture.h"
 
 /// The first promise that the import of \a fileName broke; empty if it kept them all.
 ///

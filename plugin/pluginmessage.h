@@ -5,5 +5,5 @@
 /// A message as hosts show it: behind the display name of the plug-in that it comes from.
 inline QString pluginMessage(const QString &pluginName, const QString &text)
 {
-    return QLatin1Char('[') % pluginName % QLatin1String(" plugin] ") % text;
+    return QLatin1Char('[') + pluginName + QLatin1String(" plugin] ") + text;
 }

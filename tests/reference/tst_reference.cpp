@@ -1,6 +1,7 @@
 // The plain importer judges the fast one; here its laps, tree and extraction are judged themselves,
 // against results worked out by hand.
 #include "tests/reference/reader.h"
+#include "tests/support/roomtests.h"
 
 #include <QtTest>
 
@@ -398,5 +399,5 @@ void tst_Reference::laterTables()
     QCOMPARE(reader.sample(3).values.value("a").unit, QString("m"));
 }
 
-QTEST_APPLESS_MAIN(tst_Reference)
+NAPAMMUL_TEST(tst_Reference)
 #include "tst_reference.moc"

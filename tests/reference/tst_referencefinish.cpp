@@ -2,6 +2,7 @@
 // are judged themselves, against results worked out by hand.
 #include "tests/reference/importfile.h"
 #include "tests/reference/reader.h"
+#include "tests/support/roomtests.h"
 
 #include <QColor>
 #include <QTemporaryDir>
@@ -368,5 +369,5 @@ void tst_ReferenceFinish::importRefusals()
     QVERIFY(missing.laps.isEmpty() && other.laps.isEmpty());
 }
 
-QTEST_APPLESS_MAIN(tst_ReferenceFinish)
+NAPAMMUL_TEST(tst_ReferenceFinish)
 #include "tst_referencefinish.moc"

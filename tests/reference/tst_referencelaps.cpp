@@ -1,6 +1,7 @@
 // The plain importer judges the fast one; here its way from ticks to laps is judged itself, against
 // results worked out by hand.
 #include "tests/reference/reader.h"
+#include "tests/support/roomtests.h"
 
 #include <QtTest>
 
@@ -281,5 +282,5 @@ void tst_ReferenceLaps::lapTimes()
         QCOMPARE(drive.car(3).current.lapLastLapTime, 3599.0f);
 }
 
-QTEST_APPLESS_MAIN(tst_ReferenceLaps)
+NAPAMMUL_TEST(tst_ReferenceLaps)
 #include "tst_referencelaps.moc"

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "analysis/lapcurve.h"
+
+#include <vector>
+
+/// Two laps of one track side by side, place by place.
+///
+/// The difference is the time of the second lap less that of the first: positive where the second
+/// one is behind.
+struct LapComparison {
+    /// Both laps at one distance from the line.
+    struct Point {
+        double distance; ///< m
+        double times[2]; ///< s since the line
+        double speeds[2]; ///< m/s
+
+        double difference() const { return times[1] - times[0]; }
+    };
+
+    /// A part of the lap on which one lap gains on the other all the way, but for less than half a
+    /// hundredth of a second. It ends where the other begins to gain, and at the next corner at the
+    /// latest: where the first lap has been fastest and slows down by 3 m/s or more.
+    struct Stretch {
+        double begin; ///< m
+        double end; ///< m
+        double seconds; ///< what the second lap lost, or, negative, gained
+        double speeds[2]; ///< means over the stretch, m/s
+    };
+
+    /// Compares \a first with \a second every \a step metres, more than 0, up to their line.
+    LapComparison(const LapCurve &first, const LapCurve &second, double step);
+
+    std::vector<Point> points; ///< from the line to the line, at least two
+    std::vector<Stretch> stretches; ///< where most time was lost or gained first
+};

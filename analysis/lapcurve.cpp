@@ -1,0 +1,75 @@
+#include "analysis/lapcurve.h"
+
+#include "analysis/laptrace.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace {
+
+/// How much of a lap may be missing at its end.
+constexpr double MissingPart = 0.02;
+
+} // namespace
+
+std::optional<LapCurve> LapCurve::of(const ZEP::Lap &lap, QString *problem)
+{
+    const double length = trackLength(lap);
+    const LapTrace trace = lapTrace(lap, length);
+    const auto speed = lap.channel(QStringLiteral("speed"));
+    if (trace.distance.isEmpty() || trace.time.isEmpty() || !speed || !(length > 0)) {
+        *problem = QStringLiteral("has no %1")
+                       .arg(!speed                     ? "speed"
+                                : trace.time.isEmpty() ? "time"
+                                                       : "distance");
+        return std::nullopt;
+    }
+
+    LapCurve curve;
+    curve.m_length = length;
+    for (int i = 0; i < trace.time.size(); ++i) {
+        const double distance = trace.distance.at(i);
+        const double time = trace.time.at(i);
+        const bool isFirst = curve.m_distances.empty();
+        // Also false where one of both is not known.
+        const bool isProgress = isFirst
+            ? distance >= 0 && std::isfinite(time)
+            : distance > curve.m_distances.back() && time > curve.m_times.back();
+        if (!isProgress || !speed->isValid(i) || !std::isfinite(speed->sample(i)))
+            continue;
+        curve.m_distances.push_back(distance);
+        curve.m_times.push_back(time);
+        curve.m_speeds.push_back(speed->sample(i));
+    }
+    const bool isLine = curve.m_distances.size() >= 2;
+    if (!isLine || !trace.isFromLine || curve.m_distances.back() < (1 - MissingPart) * length) {
+        *problem = isLine
+            ? QStringLiteral("does not go from line to line, but from %1 m to %2 m of %3 m")
+                  .arg(curve.m_distances.front(), 0, 'f', 0)
+                  .arg(curve.m_distances.back(), 0, 'f', 0)
+                  .arg(length, 0, 'f', 0)
+            : QStringLiteral("has no distance");
+        return std::nullopt;
+    }
+    return curve;
+}
+
+double LapCurve::interpolated(const std::vector<double> &values, double distance) const
+{
+    // The first tick at or behind the distance; at the ends of the lap the outermost ones go on.
+    const auto next = std::lower_bound(m_distances.begin() + 1, m_distances.end() - 1, distance);
+    const auto i = std::size_t(std::distance(m_distances.begin(), next));
+    const double part = (distance - m_distances[i - 1]) / (m_distances[i] - m_distances[i - 1]);
+    return values[i - 1] + part * (values[i] - values[i - 1]);
+}
+
+double LapCurve::time(double distance) const
+{
+    return interpolated(m_times, distance) - interpolated(m_times, 0); // 0 at the line
+}
+
+double LapCurve::speed(double distance) const
+{
+    return interpolated(m_speeds, distance);
+}

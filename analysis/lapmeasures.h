@@ -1,0 +1,19 @@
+#pragma once
+
+#include "analysis/quantity.h"
+#include "model/lap.h"
+
+#include <QString>
+
+#include <optional>
+
+// Single numbers of a lap, taken from its channels, for tables of laps.
+
+/// The mean of the valid samples of the channel called \a name; none without any.
+std::optional<Quantity> meanOf(const ZEP::Lap &lap, const QString &name);
+/// The first valid sample.
+std::optional<Quantity> firstOf(const ZEP::Lap &lap, const QString &name);
+/// The last valid sample.
+std::optional<Quantity> lastOf(const ZEP::Lap &lap, const QString &name);
+/// The quantity of the value called \a name; none if it is not a number.
+std::optional<Quantity> valueOf(const ZEP::Lap &lap, const QString &name);

@@ -1,0 +1,120 @@
+#include "host/commands/channelscommand.h"
+
+#include "analysis/channelstatistics.h"
+#include "analysis/lapsummary.h"
+#include "host/text/format.h"
+#include "host/text/tablewriter.h"
+#include "host/text/terminal.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QJsonArray>
+#include <QVector>
+
+#include <cmath>
+
+namespace {
+
+struct ChannelRow {
+    QString name;
+    QString unit;
+    bool isCalculated;
+    ChannelStatistics statistics;
+};
+
+/// Those of \a channels that \a lap has, the recorded ones first.
+QVector<ChannelRow> channelRows(const ZEP::Lap &lap, const QVector<ChosenChannel> &channels)
+{
+    QVector<ChannelRow> rows;
+    for (const bool calculated : {false, true}) {
+        for (const ChosenChannel &chosen : channels) {
+            const auto channel = chosen.in(lap);
+            if (channel && chosen.isCalculated == calculated)
+                rows.append(
+                    {chosen.name, channel->unit(), calculated, channelStatistics(*channel)});
+        }
+    }
+    return rows;
+}
+
+QString table(const QVector<ChannelRow> &rows, const Terminal &terminal)
+{
+    using Align = TableWriter::Align;
+    TableWriter table({{QStringLiteral("Channel"), Align::Left, 0, 28},
+                       {QStringLiteral("Unit"), Align::Left, 1, 8},
+                       {QStringLiteral("Valid"), Align::Right, 3},
+                       {QStringLiteral("Minimum"), Align::Right},
+                       {QStringLiteral("Mean"), Align::Right, 2},
+                       {QStringLiteral("Maximum"), Align::Right}});
+    bool isCalculated = false;
+    for (const ChannelRow &row : rows) {
+        if (row.isCalculated && !isCalculated)
+            table.addSection(QStringLiteral("Calculated"));
+        isCalculated = row.isCalculated;
+        const ChannelStatistics &numbers = row.statistics;
+        const auto number = [&numbers](double value) {
+            return numbers.valid > 0 ? formatNumber(value) : QStringLiteral("-");
+        };
+        table.addRow({row.name, formatText(row.unit), QString::number(numbers.valid),
+                      number(numbers.minimum), number(numbers.mean), number(numbers.maximum)},
+                     numbers.valid > 0 ? TableWriter::Style::Plain : TableWriter::Style::Faint);
+    }
+    return table.text(terminal.width(), terminal.hasColour());
+}
+
+QJsonArray json(const QVector<ChannelRow> &rows)
+{
+    QJsonArray channels;
+    for (const ChannelRow &row : rows) {
+        const ChannelStatistics &numbers = row.statistics;
+        const auto number = [&numbers](double value) {
+            if (numbers.valid == 0)
+                return QJsonValue();
+            // JSON has no number for it, and null is for what is missing.
+            return std::isinf(value) ? QJsonValue(QStringLiteral("-inf")) : QJsonValue(value);
+        };
+        channels.append(QJsonObject{{QStringLiteral("name"), row.name},
+                                    {QStringLiteral("unit"), row.unit},
+                                    {QStringLiteral("calculated"), row.isCalculated},
+                                    {QStringLiteral("valid"), numbers.valid},
+                                    {QStringLiteral("minimum"), number(numbers.minimum)},
+                                    {QStringLiteral("mean"), number(numbers.mean)},
+                                    {QStringLiteral("maximum"), number(numbers.maximum)}});
+    }
+    return channels;
+}
+
+} // namespace
+
+CLI::App *ChannelsCommand::declare(CLI::App &program)
+{
+    CLI::App *command =
+        declareNamed(program, "channels", "Show the channels of laps: units and extremes",
+                     "  zepimport channels practice.ibt\n"
+                     "  zepimport channels --channels 'tire*' practice.ibt:3");
+    declareFiles(*command);
+    declareLaps(*command, LapChoice::representative(),
+                "Laps to show instead of the best timed one,\nor else the longest");
+    declareChannels(*command);
+    declareBatch(*command);
+    declareJson(*command);
+    return command;
+}
+
+ExitCode ChannelsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+{
+    const std::optional<QVector<ChosenChannel>> channels = chosenChannels(chosen, terminal);
+    if (!channels)
+        return ExitCode::WrongUse;
+    for (const int index : chosen.indices) {
+        const QVector<ChannelRow> rows = channelRows(chosen.lap(index), *channels);
+        if (wantsJson()) {
+            addJson(chosen,
+                    {{QStringLiteral("lap"), index + 1}, {QStringLiteral("channels"), json(rows)}});
+            continue;
+        }
+        printLapHeading(chosen, index, terminal);
+        terminal.print(table(rows, terminal));
+    }
+    return ExitCode::Success;
+}

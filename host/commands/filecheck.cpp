@@ -1,0 +1,142 @@
+#include "host/commands/filecheck.h"
+
+#include "host/files/importer.h"
+#include "host/files/pluginregistry.h"
+#include "inspect/recordinginspection.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <new>
+
+namespace {
+
+using Severity = Finding::Severity;
+
+QString counted(int count, const char *one, const char *more)
+{
+    return QString::number(count) % QLatin1Char(' ') % QLatin1String(count == 1 ? one : more);
+}
+
+} // namespace
+
+FileCheck::FileCheck(const QString &fileName, Importer *importer)
+{
+    ImportAttempt attempt = importer->attempt(fileName);
+    m_laps = int(attempt.laps.size());
+    m_hasSamples = std::any_of(attempt.laps.begin(), attempt.laps.end(),
+                               [](const auto &lap) { return lap->size() > 0; });
+    attempt.laps.clear();
+    m_isRecording = m_laps > 0;
+    if (!formatWildcards(attempt.format).contains(QLatin1String("*.ibt"))) {
+        addErrors(attempt.errors);
+        return;
+    }
+    try {
+        const RecordingInspection inspection(fileName);
+        m_isRecording = inspection.isRecording();
+        m_findings = inspection.findings();
+        addErrors(attempt.errors);
+        if (inspection.isImportable())
+            explainMissingLaps(inspection.records());
+    } catch (const std::bad_alloc &) {
+        m_isRecording = true; // for all that is known
+        addErrors(attempt.errors);
+        addLackOfMemory();
+    }
+}
+
+void FileCheck::addLackOfMemory()
+{
+    Finding finding;
+    finding.severity = Severity::Damage;
+    finding.kind = QStringLiteral("memory");
+    finding.lost = QStringLiteral("unknown");
+    finding.text = QStringLiteral("there is too little memory to look into the recording");
+    m_findings.append(finding);
+}
+
+/// For a recording that is all there, but of which nothing is left, or nothing that was driven.
+void FileCheck::explainMissingLaps(qint64 records)
+{
+    Finding finding;
+    if (m_laps == 0) {
+        finding.severity = Severity::Damage;
+        finding.kind = QStringLiteral("too-large");
+        finding.lost = Finding::everything();
+        finding.text = QStringLiteral("its laps would take more than 256 MB and more than 64 bytes "
+                                      "for each byte of records, or more memory than there is");
+    } else if (!m_hasSamples && records > 0 && verdict() != Verdict::Damaged) {
+        finding.kind = QStringLiteral("no-lap");
+        finding.text = QStringLiteral("no lap of the car begins, so the only lap is empty");
+    } else {
+        return;
+    }
+    m_findings.append(finding);
+}
+
+/// What a plug-in says is a finding; without any lap, it is why everything is lost.
+void FileCheck::addErrors(const QStringList &errors)
+{
+    for (const QString &error : errors) {
+        Finding finding;
+        finding.severity = m_laps > 0 ? Severity::Remark : Severity::Damage;
+        finding.kind = QStringLiteral("import");
+        finding.text = error;
+        if (m_laps == 0)
+            finding.lost = Finding::everything();
+        m_findings.append(finding);
+    }
+}
+
+FileCheck::Verdict FileCheck::verdict() const
+{
+    if (!m_isRecording)
+        return Verdict::NoRecording;
+    const bool isDamaged =
+        std::any_of(m_findings.begin(), m_findings.end(),
+                    [](const Finding &finding) { return finding.severity == Severity::Damage; });
+    if (isDamaged)
+        return Verdict::Damaged;
+    return m_findings.isEmpty() ? Verdict::Fine : Verdict::Remarks;
+}
+
+QString FileCheck::summary() const
+{
+    const QString laps = counted(m_laps, "lap", "laps");
+    QString left;
+    if (m_laps > 0)
+        left = m_hasSamples ? QString(QLatin1String("; ") % laps % QLatin1String(" left"))
+                            : QStringLiteral("; an empty lap is left");
+    switch (verdict()) {
+    case Verdict::Fine:
+        return QLatin1String("fine, ") % laps;
+    case Verdict::Remarks:
+        return QLatin1String("complete with remarks, ") % laps;
+    case Verdict::Damaged:
+        return QLatin1String("damaged, lost: ") % losses() % left;
+    case Verdict::NoRecording:
+        break;
+    }
+    return QStringLiteral("not a recording");
+}
+
+/// What the findings name as lost: the first few, and how many more there are.
+QString FileCheck::losses() const
+{
+    constexpr int MostNames = 3;
+    QStringList lost;
+    int others = 0;
+    for (const Finding &finding : m_findings) {
+        if (finding.severity != Severity::Damage)
+            continue;
+        others += finding.others;
+        if (!finding.lost.isEmpty() && !lost.contains(finding.lost))
+            lost.append(finding.lost);
+    }
+    if (lost.contains(Finding::everything()))
+        return Finding::everything();
+    others += std::max(0, lost.size() - MostNames);
+    const QString named = lost.mid(0, MostNames).join(QLatin1String(", "));
+    return others > 0 ? QString(named % QStringLiteral(" and %1 more").arg(others)) : named;
+}

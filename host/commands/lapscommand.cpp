@@ -1,0 +1,208 @@
+#include "host/commands/lapscommand.h"
+
+#include "analysis/lapsummary.h"
+#include "analysis/sessionsummary.h"
+#include "host/text/format.h"
+#include "host/text/tablewriter.h"
+#include "host/text/terminal.h"
+#include "model/helpers.h"
+#include "writers/json.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QJsonArray>
+
+namespace {
+
+QString formatGap(const LapSummary &summary)
+{
+    if (summary.isBest)
+        return QStringLiteral("best");
+    return summary.gap ? ZEP::printTime(*summary.gap) : QStringLiteral("-");
+}
+
+TableWriter::Style rowStyle(const LapSummary &summary)
+{
+    if (summary.isBest)
+        return TableWriter::Style::Best;
+    return summary.time ? TableWriter::Style::Plain : TableWriter::Style::Faint;
+}
+
+QString sessionTable(const SessionSummary &session, const Terminal &terminal)
+{
+    TableWriter table({{QString()}, {QString(), TableWriter::Align::Left, 0, 20}});
+    table.addRow({QStringLiteral("Track"), formatText(session.track)});
+    table.addRow({QStringLiteral("Configuration"), formatText(session.configuration)});
+    table.addRow({QStringLiteral("Car"), formatText(session.car)});
+    table.addRow({QStringLiteral("Driver"), formatText(session.driver)});
+    table.addRow({QStringLiteral("Session"), formatText(session.session)});
+    table.addRow(
+        {QStringLiteral("Date"),
+         formatDateTime(session.date) % QLatin1String(session.isFileDate ? " (of the file)" : "")});
+    return table.text(terminal.width(), terminal.hasColour());
+}
+
+QString lapTable(const ChosenLaps &chosen, const Terminal &terminal)
+{
+    using Align = TableWriter::Align;
+    TableWriter table({{QStringLiteral("#"), Align::Right},
+                       {QStringLiteral("Lap"), Align::Right, 2},
+                       {QStringLiteral("Stint"), Align::Right, 4},
+                       {QStringLiteral("In stint"), Align::Right, 5},
+                       {QStringLiteral("Kind")},
+                       {QStringLiteral("Time"), Align::Right},
+                       {QStringLiteral("Gap"), Align::Right, 1},
+                       {QStringLiteral("Samples"), Align::Right, 6},
+                       {QStringLiteral("Top speed"), Align::Right, 3},
+                       {QStringLiteral("Fuel used"), Align::Right, 3}});
+    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
+    for (const int i : chosen.indices) {
+        const ZEP::Lap &lap = chosen.lap(i);
+        const LapSummary &summary = summaries.at(i);
+        table.addRow({QString::number(i + 1), QString::number(lap.getLapInSession()),
+                      QString::number(lap.getStintInSession()),
+                      QString::number(lap.getLapInStint()), lapKindName(summary.kind),
+                      formatLapTime(summary.time), formatGap(summary), QString::number(lap.size()),
+                      formatQuantity(summary.topSpeed, 1), formatQuantity(summary.fuelUsed, 2)},
+                     rowStyle(summary));
+    }
+    return table.text(terminal.width(), terminal.hasColour());
+}
+
+QJsonObject sessionJson(const SessionSummary &session)
+{
+    return {{QStringLiteral("track"), jsonText(session.track)},
+            {QStringLiteral("configuration"), jsonText(session.configuration)},
+            {QStringLiteral("car"), jsonText(session.car)},
+            {QStringLiteral("driver"), jsonText(session.driver)},
+            {QStringLiteral("session"), jsonText(session.session)},
+            {QStringLiteral("date"), jsonDateTime(session.date)},
+            {QStringLiteral("dateOfFile"), session.isFileDate}};
+}
+
+/// A file in one row: its session, the best of the chosen laps, and how many of them are timed.
+QJsonObject bestJson(const ChosenLaps &chosen)
+{
+    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
+    int timed = 0;
+    std::optional<int> best;
+    for (const int i : chosen.indices) {
+        const LapSummary &summary = summaries.at(i);
+        if (summary.kind != LapKind::Timed || !summary.time)
+            continue;
+        ++timed;
+        if (!best || *summary.time < *summaries.at(*best).time)
+            best = i;
+    }
+    QJsonObject object = sessionJson(sessionSummary(chosen.file.laps, chosen.file.lastModified()));
+    object.insert(QStringLiteral("bestLap"), best ? QJsonValue(*best + 1) : QJsonValue());
+    object.insert(QStringLiteral("time"), jsonTime(best ? summaries.at(*best).time : std::nullopt));
+    object.insert(QStringLiteral("timedLaps"), timed);
+    return object;
+}
+
+/// A table with a row for each of \a files, which bestJson() made.
+QString bestTable(const QJsonArray &files, const Terminal &terminal)
+{
+    using Align = TableWriter::Align;
+    TableWriter table({{QStringLiteral("File"), Align::Left, 0, 12},
+                       {QStringLiteral("Date"), Align::Left, 3},
+                       {QStringLiteral("Track"), Align::Left, 1, 12},
+                       {QStringLiteral("Car"), Align::Left, 2, 10},
+                       {QStringLiteral("Driver"), Align::Left, 4, 10},
+                       {QStringLiteral("Best lap"), Align::Right},
+                       {QStringLiteral("#"), Align::Right, 5},
+                       {QStringLiteral("Timed laps"), Align::Right, 2}});
+    for (const QJsonValue &file : files) {
+        const QJsonValue time = file[QLatin1String("time")];
+        const bool hasTime = time.isDouble();
+        constexpr int msPerSecond = 1000;
+        const auto text = [&file](const char *key) {
+            return formatText(file[QLatin1String(key)].toString());
+        };
+        table.addRow(
+            {text("file"),
+             formatDateTime(
+                 QDateTime::fromString(file[QLatin1String("date")].toString(), Qt::ISODateWithMs)),
+             text("track"), text("car"), text("driver"),
+             formatLapTime(hasTime ? std::optional<int>(qRound(time.toDouble() * msPerSecond))
+                                   : std::nullopt),
+             hasTime ? QString::number(file[QLatin1String("bestLap")].toInt())
+                     : QStringLiteral("-"),
+             QString::number(file[QLatin1String("timedLaps")].toInt())},
+            hasTime ? TableWriter::Style::Plain : TableWriter::Style::Faint);
+    }
+    return table.text(terminal.width(), terminal.hasColour());
+}
+
+QJsonObject json(const ChosenLaps &chosen)
+{
+    QJsonArray laps;
+    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
+    for (const int i : chosen.indices) {
+        const ZEP::Lap &lap = chosen.lap(i);
+        const LapSummary &summary = summaries.at(i);
+        laps.append(QJsonObject{{QStringLiteral("number"), i + 1},
+                                {QStringLiteral("lapInSession"), lap.getLapInSession()},
+                                {QStringLiteral("stint"), lap.getStintInSession()},
+                                {QStringLiteral("lapInStint"), lap.getLapInStint()},
+                                {QStringLiteral("kind"), lapKindName(summary.kind)},
+                                {QStringLiteral("time"), jsonTime(summary.time)},
+                                {QStringLiteral("gap"), jsonTime(summary.gap)},
+                                {QStringLiteral("best"), summary.isBest},
+                                {QStringLiteral("samples"), lap.size()},
+                                {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
+                                {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)}});
+    }
+    const SessionSummary session = sessionSummary(chosen.file.laps, chosen.file.lastModified());
+    QJsonObject object = sessionJson(session);
+    object.insert(QStringLiteral("laps"), laps);
+    return object;
+}
+
+} // namespace
+
+CLI::App *LapsCommand::declare(CLI::App &program)
+{
+    CLI::App *command = declareNamed(program, "laps", "Show the laps of recordings in a table",
+                                     "  zepimport laps practice.ibt\n"
+                                     "  zepimport laps --best --jobs 4 -r season/\n"
+                                     "  zepimport laps --json monday/*.ibt > laps.json");
+    declareFiles(*command);
+    declareLaps(*command, LapChoice::all(), "Laps to show");
+    command->add_flag("--best", m_best, "Show one row for each file, with its best lap");
+    declareBatch(*command);
+    declareJson(*command);
+    return command;
+}
+
+ExitCode LapsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+{
+    if (m_best) {
+        addJson(chosen, bestJson(chosen));
+        return ExitCode::Success;
+    }
+    if (wantsJson()) {
+        addJson(chosen, json(chosen));
+        return ExitCode::Success;
+    }
+    printHeading(chosen.file.fileName, terminal);
+    terminal.print(
+        sessionTable(sessionSummary(chosen.file.laps, chosen.file.lastModified()), terminal)
+        % QLatin1Char('\n') % lapTable(chosen, terminal));
+    return ExitCode::Success;
+}
+
+QStringList LapsCommand::extraOptions() const
+{
+    return m_best && !wantsJson() ? QStringList{QStringLiteral("--json")} : QStringList();
+}
+
+ExitCode LapsCommand::finish(Terminal &terminal)
+{
+    if (!m_best || wantsJson())
+        return ShowCommand::finish(terminal);
+    if (!jsonArray().isEmpty())
+        terminal.print(bestTable(jsonArray(), terminal));
+    return ExitCode::Success;
+}

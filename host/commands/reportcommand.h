@@ -1,0 +1,27 @@
+#pragma once
+
+#include "host/commands/filecommand.h"
+#include "host/report/reportdata.h"
+#include "writers/exportfile.h"
+
+#include <optional>
+#include <string>
+
+/// `zepimport report`: one page for the browser about the laps of recordings.
+class ReportCommand : public FileCommand
+{
+public:
+    CLI::App *declare(CLI::App &program) override;
+    ExitCode run(Terminal &terminal) override;
+
+protected:
+    bool accepts(const QVector<RecordingFile> &files, Terminal &terminal) override;
+    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
+    ExitCode finish(Terminal &terminal) override;
+
+private:
+    std::string m_output;
+    bool m_force = false;
+    std::optional<ExportFile> m_page;
+    ReportData m_data;
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "analysis/laps.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QString>
+#include <QVector>
+
+/// What a plug-in said while it imported a file.
+struct ImportMessage {
+    QString text;
+    bool isError;
+};
+
+/// What the import of one file gave: at least one lap, in the order of the plug-in.
+struct ImportedFile {
+    QString fileName;
+    QString format;
+    Laps laps;
+    QVector<ImportMessage> messages; ///< as the plug-in sent them, in that order
+
+    /// When the file was last changed.
+    QDateTime lastModified() const { return QFileInfo(fileName).lastModified(); }
+};

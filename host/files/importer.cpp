@@ -1,0 +1,92 @@
+#include "host/files/importer.h"
+
+#include "host/files/pluginregistry.h"
+#include "host/text/terminal.h"
+#include "plugin/zepplugininterfaceimport.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <utility>
+
+namespace {
+
+/// Why \a fileName is no file to read; empty if it is one.
+QString obstacle(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    if (!info.exists())
+        return QStringLiteral("no such file; check the path");
+    if (info.isDir())
+        return QStringLiteral("is a folder; name the recordings in it");
+    // Opening a pipe or a device might wait for ever.
+    if (!info.isFile())
+        return QStringLiteral("is not an ordinary file; copy its content to one");
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return QLatin1String("cannot be read (") % file.errorString()
+            % QLatin1String("); check its permissions");
+    return QString();
+}
+
+QString withName(const QString &fileName, const QString &message)
+{
+    return message.contains(fileName) ? message : QString(fileName % QLatin1String(": ") % message);
+}
+
+} // namespace
+
+Importer::Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbose)
+    : m_plugins(plugins), m_terminal(terminal), m_verbose(verbose)
+{
+}
+
+std::optional<ImportedFile> Importer::import(const QString &fileName)
+{
+    ImportAttempt attempt = this->attempt(fileName);
+    if (attempt.laps.empty() && !attempt.format.isEmpty()) {
+        if (attempt.errors.isEmpty())
+            attempt.errors.append(QStringLiteral("holds no laps"));
+        attempt.errors.last() += QLatin1String("; check that the file is a complete \"")
+            % attempt.format % QLatin1Char('"');
+    }
+    for (const QString &error : qAsConst(attempt.errors))
+        m_terminal.complain(withName(fileName, error));
+    if (attempt.laps.empty())
+        return std::nullopt;
+    return ImportedFile{fileName, attempt.format, std::move(attempt.laps), attempt.messages};
+}
+
+ImportAttempt Importer::attempt(const QString &fileName)
+{
+    ImportAttempt result;
+    const QString reason = obstacle(fileName);
+    if (!reason.isEmpty()) {
+        result.errors.append(reason);
+        return result;
+    }
+    const PluginRegistry::Match match = m_plugins.match(fileName);
+    if (!match.interface) {
+        result.errors.append(
+            QLatin1String("no plug-in imports files of such a name; the formats are ")
+            % m_plugins.formats().join(QLatin1String(", ")));
+        return result;
+    }
+
+    const auto receive = [&](const QString &message, int level) {
+        result.messages.append({message, level < 0});
+        if (level < 0)
+            result.errors.append(message);
+        else if (m_verbose)
+            m_terminal.complain(withName(fileName, message));
+    };
+    const auto connection =
+        QObject::connect(match.interface->dataEmitter(), &ZepDataEmitter::sendMessage, receive);
+    const QVector<ZEP::Lap *> laps = match.interface->import(fileName, match.format, {});
+    QObject::disconnect(connection);
+
+    result.format = match.format;
+    for (ZEP::Lap *lap : laps)
+        result.laps.emplace_back(lap);
+    return result;
+}

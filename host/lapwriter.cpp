@@ -1,3 +1,0 @@
-#include "host/lapwriter.h"
-
-LapWriter::~LapWriter() = default;

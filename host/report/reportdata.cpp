@@ -1,0 +1,188 @@
+#include "host/report/reportdata.h"
+
+#include "analysis/lapsummary.h"
+#include "analysis/laptrace.h"
+#include "analysis/sessionsummary.h"
+#include "host/report/lapjson.h"
+#include "host/report/samplepacker.h"
+#include "writers/json.h"
+
+#include <QFileInfo>
+#include <QStringList>
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+// Distances and times place everything else, so they are stored finer than what is only drawn.
+constexpr double AxisParts = 1e6;
+constexpr double PositionParts = 1e5;
+constexpr double ChannelParts = 2e4;
+
+/// Columns by their index.
+enum : int { Distance, Time, Latitude, Longitude, Channels };
+
+QJsonObject sessionJson(const ChosenLaps &chosen, double length)
+{
+    const ImportedFile &file = chosen.file;
+    const SessionSummary session = sessionSummary(file.laps, file.lastModified());
+    const ZEP::Lap &lap = *file.laps[std::size_t(representativeLap(file.laps))];
+    QJsonArray values;
+    for (const QString &valueName : lap.valueNameList()) {
+        QJsonObject value = jsonValue(lap.DynamicData::value(valueName));
+        value.insert(QStringLiteral("name"), valueName);
+        values.append(value);
+    }
+    QJsonArray messages;
+    const QString name = QFileInfo(file.fileName).fileName();
+    for (const ImportMessage &message : file.messages) {
+        // Pages are handed on: where the recording lay is nobody's business.
+        const QString text = QString(message.text).replace(file.fileName, name);
+        messages.append(QJsonObject{{QStringLiteral("text"), text},
+                                    {QStringLiteral("error"), message.isError}});
+    }
+    return {{QStringLiteral("file"), name},
+            {QStringLiteral("track"), jsonText(session.track)},
+            {QStringLiteral("configuration"), jsonText(session.configuration)},
+            {QStringLiteral("car"), jsonText(session.car)},
+            {QStringLiteral("driver"), jsonText(session.driver)},
+            {QStringLiteral("session"), jsonText(session.session)},
+            {QStringLiteral("date"), jsonDateTime(session.date)},
+            {QStringLiteral("dateOfFile"), session.isFileDate},
+            {QStringLiteral("trackLength"), length > 0 ? QJsonValue(length) : QJsonValue()},
+            {QStringLiteral("weather"), weatherJson(lap)},
+            {QStringLiteral("values"), values},
+            {QStringLiteral("messages"), messages}};
+}
+
+QJsonObject lapJson(const ZEP::Lap &lap, const LapTrace &trace, int session, int index,
+                    const LapSummary &summary)
+{
+    return {{QStringLiteral("session"), session},
+            {QStringLiteral("number"), index + 1},
+            {QStringLiteral("lapInSession"), lap.getLapInSession()},
+            {QStringLiteral("stint"), lap.getStintInSession()},
+            {QStringLiteral("lapInStint"), lap.getLapInStint()},
+            {QStringLiteral("kind"), lapKindName(summary.kind)},
+            {QStringLiteral("time"), jsonTime(summary.time)},
+            {QStringLiteral("noTime"),
+             summary.time ? QJsonValue() : QJsonValue(missingTimeReason(lap))},
+            {QStringLiteral("gap"), jsonTime(summary.gap)},
+            {QStringLiteral("best"), summary.isBest},
+            {QStringLiteral("completed"), lap.getCompleted()},
+            {QStringLiteral("fromLine"), trace.isFromLine},
+            {QStringLiteral("samples"), lap.size()},
+            {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
+            {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)},
+            {QStringLiteral("fuel"), fuelJson(lap)},
+            {QStringLiteral("tyres"), tyresJson(lap)}};
+}
+
+} // namespace
+
+ReportData::ReportData()
+    : m_columns{{{"distance"}, AxisParts, "m", {}},
+                {{"time"}, AxisParts, "s", {}},
+                {{"lat"}, PositionParts, {}, {}},
+                {{"lon"}, PositionParts, {}, {}}}
+{
+    for (const char *name : {"speed", "throttle", "brake", "gear", "rpm", "steeringwheelangle"})
+        m_columns.append({{QString::fromLatin1(name)}, ChannelParts, {}, {}});
+}
+
+void ReportData::add(const ChosenLaps &chosen, const QVector<ChosenChannel> &further)
+{
+    const Laps &all = chosen.file.laps;
+    const double length = trackLength(*all[std::size_t(representativeLap(all))]);
+    const QVector<LapSummary> summaries = summarize(all);
+    QVector<ChosenChannel> channels = further;
+    for (int i = Latitude; i < m_columns.size(); ++i)
+        channels.append(m_columns.at(i).channel);
+    for (const int index : chosen.indices) {
+        const ZEP::Lap &lap = chosen.lap(index);
+        const LapTrace trace = lapTrace(lap, length);
+        m_laps.append(lapJson(lap, trace, m_sessions.size(), index, summaries.at(index)));
+        m_sizes.append(lap.size());
+        m_columns[Distance].laps.append(trace.distance);
+        m_columns[Time].laps.append(trace.time);
+        for (const ChosenChannel &channel : qAsConst(channels))
+            addSamples(lap, channel);
+    }
+    m_sessions.append(sessionJson(chosen, length));
+}
+
+void ReportData::addSamples(const ZEP::Lap &lap, const ChosenChannel &channel)
+{
+    const auto recorded = channel.in(lap);
+    if (!recorded)
+        return;
+    auto column = std::find_if(m_columns.begin() + Latitude, m_columns.end(),
+                               [&channel](const Column &other) {
+                                   return other.channel.name == channel.name
+                                       && other.channel.isCalculated == channel.isCalculated;
+                               });
+    if (column == m_columns.end())
+        column = m_columns.insert(column, {channel, ChannelParts, {}, {}});
+    if (column->laps.isEmpty())
+        column->unit = recorded->unit();
+    column->laps.resize(m_sizes.size());
+    Samples &samples = column->laps.last();
+    samples.fill(std::numeric_limits<double>::quiet_NaN(), lap.size());
+    for (int i = 0; i < samples.size(); ++i) {
+        if (recorded->isValid(i))
+            samples[i] = recorded->sample(i);
+    }
+}
+
+QJsonObject ReportData::packed(const Column &column, QByteArray &bytes) const
+{
+    QVector<Samples> laps = column.laps;
+    laps.resize(m_sizes.size());
+    for (int i = 0; i < laps.size(); ++i) {
+        if (laps.at(i).isEmpty())
+            laps[i].fill(std::numeric_limits<double>::quiet_NaN(), m_sizes.at(i));
+    }
+    const SamplePacker packer(laps, column.parts);
+    bytes += packer.bytes();
+    return {{QStringLiteral("name"), column.channel.name},
+            {QStringLiteral("calculated"), column.channel.isCalculated},
+            {QStringLiteral("unit"), column.unit},
+            {QStringLiteral("base"), packer.base()},
+            {QStringLiteral("step"), packer.step()},
+            {QStringLiteral("whole"), packer.isWhole()}};
+}
+
+QString ReportData::title() const
+{
+    const QJsonObject session = m_sessions.first().toObject();
+    QStringList parts;
+    for (const char *key : {"track", "configuration", "car"}) {
+        const QString part = session.value(QLatin1String(key)).toString().trimmed();
+        if (!part.isEmpty())
+            parts.append(part);
+    }
+    return parts.join(QLatin1String(", "));
+}
+
+QJsonObject ReportData::json() const
+{
+    QByteArray bytes; // in the order of the columns
+    QJsonArray places;
+    QJsonArray channels;
+    for (int i = 0; i < m_columns.size(); ++i) {
+        const Column &column = m_columns.at(i);
+        if (i < Channels)
+            places.append(packed(column, bytes));
+        else if (!column.laps.isEmpty())
+            channels.append(packed(column, bytes));
+    }
+    constexpr int best = 9;
+    constexpr int lengthPrefix = 4; // which qCompress() puts before the zlib stream
+    const QByteArray samples = qCompress(bytes, best).mid(lengthPrefix).toBase64();
+    return {{QStringLiteral("sessions"), m_sessions},
+            {QStringLiteral("laps"), m_laps},
+            {QStringLiteral("places"), places},
+            {QStringLiteral("channels"), channels},
+            {QStringLiteral("samples"), QString::fromLatin1(samples)}};
+}

@@ -1,0 +1,104 @@
+#include "inspect/playersdriver.h"
+
+#include "inspect/sessionlevels.h"
+#include "inspect/sessionline.h"
+#include "yaml/yamltree.h"
+
+namespace {
+
+constexpr int Cars = 64;
+
+const QLatin1String DriverInfo("DriverInfo");
+const QLatin1String DriverCarIdx("DriverCarIdx");
+const QLatin1String Drivers("Drivers");
+const QLatin1String UserName("UserName");
+
+} // namespace
+
+void PlayersDriver::find(const TYamlTree &tree)
+{
+    const TStringTree *driverInfo = tree.sub(DriverInfo);
+    if (!driverInfo) {
+        m_reason = QStringLiteral("there is no DriverInfo");
+        return;
+    }
+    const QString number = driverInfo->value(DriverCarIdx);
+    if (number.isNull()) {
+        m_reason = QStringLiteral("DriverInfo has no DriverCarIdx");
+        return;
+    }
+    setCar(number);
+    if (*m_car < 0) {
+        m_reason = QLatin1String("DriverCarIdx is ") % quotedLine(number)
+            % QStringLiteral(", which is no car (0 to %1)").arg(Cars - 1);
+        return;
+    }
+    const TStringTree *driver =
+        driverInfo->pathSub(Drivers % QLatin1Char('/') % QString::number(*m_car));
+    m_isListed = driver != nullptr;
+    if (!driver)
+        m_reason = QStringLiteral("the list of drivers has no car %1").arg(*m_car);
+    else if (driver->value(UserName).isEmpty())
+        m_reason = QStringLiteral("the driver of car %1 has no UserName").arg(*m_car);
+}
+
+bool PlayersDriver::needs(const SessionLevels &levels, const SessionLine &line) const
+{
+    if (levels.isEmpty())
+        return line.kind == SessionLine::Kind::Section && line.name == DriverInfo;
+    if (levels.at(0).name != DriverInfo)
+        return false;
+    if (levels.size() == 1)
+        return line.name == DriverCarIdx || line.name == Drivers;
+    if (levels.at(1).name != Drivers)
+        return false;
+    if (levels.size() == 2)
+        return line.kind == SessionLine::Kind::Item && isPlayers(line.name);
+    return levels.size() == 3 && line.name == UserName && isPlayers(levels.at(2).name);
+}
+
+void PlayersDriver::read(const SessionLevels &levels, const SessionLine &line, int number,
+                         qint64 offset)
+{
+    if (levels.isEmpty() || !needs(levels, line))
+        return;
+    const Place place{number, offset};
+    if (line.name == UserName || (levels.size() == 2 && !m_driverPlace)) {
+        m_driverPlace = place;
+    } else if (line.name == DriverCarIdx) {
+        m_carPlace = place;
+        setCar(line.value);
+    }
+}
+
+void PlayersDriver::addLoss(Finding *finding)
+{
+    finding->severity = Finding::Severity::Damage;
+    finding->lost = QStringLiteral("all laps");
+    finding->text += QLatin1String("; so nobody is in the player's car and no lap is followed");
+}
+
+Finding PlayersDriver::finding(qint64 offset) const
+{
+    const Place place = (m_isListed ? m_driverPlace : m_carPlace).value_or(Place{0, offset});
+    Finding finding;
+    finding.kind = QStringLiteral("no-driver");
+    finding.line = place.line;
+    finding.offset = place.offset;
+    finding.text = m_reason;
+    addLoss(&finding);
+    return finding;
+}
+
+/// As the reader of the laps understands \a number.
+void PlayersDriver::setCar(const QString &number)
+{
+    bool isNumber = false;
+    const int car = number.toInt(&isNumber);
+    m_car = isNumber && car >= 0 && car < Cars ? car : -1;
+}
+
+bool PlayersDriver::isPlayers(const QString &car) const
+{
+    return !m_car || (*m_car >= 0 && car == QString::number(*m_car));
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ibt/ibtformat.h"
+#include "inspect/findinglist.h"
+
+#include <QString>
+#include <QVector>
+
+class IbtFile;
+class RecordTimes;
+
+/// What an .ibt recording holds and what is wrong with it, as the file itself tells.
+///
+/// A plug-in says little about a damaged recording, and nothing about one from which it gets laps.
+class RecordingInspection
+{
+public:
+    /// Reads the whole of \a fileName, an ordinary file, once.
+    explicit RecordingInspection(const QString &fileName);
+
+    /// False where nothing tells that the file was ever a recording.
+    bool isRecording() const { return m_isRecording; }
+    /// Whether headers, session info and variable table lie in the file. Nothing is imported from
+    /// a recording that lacks one of them.
+    bool isImportable() const { return m_isImportable; }
+    /// Complete records.
+    qint64 records() const { return m_records; }
+    QVector<Finding> findings() const { return m_findings.findings(); }
+
+private:
+    bool readHeaders(IbtFile *file);
+    bool checkClaims(const IbtFile &file);
+    void checkOverlaps(const irsdk_header &header);
+    void checkText(const IbtFile &file);
+    bool isPlausible(const irsdk_header &header) const;
+    void addUnreadable(const QString &name, const QString &lost);
+    qint64 readRecords(IbtFile *file, RecordTimes *times);
+    void checkRecords(const IbtFile &file, const RecordTimes &times);
+    void checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled);
+
+    qint64 m_size = 0; ///< bytes of the file
+    bool m_isRecording = false;
+    bool m_isImportable = false;
+    qint64 m_records = 0;
+    qint64 m_readRecords = 0; ///< of these
+    FindingList m_findings;
+};

@@ -1,0 +1,78 @@
+#include "inspect/sessionlevels.h"
+
+namespace {
+
+using Levels = QVector<SessionLevels::Level>;
+
+/// How many of \a levels \a line may belong to.
+int countOpen(const Levels &levels, const SessionLine &line)
+{
+    const auto isOver = [&line](const SessionLevels::Level &level) {
+        if (level.column != line.column)
+            return level.column > line.column;
+        return line.kind != SessionLine::Kind::Item || level.isItem;
+    };
+    int count = levels.size();
+    while (count > 0 && isOver(levels.at(count - 1)))
+        --count;
+    return count;
+}
+
+int columnIn(const Levels &levels, const SessionLine &line)
+{
+    if (levels.isEmpty())
+        return 0;
+    const SessionLevels::Level &level = levels.last();
+    if (level.isItem)
+        return level.column + 2;
+    return line.kind == SessionLine::Kind::Item ? level.column : level.column + 1;
+}
+
+} // namespace
+
+bool SessionLevels::isPart(const SessionLine &line, const SessionLine &front)
+{
+    return line.column == columnIn({{front.column, false, front.name, nullptr}}, line);
+}
+
+bool SessionLevels::holds(const SessionLine &line) const
+{
+    return countOpen(m_levels, line) == m_levels.size();
+}
+
+SessionLevels::Place SessionLevels::enter(const SessionLine &line)
+{
+    const int count = countOpen(m_levels, line);
+    if (count < m_levels.size()) {
+        m_left = m_levels.mid(count) + m_left;
+        m_levels.resize(count);
+    }
+    if (line.column == expectedColumn(line))
+        return Place::Expected;
+    return resume(line) ? Place::Resumed : Place::Odd;
+}
+
+/// Goes back to the levels that were left, if \a line is indented as a part of one of them.
+bool SessionLevels::resume(const SessionLine &line)
+{
+    if (m_left.isEmpty())
+        return false;
+    Levels levels = m_levels + m_left;
+    m_left.clear();
+    levels.resize(countOpen(levels, line));
+    if (levels.size() <= m_levels.size() || line.column != columnIn(levels, line))
+        return false;
+    m_levels = levels;
+    return true;
+}
+
+void SessionLevels::open(const SessionLine &line, const TStringTree *node)
+{
+    m_levels.append({line.column, line.kind == SessionLine::Kind::Item, line.name, node});
+    m_left.clear();
+}
+
+int SessionLevels::expectedColumn(const SessionLine &line) const
+{
+    return columnIn(m_levels, line);
+}

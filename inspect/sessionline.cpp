@@ -1,0 +1,85 @@
+#include "inspect/sessionline.h"
+
+namespace {
+
+QString withoutBlanks(QString text)
+{
+    return text.remove(QLatin1Char(' '));
+}
+
+bool isIndentation(QChar c)
+{
+    return c == QLatin1Char(' ') || c == QLatin1Char('\t');
+}
+
+} // namespace
+
+SessionLine::SessionLine(const QString &text)
+{
+    const QLatin1String separator(": ");
+    QString line = text;
+    if (line.endsWith(QLatin1Char('\r'))) {
+        line.chop(1);
+        oddity = Oddity::CarriageReturn;
+    }
+    while (column < line.size() && isIndentation(line.at(column)))
+        ++column;
+    if (column == line.size()) {
+        kind = Kind::Blank;
+        if (!line.isEmpty())
+            oddity = Oddity::Blanks;
+        return;
+    }
+    if (line.leftRef(column).contains(QLatin1Char('\t')))
+        oddity = Oddity::Tab;
+    if (line == QLatin1String("...") || line == QLatin1String("---")) {
+        kind = Kind::End;
+        return;
+    }
+
+    const QString content = line.mid(column);
+    const bool hasDash = content.startsWith(QLatin1Char('-')); // a blank behind it may be missing
+    int keyEnd = content.indexOf(separator);
+    const int tabbed = content.indexOf(QLatin1String(":\t"));
+    if (keyEnd < 0 && tabbed > 0) {
+        keyEnd = tabbed;
+        oddity = Oddity::Tab;
+    } else if (keyEnd >= 0 && content.lastIndexOf(separator) != keyEnd) {
+        oddity = Oddity::Separators;
+    }
+
+    if (content.startsWith(QLatin1Char('#'))) {
+        oddity = Oddity::Comment;
+    } else if (keyEnd > 0) {
+        kind = hasDash ? Kind::Item : Kind::Value;
+        value = content.mid(keyEnd + separator.size());
+        name = withoutBlanks(hasDash ? value : content.left(keyEnd));
+    } else if (!content.startsWith(QLatin1String("- ")) && content.size() > 1
+               && content.endsWith(QLatin1Char(':'))) {
+        kind = Kind::Section;
+        name = withoutBlanks(content.chopped(1));
+    } else {
+        oddity = Oddity::NoEntry;
+    }
+}
+
+QString quotedLine(const QString &text)
+{
+    constexpr int Longest = 60;
+    QString result;
+    for (const QChar c : text.leftRef(Longest)) {
+        if (c == QLatin1Char('\t'))
+            result += QLatin1String("\\t");
+        else if (c == QLatin1Char('\r'))
+            result += QLatin1String("\\r");
+        else if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
+            result += QLatin1Char('\\') % c;
+        else if (c.isPrint())
+            result += c;
+        else
+            result += QStringLiteral("\\x%1").arg(int(c.unicode()), 2, 16, QLatin1Char('0'));
+    }
+    if (text.size() > Longest)
+        result += QChar(0x2026);
+    return QLatin1Char('"') % result % QLatin1Char('"');
+}

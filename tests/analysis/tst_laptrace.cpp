@@ -1,0 +1,153 @@
+#include "analysis/laptrace.h"
+#include "tests/support/lapchannels.h"
+#include "tests/support/roomtests.h"
+
+#include <QtTest>
+
+#include <cmath>
+#include <limits>
+
+using Samples = QVector<double>;
+
+/// Where a lap was, and since when.
+class tst_LapTrace : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void length_data();
+    void length();
+    void distance_data();
+    void distance();
+    void time_data();
+    void time();
+};
+
+namespace {
+
+constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+
+ZEP::Lap lapOf(const Columns &columns)
+{
+    ZEP::Lap lap;
+    for (auto column = columns.cbegin(); column != columns.cend(); ++column)
+        lap.addChannel(newChannel(column.value()), column.key());
+    return lap;
+}
+
+QString text(const Samples &samples)
+{
+    QStringList texts;
+    for (const double sample : samples)
+        texts.append(QString::number(sample, 'g', 10));
+    return texts.join(QLatin1Char(' '));
+}
+
+} // namespace
+
+void tst_LapTrace::length_data()
+{
+    QTest::addColumn<Columns>("columns");
+    QTest::addColumn<QVariant>("named");
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<double>("metres");
+
+    QTest::newRow("nothing known") << Columns() << QVariant() << QString() << 0.0;
+    QTest::newRow("named in kilometres") << Columns() << QVariant(0.84) << "km" << 840.0;
+    QTest::newRow("named in metres") << Columns() << QVariant(840.0) << "m" << 840.0;
+    QTest::newRow("named in another unit") << Columns() << QVariant(0.52) << "mi" << 0.0;
+    QTest::newRow("named zero") << Columns() << QVariant(0.0) << "km" << 0.0;
+    QTest::newRow("no number") << Columns() << QVariant("long") << "km" << 0.0;
+    QTest::newRow("measured where the fraction is greatest")
+        << Columns{{"lapdist", {8, 450, 800, 2}}, {"lapdistpct", {0.02, 0.5, 0.8, 0.01}}}
+        << QVariant(0.84) << "km" << 1000.0;
+    QTest::newRow("measured in the first half only")
+        << Columns{{"lapdist", {8, 400}}, {"lapdistpct", {0.02, 0.5}}} << QVariant(0.84) << "km"
+        << 840.0;
+    QTest::newRow("samples missing")
+        << Columns{{"lapdist", {800, NoSample}}, {"lapdistpct", {0.8, 0.9}}} << QVariant() << ""
+        << 1000.0;
+}
+
+void tst_LapTrace::length()
+{
+    QFETCH(Columns, columns);
+    QFETCH(QVariant, named);
+    QFETCH(QString, unit);
+    QFETCH(double, metres);
+    ZEP::Lap lap = lapOf(columns);
+    if (named.isValid())
+        lap.addValue(QStringLiteral("Track length"), named, unit);
+    QCOMPARE(trackLength(lap), metres);
+}
+
+void tst_LapTrace::distance_data()
+{
+    QTest::addColumn<Columns>("columns");
+    QTest::addColumn<Samples>("distance");
+
+    QTest::newRow("none") << Columns{{"speed", {1, 2}}} << Samples();
+    QTest::newRow("all missing") << Columns{{"lapdist", {NoSample, NoSample}}} << Samples();
+    QTest::newRow("as recorded") << Columns{{"lapdist", {1, 50, 99}}} << Samples{1, 50, 99};
+    QTest::newRow("one missing") << Columns{{"lapdist", {1, NoSample, 99}}} << Samples{1, NaN, 99};
+    QTest::newRow("from the fraction") << Columns{{"lapdistpct", {0.01, 0.5}}} << Samples{1, 50};
+    QTest::newRow("from the grid behind the line")
+        << Columns{{"lapdist", {90, 95, NoSample, 1, 60}}} << Samples{-10, -5, NaN, 1, 60};
+    QTest::newRow("a few metres back") << Columns{{"lapdist", {50, 48, 52}}} << Samples{50, 48, 52};
+}
+
+void tst_LapTrace::distance()
+{
+    QFETCH(Columns, columns);
+    QFETCH(Samples, distance);
+    QCOMPARE(text(lapTrace(lapOf(columns), 100).distance), text(distance));
+}
+
+void tst_LapTrace::time_data()
+{
+    QTest::addColumn<Columns>("columns");
+    QTest::addColumn<Samples>("time");
+    QTest::addColumn<bool>("isFromLine");
+
+    const Samples ticks{100.5, 101, 101.5};
+    QTest::newRow("none") << Columns{{"lapdist", {1, 2, 3}}} << Samples() << true;
+    QTest::newRow("no distance") << Columns{{"sessiontime", ticks}} << Samples{0, 0.5, 1} << false;
+    QTest::newRow("from the line, between two ticks")
+        << Columns{{"sessiontime", ticks}, {"lapdist", {0.5, 5.5, 10.5}}}
+        << Samples{0.05, 0.55, 1.05} << true;
+    QTest::newRow("at the line") << Columns{{"sessiontime", ticks}, {"lapdist", {0, 5, 10}}}
+                                 << Samples{0, 0.5, 1} << true;
+    QTest::newRow("from a tick before the line")
+        << Columns{{"sessiontime", ticks}, {"lapdist", {99, 4, 9}}} << Samples{-0.1, 0.4, 0.9}
+        << true;
+    QTest::newRow("from the grid")
+        << Columns{{"sessiontime", ticks}, {"lapdist", {95, 99, 3}}} << Samples{0, 0.5, 1} << true;
+    QTest::newRow("from the pits") << Columns{{"sessiontime", ticks}, {"lapdist", {20, 25, 30}}}
+                                   << Samples{0, 0.5, 1} << false;
+    QTest::newRow("standing at the line")
+        << Columns{{"sessiontime", ticks}, {"lapdist", {0.5, 0.5, 0.5}}} << Samples{0, 0.5, 1}
+        << true;
+    QTest::newRow("first ticks missing")
+        << Columns{{"sessiontime", {NoSample, 101, 101.5}}, {"lapdist", {0.1, 0.5, 5.5}}}
+        << Samples{NaN, 0.05, 0.55} << true;
+    QTest::newRow("the lap's own time")
+        << Columns{{"lapcurrentlaptime", {0.02, 0.52, 1.02}}, {"lapdist", {0.5, 5.5, 10.5}}}
+        << Samples{0.02, 0.52, 1.02} << true;
+    QTest::newRow("both, of which the session's is finer")
+        << Columns{{"lapcurrentlaptime", {9, 9, 9}}, {"sessiontime", ticks}} << Samples{0, 0.5, 1}
+        << false;
+}
+
+void tst_LapTrace::time()
+{
+    QFETCH(Columns, columns);
+    QFETCH(Samples, time);
+    QFETCH(bool, isFromLine);
+    const LapTrace trace = lapTrace(lapOf(columns), 100);
+    QCOMPARE(text(trace.time), text(time));
+    if (!time.isEmpty())
+        QCOMPARE(trace.isFromLine, isFromLine);
+}
+
+NAPAMMUL_TEST(tst_LapTrace)
+#include "tst_laptrace.moc"

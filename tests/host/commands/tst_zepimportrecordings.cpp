@@ -1,0 +1,212 @@
+#include "host/text/format.h"
+#include "tests/support/roomtests.h"
+#include "tests/support/zepimportprocess.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+/// What the commands show of recordings, which the shipped plug-in imports.
+class tst_ZepimportRecordings : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void laps_data();
+    void laps();
+    void tableIsItsJson();
+    void channels();
+    void info();
+    void messages();
+    void noRecording_data();
+    void noRecording();
+
+private:
+    Outcome run(const QStringList &arguments) const;
+    QJsonObject runJson(const QStringList &arguments) const;
+
+    QTemporaryDir m_dir;
+};
+
+void tst_ZepimportRecordings::initTestCase()
+{
+    for (const QString &session : QStringList{"practice", "race"}) {
+        QProcess generator;
+        generator.start(QStringLiteral(IBTGEN_PATH),
+                        {"--session", session, "--rate", "20", "--seed", "7",
+                         m_dir.filePath(session + QStringLiteral(".ibt"))});
+        QVERIFY(generator.waitForFinished(60000));
+        QCOMPARE(generator.exitCode(), 0);
+    }
+}
+
+Outcome tst_ZepimportRecordings::run(const QStringList &arguments) const
+{
+    ZepimportProcess process;
+    process.arguments = arguments;
+    process.environment.append(QStringLiteral("ZEP_PLUGIN_PATH=" NAPAMMUL_PLUGIN_PATH));
+    process.folder = m_dir.path();
+    return process.run();
+}
+
+QJsonObject tst_ZepimportRecordings::runJson(const QStringList &arguments) const
+{
+    const Outcome outcome = run(arguments + QStringList{"--json"});
+    return QJsonDocument::fromJson(outcome.output.toUtf8()).array().first().toObject();
+}
+
+void tst_ZepimportRecordings::laps_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("session");
+    QTest::newRow("practice") << "practice.ibt"
+                              << "Practice";
+    QTest::newRow("race") << "race.ibt"
+                          << "Race";
+}
+
+void tst_ZepimportRecordings::laps()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, session);
+    const QJsonObject json = runJson({"laps", name});
+    QCOMPARE(json.value(QStringLiteral("session")).toString(), session);
+    for (const char *key : {"track", "configuration", "car", "driver", "date"})
+        QVERIFY2(json.value(QLatin1String(key)).isString(), key);
+
+    const QJsonArray laps = json.value(QStringLiteral("laps")).toArray();
+    QVERIFY(laps.size() > 4);
+    QCOMPARE(laps.first()[QLatin1String("kind")].toString(), QStringLiteral("out-lap"));
+    QCOMPARE(laps.last()[QLatin1String("kind")].toString(), QStringLiteral("unfinished"));
+    double best = 1e9;
+    double marked = 0;
+    for (const QJsonValue &lap : laps) {
+        const double time = lap[QLatin1String("time")].toDouble();
+        if (lap[QLatin1String("kind")].toString() == QLatin1String("timed")) {
+            QVERIFY(time > 20 && time < 200);
+            QVERIFY(std::abs(time * 20 - lap[QLatin1String("samples")].toInt()) < 100);
+            QVERIFY(lap[QLatin1String("topSpeed")][QLatin1String("value")].toDouble() > 20);
+            QVERIFY(lap[QLatin1String("fuelUsed")][QLatin1String("value")].toDouble() > 0);
+            best = std::min(best, time);
+        }
+        if (lap[QLatin1String("best")].toBool())
+            marked = time;
+    }
+    QCOMPARE(marked, best);
+}
+
+void tst_ZepimportRecordings::tableIsItsJson()
+{
+    const QJsonArray laps =
+        runJson({"laps", "practice.ibt"}).value(QStringLiteral("laps")).toArray();
+    const Outcome outcome = run({"laps", "practice.ibt"});
+    const QStringList rows = outcome.output.section(QStringLiteral("\n\n"), 1)
+                                 .split(QLatin1Char('\n'), Qt::SkipEmptyParts)
+                                 .mid(1);
+    QCOMPARE(rows.size(), laps.size());
+
+    const auto quantity = [](const QJsonValue &json, int decimals) {
+        return formatQuantity(
+            json.isNull() ? std::nullopt
+                          : std::optional<Quantity>({json[QLatin1String("value")].toDouble(),
+                                                     json[QLatin1String("unit")].toString()}),
+            decimals);
+    };
+    for (int i = 0; i < rows.size(); ++i) {
+        const QJsonValue lap = laps.at(i);
+        const QJsonValue time = lap[QLatin1String("time")];
+        const QStringList cells =
+            rows.at(i).trimmed().split(QRegularExpression(QStringLiteral(" {2,}")));
+        QCOMPARE(cells.size(), 10);
+        QCOMPARE(cells.at(0).toInt(), i + 1);
+        QCOMPARE(cells.at(1).toInt(), lap[QLatin1String("lapInSession")].toInt());
+        QCOMPARE(cells.at(2).toInt(), lap[QLatin1String("stint")].toInt());
+        QCOMPARE(cells.at(3).toInt(), lap[QLatin1String("lapInStint")].toInt());
+        QCOMPARE(cells.at(4), lap[QLatin1String("kind")].toString());
+        QCOMPARE(cells.at(5),
+                 formatLapTime(time.isNull() ? std::nullopt
+                                             : std::optional<int>(qRound(time.toDouble() * 1000))));
+        QCOMPARE(cells.at(6) == QLatin1String("best"), lap[QLatin1String("best")].toBool());
+        QCOMPARE(cells.at(7).toInt(), lap[QLatin1String("samples")].toInt());
+        QCOMPARE(cells.at(8), quantity(lap[QLatin1String("topSpeed")], 1));
+        QCOMPARE(cells.at(9), quantity(lap[QLatin1String("fuelUsed")], 2));
+    }
+}
+
+void tst_ZepimportRecordings::channels()
+{
+    const QJsonObject json = runJson({"channels", "--lap", "2", "practice.ibt"});
+    QCOMPARE(json.value(QStringLiteral("lap")).toInt(), 2);
+    const QJsonArray channels = json.value(QStringLiteral("channels")).toArray();
+    QVERIFY(channels.size() > 200);
+    QStringList names;
+    for (const QJsonValue &channel : channels) {
+        names.append(channel[QLatin1String("name")].toString());
+        QVERIFY(channel[QLatin1String("unit")].toString() != QLatin1String("%"));
+        if (channel[QLatin1String("valid")].toInt() == 0)
+            continue;
+        const double mean = channel[QLatin1String("mean")].toDouble();
+        QVERIFY(channel[QLatin1String("minimum")].toDouble() <= mean);
+        QVERIFY(channel[QLatin1String("maximum")].toDouble() >= mean);
+    }
+    for (const char *name : {"speed", "fuellevel", "fuelweight", "lapdistpct"})
+        QVERIFY2(names.contains(QLatin1String(name)), name);
+    QCOMPARE(run({"channels", "--lap", "2", "practice.ibt"}).output.count(QLatin1Char('\n')),
+             channels.size() + 2);
+}
+
+void tst_ZepimportRecordings::info()
+{
+    const Outcome outcome = run({"info", "--lap", "2", "practice.ibt"});
+    for (const char *line : {"\nSource ", "\nPlug-in ", "\nTrack length ", "\nMaximum fuel level ",
+                             "\nSession name ", "\nCalculated values\nDateTime "})
+        QVERIFY2(outcome.output.contains(QLatin1String(line)), line);
+    QVERIFY(outcome.output.startsWith(QLatin1String("practice.ibt: lap #2 of ")));
+}
+
+void tst_ZepimportRecordings::messages()
+{
+    const Outcome outcome = run({"laps", "--verbose", "practice.ibt"});
+    QStringList lines = outcome.errors.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    for (const QString &line : qAsConst(lines))
+        QVERIFY2(line.contains(QLatin1String("practice.ibt")), qPrintable(line));
+    const QRegularExpression expected(
+        QStringLiteral("Importing file practice\\.ibt .*\n.*Using format .*\n.*Done in \\d+ ms"));
+    QVERIFY2(expected.match(outcome.errors).hasMatch(), qPrintable(outcome.errors));
+    QCOMPARE(run({"laps", "practice.ibt"}).errors, QString());
+}
+
+void tst_ZepimportRecordings::noRecording_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("empty") << QByteArray() << "Error reading irsdk_header";
+    QTest::newRow("text") << QByteArray("Dear diary\n") << "Error reading irsdk_header";
+    QTest::newRow("zeros up to the second header")
+        << QByteArray(112, '\0') << "Error reading irsdk_diskSubHeader";
+}
+
+void tst_ZepimportRecordings::noRecording()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, reason);
+    QFile bad(m_dir.filePath(QStringLiteral("bad.ibt")));
+    QVERIFY(bad.open(QIODevice::WriteOnly));
+    QCOMPARE(bad.write(content), qint64(content.size()));
+    bad.close();
+    const Outcome outcome = run({"laps", "--quiet", "bad.ibt", "practice.ibt"});
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: bad.ibt: [ZEP iRacing ibt import plugin plugin] "
+                            "IBT import error:  %1; check that the file is a complete "
+                            "\"iRacing binary telemetry (*.ibt)\"\n")
+                 .arg(reason));
+    QVERIFY(outcome.output.startsWith(QLatin1String("practice.ibt\n")));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+NAPAMMUL_TEST(tst_ZepimportRecordings)
+#include "tst_zepimportrecordings.moc"

@@ -1,0 +1,197 @@
+#include "host/text/textwidth.h"
+#include "tests/support/racesheet.h"
+#include "tests/support/roomtests.h"
+#include "tests/support/zepimportprocess.h"
+
+#include <QtTest>
+
+/// The command line, and how the output suits the place that it goes to.
+class tst_ZepimportUsage : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void wrongUse_data();
+    void wrongUse();
+    void help_data();
+    void help();
+    void version();
+
+    void terminal_data();
+    void terminal();
+    void noColours_data();
+    void noColours();
+    void fullDisk();
+    void anyLocale();
+
+private:
+    ZepimportProcess process(const QStringList &arguments) const;
+
+    QTemporaryDir m_dir;
+};
+
+void tst_ZepimportUsage::initTestCase()
+{
+    QFile file(m_dir.filePath(QStringLiteral("race.laps")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(raceSheet()), qint64(raceSheet().size()));
+}
+
+ZepimportProcess tst_ZepimportUsage::process(const QStringList &arguments) const
+{
+    ZepimportProcess result;
+    result.arguments = arguments;
+    result.environment.append(QStringLiteral("ZEP_PLUGIN_PATH=" LAPSHEET_PLUGIN_PATH));
+    result.folder = m_dir.path();
+    return result;
+}
+
+void tst_ZepimportUsage::wrongUse_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("nothing") << QStringList() << "a command is missing; see zepimport --help";
+    QTest::newRow("no such command")
+        << QStringList{"lap", "race.laps"} << "there is no command 'lap'; see zepimport --help";
+    QTest::newRow("no file") << QStringList{"laps"}
+                             << "FILE is required; see zepimport laps --help";
+    QTest::newRow("no such option")
+        << QStringList{"info", "--colour", "race.laps"}
+        << "The following argument was not expected: --colour; see zepimport info --help";
+    QTest::newRow("lap 0") << QStringList{"info", "--lap", "0", "race.laps"}
+                           << "--lap: choose laps as 3, as 3,5-7, as best or as all, not as '0'; "
+                              "see zepimport info --help";
+    QTest::newRow("path missing") << QStringList{
+        "formats", "--plugin"} << "--plugin: 1 required PATH missing; see zepimport formats --help";
+}
+
+void tst_ZepimportUsage::wrongUse()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, error);
+    const Outcome outcome = process(arguments).run();
+    QCOMPARE(outcome.errors, QString(QLatin1String("zepimport: ") % error % QLatin1Char('\n')));
+    QCOMPARE(outcome.output, QString());
+    QCOMPARE(outcome.exitCode, 2);
+}
+
+void tst_ZepimportUsage::help_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("contains");
+
+    QTest::newRow("program") << QStringList{"--help"} << "zepimport COMMAND --help";
+    for (const char *command :
+         {"laps", "info", "channels", "compare", "export", "report", "check", "formats"})
+        QTest::newRow(command) << QStringList{command, "--help"}
+                               << QStringLiteral("Examples:\n  zepimport %1").arg(command);
+}
+
+void tst_ZepimportUsage::help()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, contains);
+    const Outcome outcome = process(arguments).run();
+    QVERIFY2(outcome.output.contains(contains), qPrintable(outcome.output));
+    for (const QString &line : outcome.output.split(QLatin1Char('\n')))
+        QVERIFY2(displayWidth(line) <= 80, qPrintable(line));
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(outcome.exitCode, 0);
+}
+
+void tst_ZepimportUsage::version()
+{
+    const Outcome outcome = process({"--version"}).run();
+    const QRegularExpression expected(QStringLiteral("^zepimport \\d+\\.\\d+\\.\\d+\n"
+                                                     "Lap sheets 1\\.5, (/.*)\n$"));
+    const QRegularExpressionMatch match = expected.match(outcome.output);
+    QVERIFY2(match.hasMatch(), qPrintable(outcome.output));
+    QCOMPARE(match.captured(1), QStringLiteral(LAPSHEET_PLUGIN_PATH));
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(outcome.exitCode, 0);
+
+    ZepimportProcess without = process({"--version"});
+    without.environment = QStringList{"ZEP_PLUGIN_PATH=nowhere"};
+    const QString output = without.run().output;
+    QVERIFY2(output.endsWith(
+                 QLatin1String("\nno import plug-in found (nowhere: no such file or folder)\n")),
+             qPrintable(output));
+}
+
+void tst_ZepimportUsage::terminal_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QString>("titles");
+
+    QTest::newRow("wide") << 140
+                          << "#  Lap  Stint  In stint  Kind            Time     Gap  Samples"
+                             "  Top speed  Fuel used";
+    QTest::newRow("80 columns")
+        << 80 << "#  Lap  Stint  In stint  Kind            Time     Gap  Top speed  Fuel used";
+    QTest::newRow("narrow") << 40 << "#  Lap  Kind            Time     Gap";
+}
+
+void tst_ZepimportUsage::terminal()
+{
+    QFETCH(int, width);
+    QFETCH(QString, titles);
+    ZepimportProcess coloured = process({"laps", "race.laps"});
+    coloured.terminalWidth = width;
+    const Outcome outcome = coloured.run();
+    QCOMPARE(outcome.exitCode, 0);
+    const QString bold = QStringLiteral("\033[1m%1\033[0m\n");
+    QVERIFY2(outcome.output.startsWith(bold.arg(QStringLiteral("race.laps"))),
+             qPrintable(outcome.output));
+    QVERIFY2(outcome.output.contains(bold.arg(titles)), qPrintable(outcome.output));
+    QVERIFY(outcome.output.contains(QLatin1String("\n\033[1;32m3    2 ")));
+
+    QString plain = outcome.output;
+    plain.remove(QRegularExpression(QStringLiteral("\033\\[[0-9;]*m")));
+    for (const QString &line : plain.split(QLatin1Char('\n')))
+        QVERIFY2(displayWidth(line) <= width, qPrintable(line));
+}
+
+void tst_ZepimportUsage::noColours_data()
+{
+    QTest::addColumn<QString>("variable");
+    QTest::newRow("asked for") << "NO_COLOR=1";
+    QTest::newRow("asked for with nothing") << "NO_COLOR=";
+    QTest::newRow("dumb terminal") << "TERM=dumb";
+}
+
+void tst_ZepimportUsage::noColours()
+{
+    QFETCH(QString, variable);
+    ZepimportProcess plain = process({"laps", "race.laps"});
+    plain.terminalWidth = 140;
+    plain.environment.append(variable);
+    QCOMPARE(plain.run().output, raceTable());
+}
+
+void tst_ZepimportUsage::fullDisk()
+{
+    ZepimportProcess full = process({"laps", "race.laps"});
+    full.outputFile = QStringLiteral("/dev/full");
+    const Outcome outcome = full.run();
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: the output could not be written; is the disk full?\n"));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+void tst_ZepimportUsage::anyLocale()
+{
+    QVERIFY(QFile::copy(m_dir.filePath(QStringLiteral("race.laps")),
+                        m_dir.filePath(QStringLiteral("zoë.laps"))));
+    ZepimportProcess ascii = process({"laps", "zoë.laps"});
+    ascii.environment.append(QStringLiteral("LC_ALL=C"));
+    QString expected = raceTable();
+    const Outcome outcome = ascii.run();
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(outcome.output, expected.replace(QStringLiteral("race."), QStringLiteral("zoë.")));
+}
+
+NAPAMMUL_TEST(tst_ZepimportUsage)
+#include "tst_zepimportusage.moc"

@@ -1,0 +1,254 @@
+#include "tests/support/roomtests.h"
+
+#include <QtTest>
+
+/// Manual pages and completions know every command and every option of the program, and no other.
+class tst_Shell : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void everyCommandHasAPage();
+    void optionsOfPages_data();
+    void optionsOfPages();
+    void pagesAreClean_data();
+    void pagesAreClean();
+    void commandsOfShells_data();
+    void commandsOfShells();
+    void optionsOfShells_data();
+    void optionsOfShells();
+    void choicesOfBash_data();
+    void choicesOfBash();
+    void installed();
+
+private:
+    QString page(const QString &command) const;
+
+    QString m_packaging;
+    QStringList m_commands;
+};
+
+namespace {
+
+/// The output of a program that has to succeed, and to be silent on standard error.
+QString run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit
+        || process.exitCode() != 0)
+        return program + QStringLiteral(" failed");
+    const QString errors = QString::fromUtf8(process.readAllStandardError());
+    return errors.isEmpty() ? QString::fromUtf8(process.readAllStandardOutput()) : errors;
+}
+
+QString help(const QStringList &command)
+{
+    return run(QStringLiteral(ZEPIMPORT_PATH), command + QStringList{"--help"});
+}
+
+/// Everything that \a pattern captures in \a text, in order, each once.
+QStringList captured(const QString &pattern, const QString &text)
+{
+    const QRegularExpression expression(pattern, QRegularExpression::MultilineOption);
+    QStringList found;
+    for (auto match = expression.globalMatch(text); match.hasNext();)
+        found.append(match.next().captured(1));
+    found.sort();
+    found.removeDuplicates();
+    return found;
+}
+
+/// The long options of \a command, without dashes.
+QStringList longOptions(const QString &command)
+{
+    return captured(QStringLiteral("^  (?:-\\w,)?--([\\w-]+)"), help({command}));
+}
+
+/// What \a shell offers behind \a words, of which the last one is to be completed.
+QStringList offered(const QString &shell, const QString &packaging, const QStringList &words)
+{
+    const QString folder = packaging + QStringLiteral("/completions/");
+    QString output;
+    if (shell == QLatin1String("bash")) {
+        const QString script = QStringLiteral("source \"$0\"; COMP_WORDS=(\"$@\"); "
+                                              "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zepimport; "
+                                              "printf '%s\\n' \"${COMPREPLY[@]}\"");
+        output = run(shell, QStringList{"--norc", "-c", script, folder + "zepimport.bash"} + words);
+    } else if (shell == QLatin1String("fish")) {
+        output = run(shell,
+                     {"--no-config", "-c",
+                      QStringLiteral("source %1zepimport.fish; complete -C \"%2\"")
+                          .arg(folder, words.join(QLatin1Char(' ')))});
+    } else {
+        output =
+            run(shell,
+                {"-f", "-c",
+                 QStringLiteral("source %1_zepimport; _zepimport_options %2; print -l -- $reply")
+                     .arg(folder, words.value(1))});
+    }
+    return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+void tst_Shell::initTestCase()
+{
+    const QString completions = QFINDTESTDATA("../../packaging/completions/zepimport.bash");
+    m_packaging = QFileInfo(completions).dir().absoluteFilePath(QStringLiteral(".."));
+    m_commands = captured(QStringLiteral("^  ([a-z]+) "),
+                          help({}).section(QStringLiteral("Subcommands:"), 1));
+    QVERIFY2(m_commands.contains(QStringLiteral("laps")), qPrintable(m_commands.join(", ")));
+}
+
+QString tst_Shell::page(const QString &command) const
+{
+    const QString name =
+        command.isEmpty() ? QStringLiteral("zepimport") : QStringLiteral("zepimport-") + command;
+    QFile file(m_packaging + QStringLiteral("/man/%1.1").arg(name));
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    return QString::fromUtf8(file.readAll()).replace(QLatin1String("\\-"), QLatin1String("-"));
+}
+
+void tst_Shell::everyCommandHasAPage()
+{
+    QStringList names{QStringLiteral("zepimport.1")};
+    for (const QString &command : qAsConst(m_commands))
+        names.append(QStringLiteral("zepimport-%1.1").arg(command));
+    names.sort();
+    QStringList pages = QDir(m_packaging + QStringLiteral("/man")).entryList(QDir::Files);
+    pages.sort();
+    QCOMPARE(pages, names);
+    const QString sections = page(QString());
+    QCOMPARE(captured(QStringLiteral("^\\.BR zepimport-([a-z]+) \\(1\\)$"),
+                      sections.section(QStringLiteral(".SH COMMANDS"), 1)
+                          .section(QStringLiteral(".SH"), 0, 0)),
+             m_commands);
+    QCOMPARE(captured(QStringLiteral("^\\.BR zepimport-([a-z]+) \\(1\\),?$"),
+                      sections.section(QStringLiteral(".SH SEE ALSO"), 1)),
+             m_commands);
+}
+
+void tst_Shell::optionsOfPages_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("program") << "";
+    for (const QString &command : qAsConst(m_commands))
+        QTest::newRow(qPrintable(command)) << command;
+}
+
+void tst_Shell::optionsOfPages()
+{
+    QFETCH(QString, command);
+    // "-o, --output" for each option, or "--split".
+    QStringList expected;
+    const QRegularExpression option(QStringLiteral("^  (?:(-\\w),)?(--[\\w-]+)"),
+                                    QRegularExpression::MultilineOption);
+    const QString text = help(command.isEmpty() ? QStringList() : QStringList{command});
+    for (auto match = option.globalMatch(text); match.hasNext();) {
+        const QRegularExpressionMatch found = match.next();
+        const QString both = found.captured(1) + QStringLiteral(", ") + found.captured(2);
+        expected.append(found.captured(1).isEmpty() ? found.captured(2) : both);
+    }
+    expected.sort();
+    QVERIFY(!expected.isEmpty());
+    QString described = page(command).section(QStringLiteral(".SH OPTIONS"), 1);
+    described = described.section(QStringLiteral("\n.SH"), 0, 0);
+    described.remove(QStringLiteral("\\fB")).remove(QStringLiteral("\\fR"));
+    QCOMPARE(captured(QStringLiteral("^\\.TP\\n((?:-\\w, )?--[\\w-]+)"), described), expected);
+}
+
+void tst_Shell::pagesAreClean_data()
+{
+    optionsOfPages_data();
+}
+
+void tst_Shell::pagesAreClean()
+{
+    QFETCH(QString, command);
+    const QString name =
+        command.isEmpty() ? QStringLiteral("zepimport") : QStringLiteral("zepimport-") + command;
+    const QString shown = run(
+        QStringLiteral("man"),
+        {"--warnings", "-E", "UTF-8", "-l", m_packaging + QStringLiteral("/man/%1.1").arg(name)});
+    QVERIFY2(shown.startsWith(name.toUpper() + QStringLiteral("(1)")), qPrintable(shown));
+}
+
+void tst_Shell::commandsOfShells_data()
+{
+    QTest::addColumn<QString>("shell");
+    QTest::newRow("bash") << "bash";
+    QTest::newRow("fish") << "fish";
+}
+
+void tst_Shell::commandsOfShells()
+{
+    QFETCH(QString, shell);
+    const QStringList words = offered(shell, m_packaging, {"zepimport", ""});
+    QCOMPARE(captured(QStringLiteral("^([a-z]+)(?:\t|$)"), words.join(QLatin1Char('\n'))),
+             m_commands);
+    const QStringList options = offered(shell, m_packaging, {"zepimport", "--"});
+    QCOMPARE(captured(QStringLiteral("^--([a-z]+)"), options.join(QLatin1Char('\n'))),
+             (QStringList{"help", "version"}));
+}
+
+void tst_Shell::optionsOfShells_data()
+{
+    QTest::addColumn<QString>("shell");
+    QTest::addColumn<QString>("command");
+    for (const char *shell : {"bash", "fish", "zsh"}) {
+        for (const QString &command : qAsConst(m_commands))
+            QTest::addRow("%s: %s", shell, qPrintable(command)) << shell << command;
+    }
+}
+
+void tst_Shell::optionsOfShells()
+{
+    QFETCH(QString, shell);
+    QFETCH(QString, command);
+    const QStringList words = offered(shell, m_packaging, {"zepimport", command, "--"});
+    // What stands in front is the list of options that go not together, of zsh.
+    QCOMPARE(
+        captured(QStringLiteral("^(?:\\([^)]*\\))?--([\\w-]+)"), words.join(QLatin1Char('\n'))),
+        longOptions(command));
+}
+
+void tst_Shell::choicesOfBash_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<QStringList>("choices");
+
+    QTest::newRow("command") << QStringList{"ex"} << QStringList{"export"};
+    QTest::newRow("lap") << QStringList{"laps", "--lap", "b"} << QStringList{"best"};
+    QTest::newRow("channels") << QStringList{"export", "a.ibt", "--channels", ""}
+                              << QStringList{"driver", "engine", "position", "tyres"};
+    QTest::newRow("format") << QStringList{"export", "--format", ""}
+                            << QStringList{"csv", "json", "mat"};
+    QTest::newRow("units") << QStringList{"export", "--units", "h"} << QStringList{"header"};
+    QTest::newRow("file, left to bash") << QStringList{"laps", "a"} << QStringList{};
+}
+
+void tst_Shell::choicesOfBash()
+{
+    QFETCH(QStringList, words);
+    QTEST(offered(QStringLiteral("bash"), m_packaging, QStringList{"zepimport"} + words),
+          "choices");
+}
+
+void tst_Shell::installed()
+{
+    const QTemporaryDir dir;
+    run(QStringLiteral("cmake"),
+        {"--install", QStringLiteral(BUILD_FOLDER), "--component", "shell", "--prefix",
+         dir.path()});
+    for (const char *file :
+         {"man/man1/zepimport.1", "man/man1/zepimport-laps.1",
+          "bash-completion/completions/zepimport", "zsh/site-functions/_zepimport",
+          "fish/vendor_completions.d/zepimport.fish"})
+        QVERIFY2(QFile::exists(dir.filePath(QStringLiteral("share/") + QLatin1String(file))), file);
+}
+
+NAPAMMUL_TEST(tst_Shell)
+#include "tst_shell.moc"

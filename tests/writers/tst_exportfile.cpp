@@ -1,0 +1,166 @@
+#include "tests/support/roomtests.h"
+#include "writers/exportfile.h"
+
+#include <QtTest>
+
+class tst_ExportFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void getsItsNameAtTheEnd();
+    void isNotReplacedUnasked();
+    void isReplacedWhenItIsWhole();
+    void isNotReplacedByAFailure();
+    void cannotBeOpened_data();
+    void cannotBeOpened();
+    void device();
+    void fullDevice();
+    void filledThroughItsPath();
+
+private:
+    QString file(const char *name) const { return m_dir->filePath(QString::fromLatin1(name)); }
+    QByteArray content(const char *name) const;
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void tst_ExportFile::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    QFile old(file("old.csv"));
+    QVERIFY(old.open(QIODevice::WriteOnly));
+    QCOMPARE(old.write("old"), 3);
+}
+
+QByteArray tst_ExportFile::content(const char *name) const
+{
+    QFile input(file(name));
+    return input.open(QIODevice::ReadOnly) ? input.readAll() : QByteArray("none");
+}
+
+void tst_ExportFile::getsItsNameAtTheEnd()
+{
+    QString problem;
+    {
+        ExportFile given(file("new.csv"));
+        QVERIFY(given.open(false, &problem));
+        given.write("whole", 5);
+        QVERIFY(!QFile::exists(file("new.csv")));
+        QVERIFY(given.commit(&problem));
+        QCOMPARE(content("new.csv"), QByteArray("whole"));
+    }
+    {
+        ExportFile dropped(file("dropped.csv"));
+        QVERIFY(dropped.open(false, &problem));
+        dropped.write("half", 4);
+    }
+    QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden),
+             (QStringList{"new.csv", "old.csv"}));
+    QCOMPARE(problem, QString());
+}
+
+void tst_ExportFile::isNotReplacedUnasked()
+{
+    QString problem;
+    QVERIFY(!ExportFile(file("old.csv")).open(false, &problem));
+    QCOMPARE(problem,
+             QString(file("old.csv")
+                     % QLatin1String(": exists already; choose another name, or --force to "
+                                     "replace it")));
+    QCOMPARE(content("old.csv"), QByteArray("old"));
+}
+
+void tst_ExportFile::isReplacedWhenItIsWhole()
+{
+    QString problem;
+    ExportFile replaced(file("old.csv"));
+    QVERIFY(replaced.open(true, &problem));
+    replaced.write("newer", 5);
+    QCOMPARE(content("old.csv"), QByteArray("old"));
+    QVERIFY(replaced.commit(&problem));
+    QCOMPARE(content("old.csv"), QByteArray("newer"));
+}
+
+void tst_ExportFile::isNotReplacedByAFailure()
+{
+    QString problem;
+    ExportFile failed(file("old.csv"));
+    QVERIFY(failed.open(true, &problem));
+    failed.write("half", 4);
+    failed.fail(QStringLiteral("the reason"));
+    QVERIFY(!failed.isGood());
+    failed.write("more", 4);
+    QVERIFY(!failed.commit(&problem));
+    QCOMPARE(problem,
+             QString(file("old.csv")
+                     % QLatin1String(": cannot be written (the reason); make room, or choose "
+                                     "another place")));
+    QCOMPARE(content("old.csv"), QByteArray("old"));
+    QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"old.csv"});
+}
+
+void tst_ExportFile::cannotBeOpened_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("folder") << "."
+                            << "is a folder; name a file in it";
+    QTest::newRow("missing folder")
+        << "none/new.csv"
+        << "cannot be written (No such file or directory); choose another place";
+    QTest::newRow("file as a folder")
+        << "old.csv/new.csv"
+        << "cannot be written (Not a directory); choose another place";
+}
+
+void tst_ExportFile::cannotBeOpened()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, reason);
+    QString problem;
+    const QString path = m_dir->filePath(name);
+    QVERIFY(!ExportFile(path).open(true, &problem));
+    QCOMPARE(problem, QString(path % QLatin1String(": ") % reason));
+}
+
+void tst_ExportFile::device()
+{
+    QString problem;
+    ExportFile null(QStringLiteral("/dev/null"));
+    QVERIFY(null.open(false, &problem));
+    null.write("text", 4);
+    QCOMPARE(null.path(), QString());
+    QVERIFY(null.commit(&problem));
+}
+
+void tst_ExportFile::fullDevice()
+{
+    QString problem;
+    ExportFile full(QStringLiteral("/dev/full"));
+    QVERIFY(full.open(false, &problem));
+    full.write("text", 4);
+    QVERIFY(!full.commit(&problem));
+    QCOMPARE(problem,
+             QStringLiteral("/dev/full: cannot be written (No space left on device); make room, "
+                            "or choose another place"));
+}
+
+void tst_ExportFile::filledThroughItsPath()
+{
+    QString problem;
+    ExportFile given(file("new.mat"));
+    QVERIFY(given.open(false, &problem));
+    {
+        QFile other(given.path());
+        QVERIFY(other.open(QIODevice::WriteOnly));
+        QCOMPARE(other.write("by another library"), 18);
+    }
+    QVERIFY(given.commit(&problem));
+    QCOMPARE(content("new.mat"), QByteArray("by another library"));
+}
+
+NAPAMMUL_TEST(tst_ExportFile)
+#include "tst_exportfile.moc"

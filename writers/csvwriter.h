@@ -1,0 +1,43 @@
+#pragma once
+
+#include "writers/lapwriter.h"
+#include "writers/outputbuffer.h"
+
+/// Writes laps as lines of comma-separated values, one for each tick: the lap's number, the tick
+/// from 0, and a sample of each channel, empty where it is missing.
+class CsvWriter : public LapWriter
+{
+public:
+    /// Where the channels' units stand.
+    enum class Units {
+        Header, ///< behind the names: "speed [m/s]"
+        Row, ///< in a line of their own below the names
+        None,
+    };
+
+    /// The titles and the units of \a channels come from \a laps. \a file has to outlive the
+    /// writer.
+    CsvWriter(ExportFile &file, const QVector<ChosenChannel> &channels,
+              const QVector<const ZEP::Lap *> &laps, Units units, char separator);
+
+    void write(int number, std::unique_ptr<ZEP::Lap> lap) override;
+    bool finish(QString *problem) override;
+
+private:
+    /// A channel of the lap that is being written.
+    struct Column {
+        const double *samples;
+        int size;
+        double last; ///< the sample that 'text' stands for
+        int textSize;
+        char text[1 + OutputBuffer::NumberSize]; ///< with the separator in front
+    };
+
+    QByteArray field(const QString &text) const;
+    void writeHeader(const QVector<const ZEP::Lap *> &laps, Units units);
+    char *writeRow(char *place, int tick, std::vector<Column> &columns) const;
+
+    OutputBuffer m_buffer;
+    QVector<ChosenChannel> m_channels;
+    char m_separator;
+};

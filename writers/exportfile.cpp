@@ -1,0 +1,88 @@
+#include "writers/exportfile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+#include <unistd.h>
+
+bool ExportFile::isFree(bool overwritten, QString *problem) const
+{
+    const QFileInfo info(m_name);
+    if (info.isDir()) {
+        *problem = m_name % QLatin1String(": is a folder; name a file in it");
+        return false;
+    }
+    if (info.isFile() && !overwritten) {
+        *problem = m_name
+            % QLatin1String(": exists already; choose another name, or --force to replace it");
+        return false;
+    }
+    return true;
+}
+
+bool ExportFile::open(bool overwritten, QString *problem)
+{
+    if (m_name == QLatin1String("-")) {
+        auto output = std::make_unique<QFile>();
+        output->open(STDOUT_FILENO, QIODevice::WriteOnly);
+        m_device = std::move(output);
+        return true;
+    }
+    if (!isFree(overwritten, problem))
+        return false;
+    const QFileInfo info(m_name);
+    // A device cannot be replaced by a file that was written beside it.
+    if (info.exists() && !info.isFile())
+        m_device = std::make_unique<QFile>(m_name);
+    else
+        m_device = std::make_unique<QSaveFile>(m_name);
+    if (m_device->open(QIODevice::WriteOnly))
+        return true;
+    *problem = m_name % QLatin1String(": cannot be written (") % m_device->errorString()
+        % QLatin1String("); choose another place");
+    return false;
+}
+
+void ExportFile::write(const char *bytes, qint64 size)
+{
+    // A write that stops short has no reason yet; the next one has.
+    while (isGood() && size > 0) {
+        const qint64 written = m_device->write(bytes, size);
+        if (written <= 0)
+            fail(m_device->errorString());
+        bytes += written;
+        size -= written;
+    }
+}
+
+void ExportFile::fail(const QString &reason)
+{
+    m_error = reason;
+}
+
+QString ExportFile::path() const
+{
+    // The file has no name yet.
+    return qobject_cast<QSaveFile *>(m_device.get())
+        ? QStringLiteral("/proc/self/fd/%1").arg(m_device->handle())
+        : QString();
+}
+
+bool ExportFile::commit(QString *problem)
+{
+    if (isGood() && !m_device->flush())
+        fail(m_device->errorString());
+    if (auto *file = qobject_cast<QSaveFile *>(m_device.get())) {
+        if (!isGood())
+            file->cancelWriting();
+        else if (!file->commit())
+            fail(file->errorString());
+    }
+    if (isGood())
+        return true;
+    *problem = (m_name == QLatin1String("-") ? QStringLiteral("the output") : m_name)
+        % QLatin1String(": cannot be written (") % m_error
+        % QLatin1String("); make room, or choose another place");
+    return false;
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "analysis/quantity.h"
+#include "model/lap.h"
+#include "model/value.h"
+
+#include <QDateTime>
+#include <QJsonObject>
+#include <QJsonValue>
+#include <QString>
+
+#include <optional>
+
+// Values for JSON: numbers stay numbers, and null stands for what is missing.
+
+/// A text as it is; null if it is empty.
+QJsonValue jsonText(const QString &text);
+/// Seconds.
+QJsonValue jsonTime(std::optional<int> milliseconds);
+/// ISO 8601.
+QJsonValue jsonDateTime(const QDateTime &dateTime);
+/// An object of "value" and "unit".
+QJsonValue jsonQuantity(const std::optional<Quantity> &quantity);
+/// An object of "value" and "unit"; times in seconds, dates in ISO 8601, colours as "#rrggbb".
+QJsonObject jsonValue(const ZEP::Value &value);
+
+/// Everything about \a lap but its channels: an object "header" of headerFields(), and objects
+/// "values" and "calculatedValues" of jsonValue() by name.
+QJsonObject headerJson(const ZEP::Lap &lap);

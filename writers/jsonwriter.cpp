@@ -1,0 +1,101 @@
+#include "writers/jsonwriter.h"
+
+#include "writers/json.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cmath>
+#include <cstring>
+
+namespace {
+
+QByteArray compact(const QJsonObject &object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QByteArray quoted(const QString &text)
+{
+    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    return array.mid(1, array.size() - 2);
+}
+
+char *writeText(char *place, const char *text)
+{
+    const std::size_t size = std::strlen(text);
+    std::memcpy(place, text, size);
+    return place + size;
+}
+
+} // namespace
+
+JsonWriter::JsonWriter(ExportFile &file, const QVector<ChosenChannel> &channels,
+                       const QString &fileName)
+    : m_buffer(file), m_channels(channels), m_fileName(fileName)
+{
+    m_buffer.append("[");
+}
+
+void JsonWriter::writeSamples(const QVector<double> &samples)
+{
+    bool isFirst = true;
+    for (const double sample : samples) {
+        char *place = m_buffer.room(OutputBuffer::NumberSize + 1);
+        if (!isFirst)
+            *place++ = ',';
+        isFirst = false;
+        // The same rule as Channel::isValid().
+        if (!(sample < ZEP::Channel::ValidBelow))
+            place = writeText(place, "null");
+        else if (std::isinf(sample))
+            place = writeText(place, "-1e999"); // JSON has no name for it, but reads this as such
+        else if (sample == 0 && std::signbit(sample))
+            place = writeText(place, "-0.0"); // readers take "-0" for an integer, without a sign
+        else
+            place = OutputBuffer::writeNumber(place, sample);
+        m_buffer.appendUntil(place);
+    }
+}
+
+void JsonWriter::writeChannels(const ZEP::Lap &lap, bool calculated)
+{
+    m_buffer.append("{");
+    bool isFirst = true;
+    for (const ChosenChannel &chosen : qAsConst(m_channels)) {
+        if (chosen.isCalculated != calculated)
+            continue;
+        const auto channel = chosen.in(lap);
+        if (!isFirst)
+            m_buffer.append(",");
+        isFirst = false;
+        m_buffer.append(quoted(chosen.name) + ":{\"unit\":"
+                        + quoted(channel ? channel->unit() : QString()) + ",\"samples\":[");
+        if (channel)
+            writeSamples(channel->data);
+        m_buffer.append("]}");
+    }
+    m_buffer.append("}");
+}
+
+void JsonWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
+{
+    const QJsonObject header = headerJson(*lap);
+    m_buffer.append(m_isFirst ? "\n" : ",\n");
+    m_isFirst = false;
+    m_buffer.append("{\"file\":" + quoted(m_fileName) + ",\"lap\":" + QByteArray::number(number));
+    for (const QString &key : header.keys())
+        m_buffer.append(',' + quoted(key) + ':' + compact(header.value(key).toObject()));
+    m_buffer.append(",\"channels\":");
+    writeChannels(*lap, false);
+    m_buffer.append(",\"calculatedChannels\":");
+    writeChannels(*lap, true);
+    m_buffer.append("}");
+}
+
+bool JsonWriter::finish(QString *)
+{
+    m_buffer.append("\n]\n");
+    m_buffer.flush();
+    return true;
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "writers/lapwriter.h"
+#include "writers/outputbuffer.h"
+
+/// Writes laps as a JSON array with an object for each: "file", "lap" (its number), "header",
+/// "values" and "calculatedValues" as headerJson() has them, "channels" and "calculatedChannels" by
+/// name, each an object of "unit" and "samples", where null is a missing sample. A lap is one line.
+class JsonWriter : public LapWriter
+{
+public:
+    /// \a fileName is where the laps come from. \a file has to outlive the writer.
+    JsonWriter(ExportFile &file, const QVector<ChosenChannel> &channels, const QString &fileName);
+
+    void write(int number, std::unique_ptr<ZEP::Lap> lap) override;
+    bool finish(QString *problem) override;
+
+private:
+    void writeChannels(const ZEP::Lap &lap, bool calculated);
+    void writeSamples(const QVector<double> &samples);
+
+    OutputBuffer m_buffer;
+    QVector<ChosenChannel> m_channels;
+    QString m_fileName;
+    bool m_isFirst = true;
+};

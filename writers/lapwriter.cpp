@@ -1,0 +1,3 @@
+#include "writers/lapwriter.h"
+
+LapWriter::~LapWriter() = default;
