@@ -85,7 +85,7 @@ std::vector<Stretch> cut(const std::vector<Point> &points)
 
 } // namespace
 
-LapComparison::LapComparison(const LapCurve &first, const LapCurve &second, double step)
+LapComparison::LapComparison(const LapByDistance &first, const LapByDistance &second, double step)
 {
     const double length = first.length();
     const auto place = [&](double distance) {

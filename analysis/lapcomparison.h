@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/lapcurve.h"
+#include "analysis/lapbydistance.h"
 
 #include <vector>
 
@@ -29,7 +29,7 @@ struct LapComparison {
     };
 
     /// Compares \a first with \a second every \a step metres, more than 0, up to their line.
-    LapComparison(const LapCurve &first, const LapCurve &second, double step);
+    LapComparison(const LapByDistance &first, const LapByDistance &second, double step);
 
     std::vector<Point> points; ///< from the line to the line, at least two
     std::vector<Stretch> stretches; ///< where most time was lost or gained first

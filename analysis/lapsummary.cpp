@@ -1,6 +1,6 @@
 #include "analysis/lapsummary.h"
 
-#include "analysis/lapmeasures.h"
+#include "analysis/lapquantities.h"
 
 namespace {
 

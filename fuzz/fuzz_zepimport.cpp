@@ -10,13 +10,13 @@
 #include "host/files/lapchoice.h"
 #include "host/files/nearestnames.h"
 #include "host/files/pluginregistry.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/textwidth.h"
 #include "inspect/findinglist.h"
 #include "inspect/sessioninfoinspection.h"
 #include "reader/irtelemetryreader.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,7 +1,7 @@
 #include "fuzz/zepimportlaps.h"
 
+#include "analysis/lapbydistance.h"
 #include "analysis/lapcomparison.h"
-#include "analysis/lapcurve.h"
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
 #include "host/files/channelchoice.h"
@@ -11,9 +11,9 @@
 #include "host/text/textwidth.h"
 #include "tests/support/samebits.h"
 #include "writers/csvwriter.h"
-#include "writers/exportfile.h"
-#include "writers/jsonwriter.h"
+#include "writers/jsonlapwriter.h"
 #include "writers/matvariable.h"
+#include "writers/outputfile.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -141,7 +141,7 @@ QByteArray written(Write write)
 {
     static const QTemporaryDir folder;
     const QString name = folder.filePath(QStringLiteral("laps"));
-    ExportFile output(name);
+    OutputFile output(name);
     QString problem;
     require(output.open(true, &problem) && (write(output), output.commit(&problem)), "a file");
     QFile file(name);
@@ -224,7 +224,7 @@ void exportCsv(ByteSource *source)
         return copies;
     }();
 
-    const QByteArray csv = written([&](ExportFile &file) {
+    const QByteArray csv = written([&](OutputFile &file) {
         CsvWriter writer(file, channels, pointers(expected), units, separator);
         for (std::size_t i = 0; i < laps.size(); ++i)
             writer.write(int(i) + 1, std::move(laps[i]));
@@ -266,8 +266,8 @@ void exportJson(ByteSource *source)
         expected.push_back(std::make_unique<ZEP::Lap>(*lap));
 
     const QString name = text(source);
-    const QByteArray json = written([&](ExportFile &file) {
-        JsonWriter writer(file, channels, name);
+    const QByteArray json = written([&](OutputFile &file) {
+        JsonLapWriter writer(file, channels, name);
         for (std::size_t i = 0; i < laps.size(); ++i)
             writer.write(int(i) + 1, std::move(laps[i]));
         QString problem;
@@ -326,8 +326,8 @@ void compareLaps(ByteSource *source)
     constexpr double places = 300;
     const std::unique_ptr<ZEP::Lap> laps[] = {takeLap(source), takeLap(source)};
     QString problems[2];
-    const std::optional<LapCurve> a = LapCurve::of(*laps[0], &problems[0]);
-    const std::optional<LapCurve> b = LapCurve::of(*laps[1], &problems[1]);
+    const std::optional<LapByDistance> a = LapByDistance::of(*laps[0], &problems[0]);
+    const std::optional<LapByDistance> b = LapByDistance::of(*laps[1], &problems[1]);
     require(a.has_value() == problems[0].isEmpty() && b.has_value() == problems[1].isEmpty(),
             "a curve, or a problem");
     if (!a)

@@ -1,8 +1,8 @@
 #include "inspect/recordinginspection.h"
 
 #include "ibt/ibtfile.h"
-#include "inspect/recordtimes.h"
 #include "inspect/sessioninfoinspection.h"
+#include "inspect/tickgaps.h"
 #include "inspect/variableinspection.h"
 
 #include <QFile>
@@ -66,7 +66,7 @@ RecordingInspection::RecordingInspection(const QString &fileName)
 
     checkOverlaps(header);
     checkText(file);
-    RecordTimes times(header, file.varHeaders());
+    TickGaps times(header, file.varHeaders());
     const qint64 filled = readRecords(&file, &times);
     checkRecords(file, times);
     if (header.bufLen <= 0)
@@ -100,7 +100,7 @@ void RecordingInspection::addUnreadable(const QString &name, const QString &lost
 
 /// Shows all records to \a times, but for those at the end that hold nothing. Returns how many hold
 /// something, or lie in front of such a one.
-qint64 RecordingInspection::readRecords(IbtFile *file, RecordTimes *times)
+qint64 RecordingInspection::readRecords(IbtFile *file, TickGaps *times)
 {
     std::vector<char> empty; // as long as a record that is really there
     qint64 filled = 0;
@@ -229,7 +229,7 @@ void RecordingInspection::checkText(const IbtFile &file)
 }
 
 /// Compares the sub-header's number of records with what is there.
-void RecordingInspection::checkRecords(const IbtFile &file, const RecordTimes &times)
+void RecordingInspection::checkRecords(const IbtFile &file, const TickGaps &times)
 {
     const irsdk_header &header = file.header();
     const qint64 begin = header.varBuf[0].bufOffset;
@@ -309,7 +309,7 @@ void RecordingInspection::checkRecords(const IbtFile &file, const RecordTimes &t
 
 /// Looks for records that nobody filled, of which the first \a filled are none, and compares the
 /// sub-header's end with that of a whole recording.
-void RecordingInspection::checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled)
+void RecordingInspection::checkEnd(const IbtFile &file, const TickGaps &times, qint64 filled)
 {
     const irsdk_diskSubHeader &subHeader = file.diskSubHeader();
     if (m_readRecords < m_records) {

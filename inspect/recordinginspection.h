@@ -7,7 +7,7 @@
 #include <QVector>
 
 class IbtFile;
-class RecordTimes;
+class TickGaps;
 
 /// What an .ibt recording holds and what is wrong with it, as the file itself tells.
 ///
@@ -34,9 +34,9 @@ private:
     void checkText(const IbtFile &file);
     bool isPlausible(const irsdk_header &header) const;
     void addUnreadable(const QString &name, const QString &lost);
-    qint64 readRecords(IbtFile *file, RecordTimes *times);
-    void checkRecords(const IbtFile &file, const RecordTimes &times);
-    void checkEnd(const IbtFile &file, const RecordTimes &times, qint64 filled);
+    qint64 readRecords(IbtFile *file, TickGaps *times);
+    void checkRecords(const IbtFile &file, const TickGaps &times);
+    void checkEnd(const IbtFile &file, const TickGaps &times, qint64 filled);
 
     qint64 m_size = 0; ///< bytes of the file
     bool m_isRecording = false;

@@ -1,9 +1,9 @@
 #include "inspect/sessioninfoinspection.h"
 
 #include "inspect/findinglist.h"
-#include "inspect/playersdriver.h"
-#include "inspect/sessionlevels.h"
-#include "inspect/sessionline.h"
+#include "inspect/followeddriver.h"
+#include "inspect/infoindentation.h"
+#include "inspect/infoline.h"
 #include "yaml/yamllinereader.h"
 #include "yaml/yamltree.h"
 
@@ -14,8 +14,8 @@
 
 namespace {
 
-using Kind = SessionLine::Kind;
-using Oddity = SessionLine::Oddity;
+using Kind = InfoLine::Kind;
+using Oddity = InfoLine::Oddity;
 
 /// One line of the text, and what it costs.
 struct Cause {
@@ -81,16 +81,16 @@ public:
     void run();
 
 private:
-    void read(const SessionLine &line);
-    void readBehindEnd(const SessionLine &line);
-    void readLast(const SessionLine &line);
-    void passOver(const SessionLine &line);
-    void compare(const SessionLine &line);
-    bool isAtRoot(const SessionLine &line) const;
+    void read(const InfoLine &line);
+    void readBehindEnd(const InfoLine &line);
+    void readLast(const InfoLine &line);
+    void passOver(const InfoLine &line);
+    void compare(const InfoLine &line);
+    bool isAtRoot(const InfoLine &line) const;
     const TStringTree *node() const;
-    void enter(const SessionLine &line);
-    bool isFound(const SessionLine &line) const;
-    void lose(const SessionLine &line);
+    void enter(const InfoLine &line);
+    bool isFound(const InfoLine &line) const;
+    void lose(const InfoLine &line);
     qint64 offsetHere() const { return m_offset + (m_lineBegin - m_text); }
     Cause causeHere(const char *kind, const QString &text) const;
     Cause documentHere() const;
@@ -103,17 +103,17 @@ private:
     TYamlTree m_tree;
     TYamlTree m_filed; ///< as far as the text has been read
     YamlLineReader m_filer;
-    PlayersDriver m_driver;
+    FollowedDriver m_driver;
     bool m_isDriverExplained = false;
 
     const char *m_lineBegin; ///< of the line being read
     int m_number = 1;
     QString m_line;
-    SessionLevels m_levels;
+    InfoIndentation m_levels;
     bool m_isOpen = false; ///< the line in front was a section or an item
     Cause m_opener; ///< that line
     Cause m_front; ///< the entry in front
-    std::optional<SessionLine> m_empty; ///< that entry, if it is a value without text
+    std::optional<InfoLine> m_empty; ///< that entry, if it is a value without text
     std::optional<Cause> m_suspect; ///< odd, but nothing has been lost since
     std::optional<Cause> m_indented; ///< oddly, which costs nothing until it ends
     int m_indentedColumn = 0; ///< of that line
@@ -137,18 +137,18 @@ void Inspection::run()
         m_line = QString::fromLatin1(m_lineBegin, int(end - m_lineBegin));
         if (m_number > 1)
             m_filer.read(m_line);
-        read(SessionLine(m_line));
+        read(InfoLine(m_line));
         m_lineBegin = end + 1;
         ++m_number;
     }
     report();
     m_line = QString::fromLatin1(m_lineBegin);
-    readLast(SessionLine(m_line));
+    readLast(InfoLine(m_line));
     if (m_driver.isMissing() && !m_isDriverExplained)
         m_findings->add(m_driver.finding(m_offset));
 }
 
-void Inspection::read(const SessionLine &line)
+void Inspection::read(const InfoLine &line)
 {
     if (m_number == 1) {
         if (!line.isEntry())
@@ -171,7 +171,7 @@ void Inspection::read(const SessionLine &line)
 
 /// The first entry behind the end of a document tells whether the tree files what follows at its
 /// root, where it belongs, or inside something.
-void Inspection::readBehindEnd(const SessionLine &line)
+void Inspection::readBehindEnd(const InfoLine &line)
 {
     if (!m_document)
         m_document = documentHere();
@@ -189,7 +189,7 @@ void Inspection::readBehindEnd(const SessionLine &line)
     m_document.reset();
 }
 
-bool Inspection::isAtRoot(const SessionLine &line) const
+bool Inspection::isAtRoot(const InfoLine &line) const
 {
     const TStringTree *node = m_filer.node();
     const bool isStored = line.kind == Kind::Value && line.oddity == Oddity::None;
@@ -197,7 +197,7 @@ bool Inspection::isAtRoot(const SessionLine &line) const
 }
 
 /// Goes on behind \a line, which is not read, only to see whether the driver is lost.
-void Inspection::passOver(const SessionLine &line)
+void Inspection::passOver(const InfoLine &line)
 {
     if (!line.isEntry())
         return;
@@ -209,7 +209,7 @@ void Inspection::passOver(const SessionLine &line)
 }
 
 /// \a line has no line feed behind it.
-void Inspection::readLast(const SessionLine &line)
+void Inspection::readLast(const InfoLine &line)
 {
     if (line.kind == Kind::Blank || line.kind == Kind::End || m_hasEnded || m_isUnread)
         return;
@@ -219,7 +219,7 @@ void Inspection::readLast(const SessionLine &line)
     report();
 }
 
-void Inspection::compare(const SessionLine &line)
+void Inspection::compare(const InfoLine &line)
 {
     if (!line.isEntry()) {
         if (line.oddity == Oddity::NoEntry)
@@ -263,9 +263,9 @@ const TStringTree *Inspection::node() const
 }
 
 /// Goes to the section or item that \a line belongs to, and suspects what is odd on the way.
-void Inspection::enter(const SessionLine &line)
+void Inspection::enter(const InfoLine &line)
 {
-    if (m_empty && SessionLevels::isPart(line, *m_empty)) {
+    if (m_empty && InfoIndentation::isPart(line, *m_empty)) {
         m_levels.open(*m_empty, node() ? node()->sub(m_empty->name) : nullptr);
         m_suspect = m_front;
         m_suspect->kind = "text-section-blank";
@@ -275,9 +275,9 @@ void Inspection::enter(const SessionLine &line)
         m_suspect = m_opener;
     }
     switch (m_levels.enter(line)) {
-    case SessionLevels::Place::Expected:
+    case InfoIndentation::Place::Expected:
         break;
-    case SessionLevels::Place::Odd:
+    case InfoIndentation::Place::Odd:
         m_suspect = causeHere("text-indentation",
                               QStringLiteral("is indented by %1 blanks instead of %2")
                                   .arg(line.column)
@@ -287,17 +287,17 @@ void Inspection::enter(const SessionLine &line)
             m_indentedColumn = line.column;
         }
         break;
-    case SessionLevels::Place::Resumed:
+    case InfoIndentation::Place::Resumed:
         m_suspect = m_front;
         m_suspect->text = QStringLiteral("is indented by %1 and the next line by %2 blanks; if it "
                                          "belongs to the line in front, that one is cut")
-                              .arg(SessionLine(m_front.line).column)
+                              .arg(InfoLine(m_front.line).column)
                               .arg(line.column);
         break;
     }
 }
 
-bool Inspection::isFound(const SessionLine &line) const
+bool Inspection::isFound(const InfoLine &line) const
 {
     const TStringTree *parent = node();
     if (!parent)
@@ -309,7 +309,7 @@ bool Inspection::isFound(const SessionLine &line) const
 }
 
 /// The tree does not have \a line where it belongs: finds whose fault that is.
-void Inspection::lose(const SessionLine &line)
+void Inspection::lose(const InfoLine &line)
 {
     const bool isReplaced =
         line.kind == Kind::Value && node() && !node()->value(line.name).isNull();
@@ -385,7 +385,7 @@ void Inspection::report()
     }
     if (m_cause->losesDriver && m_driver.isMissing() && !m_isDriverExplained) {
         m_isDriverExplained = true;
-        PlayersDriver::addLoss(&finding);
+        FollowedDriver::addLoss(&finding);
     }
     m_findings->add(finding);
     m_cause.reset();

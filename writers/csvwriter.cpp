@@ -35,7 +35,7 @@ char *writeInteger(char *place, int number)
 
 } // namespace
 
-CsvWriter::CsvWriter(ExportFile &file, const QVector<ChosenChannel> &channels,
+CsvWriter::CsvWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
                      const QVector<const ZEP::Lap *> &laps, Units units, char separator)
     : m_buffer(file), m_channels(channels), m_separator(separator)
 {

@@ -17,7 +17,7 @@ public:
 
     /// The titles and the units of \a channels come from \a laps. \a file has to outlive the
     /// writer.
-    CsvWriter(ExportFile &file, const QVector<ChosenChannel> &channels,
+    CsvWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
               const QVector<const ZEP::Lap *> &laps, Units units, char separator);
 
     void write(int number, std::unique_ptr<ZEP::Lap> lap) override;

@@ -1,6 +1,6 @@
 #include "writers/matwriter.h"
 
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 #include "writers/matvariable.h"
 
 #include <QDir>
@@ -82,7 +82,7 @@ bool isWhole(const QString &path)
 
 } // namespace
 
-MatWriter::MatWriter(ExportFile &file, const QVector<ChosenChannel> &channels,
+MatWriter::MatWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
                      const QString &fileName)
     : m_file(file), m_channels(channels), m_fileName(fileName)
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "writers/exportfile.h"
 #include "writers/lapwriter.h"
+#include "writers/outputfile.h"
 
 #include <utility>
 #include <vector>
@@ -17,7 +17,7 @@ class MatWriter : public LapWriter
 {
 public:
     /// \a fileName is where the laps come from. \a file has to outlive the writer.
-    MatWriter(ExportFile &file, const QVector<ChosenChannel> &channels, const QString &fileName);
+    MatWriter(OutputFile &file, const QVector<ChosenChannel> &channels, const QString &fileName);
 
     void write(int number, std::unique_ptr<ZEP::Lap> lap) override;
     bool finish(QString *problem) override;
@@ -25,7 +25,7 @@ public:
 private:
     bool writeTo(const QString &path) const;
 
-    ExportFile &m_file;
+    OutputFile &m_file;
     QVector<ChosenChannel> m_channels;
     QString m_fileName;
     std::vector<std::pair<int, std::unique_ptr<ZEP::Lap>>> m_laps;

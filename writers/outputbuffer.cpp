@@ -1,6 +1,6 @@
 #include "writers/outputbuffer.h"
 
-#include "writers/exportfile.h"
+#include "writers/outputfile.h"
 
 #include <algorithm>
 #include <charconv>

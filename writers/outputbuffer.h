@@ -4,9 +4,9 @@
 
 #include <vector>
 
-class ExportFile;
+class OutputFile;
 
-/// Collects text for an ExportFile, so that many small pieces make few large ones.
+/// Collects text for an OutputFile, so that many small pieces make few large ones.
 class OutputBuffer
 {
 public:
@@ -14,7 +14,7 @@ public:
     static constexpr int NumberSize = 24;
 
     /// \a file has to outlive the buffer.
-    explicit OutputBuffer(ExportFile &file) : m_file(file) { }
+    explicit OutputBuffer(OutputFile &file) : m_file(file) { }
 
     /// Room for \a size characters behind everything appended so far. Whoever writes there says
     /// with appendUntil() how far it got.
@@ -31,7 +31,7 @@ public:
     static char *writeNumber(char *place, double number);
 
 private:
-    ExportFile &m_file;
+    OutputFile &m_file;
     std::vector<char> m_bytes;
     std::size_t m_used = 0;
 };

@@ -2,7 +2,7 @@
 
 #include "analysis/channelstatistics.h"
 #include "analysis/lapsummary.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 

@@ -5,7 +5,7 @@
 #include "host/files/recordingfiles.h"
 #include "host/text/terminal.h"
 #include "host/text/textwidth.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <CLI/CLI.hpp>
 

@@ -2,13 +2,13 @@
 
 #include "analysis/lapsummary.h"
 #include "host/files/recordingfiles.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "host/text/textchart.h"
-#include "writers/exportfile.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 #include "writers/outputbuffer.h"
+#include "writers/outputfile.h"
 
 #include <CLI/CLI.hpp>
 
@@ -197,7 +197,7 @@ ExitCode CompareCommand::process(ChosenLaps &&chosen, Terminal &terminal)
         if (!time)
             return refuse(QStringLiteral("has no time (%1)").arg(missingTimeReason(lap)));
         QString problem;
-        std::optional<LapCurve> curve = LapCurve::of(lap, &problem);
+        std::optional<LapByDistance> curve = LapByDistance::of(lap, &problem);
         if (!curve)
             return refuse(problem);
         m_sides.push_back(
@@ -261,7 +261,7 @@ ExitCode CompareCommand::run(Terminal &terminal)
 /// user knows.
 bool CompareCommand::writeCsv(const LapComparison &comparison, Terminal &terminal) const
 {
-    ExportFile file(QFile::decodeName(m_output.c_str()));
+    OutputFile file(QFile::decodeName(m_output.c_str()));
     QString problem;
     if (!file.open(m_force, &problem)) {
         terminal.complain(problem);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "analysis/lapbydistance.h"
 #include "analysis/lapcomparison.h"
-#include "analysis/lapcurve.h"
 #include "host/commands/filecommand.h"
 
 #include <optional>
@@ -21,7 +21,7 @@ public:
         int number; ///< of the lap, from 1
         int time; ///< milliseconds
         QString track; ///< with its configuration
-        LapCurve curve;
+        LapByDistance curve;
 
         QString name() const;
     };

@@ -3,9 +3,9 @@
 #include "host/files/recordingfiles.h"
 #include "host/text/terminal.h"
 #include "writers/csvwriter.h"
-#include "writers/exportfile.h"
-#include "writers/jsonwriter.h"
+#include "writers/jsonlapwriter.h"
 #include "writers/matwriter.h"
+#include "writers/outputfile.h"
 
 #include <CLI/CLI.hpp>
 
@@ -130,12 +130,12 @@ bool ExportCommand::accepts(const QVector<RecordingFile> &files, Terminal &termi
     return true;
 }
 
-std::unique_ptr<LapWriter> ExportCommand::newWriter(ExportFile &file, const ChosenLaps &chosen,
+std::unique_ptr<LapWriter> ExportCommand::newWriter(OutputFile &file, const ChosenLaps &chosen,
                                                     const QVector<ChosenChannel> &channels) const
 {
     switch (m_names->format()) {
     case ExportNames::Format::Json:
-        return std::make_unique<JsonWriter>(file, channels, chosen.file.fileName);
+        return std::make_unique<JsonLapWriter>(file, channels, chosen.file.fileName);
     case ExportNames::Format::Mat:
         return std::make_unique<MatWriter>(file, channels, chosen.file.fileName);
     case ExportNames::Format::Csv:
@@ -148,7 +148,7 @@ std::unique_ptr<LapWriter> ExportCommand::newWriter(ExportFile &file, const Chos
 bool ExportCommand::writeFile(const QString &name, ChosenLaps &chosen,
                               const QVector<ChosenChannel> &channels, Terminal &terminal) const
 {
-    ExportFile file(name);
+    OutputFile file(name);
     QString problem;
     if (!file.open(m_force, &problem)) {
         terminal.complain(problem);
@@ -184,7 +184,7 @@ ExitCode ExportCommand::process(ChosenLaps &&chosen, Terminal &terminal)
     // All or none, as far as that can be told before.
     for (const int index : qAsConst(chosen.indices)) {
         QString problem;
-        if (!ExportFile(m_names->fileName(recording, index + 1)).isFree(m_force, &problem)) {
+        if (!OutputFile(m_names->fileName(recording, index + 1)).isFree(m_force, &problem)) {
             terminal.complain(problem);
             return ExitCode::Failure;
         }

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-class ExportFile;
+class OutputFile;
 class LapWriter;
 
 /// `zepimport export`: writes laps as CSV, JSON or MAT files.
@@ -22,7 +22,7 @@ protected:
     ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
 
 private:
-    std::unique_ptr<LapWriter> newWriter(ExportFile &file, const ChosenLaps &chosen,
+    std::unique_ptr<LapWriter> newWriter(OutputFile &file, const ChosenLaps &chosen,
                                          const QVector<ChosenChannel> &channels) const;
     bool writeFile(const QString &name, ChosenLaps &chosen, const QVector<ChosenChannel> &channels,
                    Terminal &terminal) const;

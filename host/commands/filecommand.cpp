@@ -1,7 +1,7 @@
 #include "host/commands/filecommand.h"
 
+#include "host/files/childprocesses.h"
 #include "host/files/importer.h"
-#include "host/files/jobs.h"
 #include "host/files/recordingfiles.h"
 #include "host/text/progress.h"
 #include "host/text/terminal.h"
@@ -193,22 +193,22 @@ ExitCode FileCommand::runJobs(const QVector<RecordingFile> &recordings,
     ExitCode result = ExitCode::Success;
     Importer importer(plugins, terminal, isVerbose());
     bool isAlone = false;
-    Jobs jobs(arguments, m_jobs, terminal.environment());
-    jobs.run([&](int index, const Jobs::Result &job) {
+    ChildProcesses jobs(arguments, m_jobs, terminal.environment());
+    jobs.run([&](int index, const ChildProcesses::Result &job) {
         const RecordingFile &recording = recordings.at(index);
         ExitCode code = ExitCode::Failure;
         terminal.passOnErrors(job.errors);
         switch (job.end) {
-        case Jobs::End::Exit:
+        case ChildProcesses::End::Exit:
             code = static_cast<ExitCode>(job.exitCode);
             if (!job.output.isEmpty())
                 takeOutput(job.output, terminal);
             break;
-        case Jobs::End::Crash:
+        case ChildProcesses::End::Crash:
             terminal.complain(recording.fileName
                               % QLatin1String(": its process crashed; the file may be damaged"));
             break;
-        case Jobs::End::NoStart:
+        case ChildProcesses::End::NoStart:
             if (!std::exchange(isAlone, true))
                 terminal.complain(QStringLiteral("no further process could be started, so this one "
                                                  "reads the rest; choose fewer --jobs"));

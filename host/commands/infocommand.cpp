@@ -1,10 +1,10 @@
 #include "host/commands/infocommand.h"
 
 #include "analysis/headerfields.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <CLI/CLI.hpp>
 

@@ -2,11 +2,11 @@
 
 #include "analysis/lapsummary.h"
 #include "analysis/sessionsummary.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "model/helpers.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <CLI/CLI.hpp>
 

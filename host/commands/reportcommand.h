@@ -2,7 +2,7 @@
 
 #include "host/commands/filecommand.h"
 #include "host/report/reportdata.h"
-#include "writers/exportfile.h"
+#include "writers/outputfile.h"
 
 #include <optional>
 #include <string>
@@ -22,6 +22,6 @@ protected:
 private:
     std::string m_output;
     bool m_force = false;
-    std::optional<ExportFile> m_page;
+    std::optional<OutputFile> m_page;
     ReportData m_data;
 };

@@ -1,7 +1,7 @@
 #include "host/commands/showcommand.h"
 
 #include "analysis/lapsummary.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/terminal.h"
 
 #include <CLI/CLI.hpp>

@@ -1,7 +1,7 @@
 #include "host/report/lapjson.h"
 
-#include "analysis/lapmeasures.h"
-#include "writers/json.h"
+#include "analysis/lapquantities.h"
+#include "writers/jsonvalues.h"
 
 #include <QJsonArray>
 

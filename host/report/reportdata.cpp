@@ -1,11 +1,11 @@
 #include "host/report/reportdata.h"
 
 #include "analysis/lapsummary.h"
-#include "analysis/laptrace.h"
 #include "analysis/sessionsummary.h"
+#include "analysis/ticktrace.h"
 #include "host/report/lapjson.h"
 #include "host/report/samplepacker.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <QFileInfo>
 #include <QStringList>
@@ -56,7 +56,7 @@ QJsonObject sessionJson(const ChosenLaps &chosen, double length)
             {QStringLiteral("messages"), messages}};
 }
 
-QJsonObject lapJson(const ZEP::Lap &lap, const LapTrace &trace, int session, int index,
+QJsonObject lapJson(const ZEP::Lap &lap, const TickTrace &trace, int session, int index,
                     const LapSummary &summary)
 {
     return {{QStringLiteral("session"), session},
@@ -101,7 +101,7 @@ void ReportData::add(const ChosenLaps &chosen, const QVector<ChosenChannel> &fur
         channels.append(m_columns.at(i).channel);
     for (const int index : chosen.indices) {
         const ZEP::Lap &lap = chosen.lap(index);
-        const LapTrace trace = lapTrace(lap, length);
+        const TickTrace trace = tickTrace(lap, length);
         m_laps.append(lapJson(lap, trace, m_sessions.size(), index, summaries.at(index)));
         m_sizes.append(lap.size());
         m_columns[Distance].laps.append(trace.distance);

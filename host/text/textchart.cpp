@@ -1,6 +1,6 @@
 #include "host/text/textchart.h"
 
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "host/text/textwidth.h"
 
 #include <algorithm>

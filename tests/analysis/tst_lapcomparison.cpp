@@ -26,10 +26,10 @@ namespace {
 constexpr double Length = 600;
 constexpr double Step = 1;
 
-LapCurve curveOf(const std::function<double(double)> &speed, double offset = 0.5)
+LapByDistance curveOf(const std::function<double(double)> &speed, double offset = 0.5)
 {
     QString problem;
-    const auto curve = LapCurve::of(lapOf(drivenLap(Length, offset, speed)), &problem);
+    const auto curve = LapByDistance::of(lapOf(drivenLap(Length, offset, speed)), &problem);
     return curve.value();
 }
 
@@ -47,7 +47,7 @@ bool isClose(double actual, double expected, double tolerance)
 
 void tst_LapComparison::equalLapsDifferNowhere()
 {
-    const LapCurve lap = curveOf(even(30));
+    const LapByDistance lap = curveOf(even(30));
     const LapComparison comparison(lap, lap, Step);
     for (const LapComparison::Point &point : comparison.points)
         QCOMPARE(point.difference(), 0.0);

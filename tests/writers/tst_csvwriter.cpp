@@ -1,6 +1,6 @@
 #include "tests/support/roomtests.h"
 #include "writers/csvwriter.h"
-#include "writers/exportfile.h"
+#include "writers/outputfile.h"
 
 #include <QtTest>
 
@@ -50,7 +50,7 @@ QByteArray tst_CsvWriter::written(CsvWriter::Units units, char separator)
     QString problem;
     const QVector<ChosenChannel> channels = allChannels(laps);
     const QString name = m_dir.filePath(QStringLiteral("laps.csv"));
-    ExportFile file(name);
+    OutputFile file(name);
     file.open(true, &problem);
     CsvWriter writer(file, channels, laps, units, separator);
     int number = 0;

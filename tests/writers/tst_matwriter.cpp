@@ -18,7 +18,7 @@ void tst_MatWriter::noLaps()
     const QTemporaryDir dir;
     const QString name = dir.filePath(QStringLiteral("laps.mat"));
     QString problem;
-    ExportFile file(name);
+    OutputFile file(name);
     QVERIFY(file.open(false, &problem));
     MatWriter writer(file, {}, QStringLiteral("a.ibt"));
     QVERIFY2(writer.finish(&problem), qPrintable(problem));
@@ -43,7 +43,7 @@ void tst_MatWriter::tooMuchForOneFile()
     const QTemporaryDir dir;
     QString problem;
     {
-        ExportFile file(dir.filePath(QStringLiteral("laps.mat")));
+        OutputFile file(dir.filePath(QStringLiteral("laps.mat")));
         QVERIFY(file.open(false, &problem));
         MatWriter writer(file, channels, QStringLiteral("a.ibt"));
         writer.write(1, std::move(lap));

@@ -1,7 +1,7 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
-#include "writers/exportfile.h"
 #include "writers/outputbuffer.h"
+#include "writers/outputfile.h"
 
 #include <QtTest>
 
@@ -76,7 +76,7 @@ void tst_OutputBuffer::pieces()
     const QByteArray large(3 << 20, 'x');
     const QByteArray middle(600 << 10, 'y');
     QString problem;
-    ExportFile file(name);
+    OutputFile file(name);
     QVERIFY(file.open(false, &problem));
     OutputBuffer buffer(file);
     buffer.append("a");

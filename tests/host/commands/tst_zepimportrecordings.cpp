@@ -1,4 +1,4 @@
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 

@@ -6,13 +6,13 @@
 
 #include <optional>
 
-class SessionLevels;
-struct SessionLine;
+class InfoIndentation;
+struct InfoLine;
 class TYamlTree;
 
 /// The driver of the player's car, without whom no lap is followed: why a session info has none,
 /// and which of its lines are about that.
-class PlayersDriver
+class FollowedDriver
 {
 public:
     /// Looks for the driver in the \a tree of the text.
@@ -22,10 +22,10 @@ public:
     bool isMissing() const { return !m_reason.isEmpty(); }
 
     /// Whether nobody is found without \a line, a part of \a levels.
-    bool needs(const SessionLevels &levels, const SessionLine &line) const;
+    bool needs(const InfoIndentation &levels, const InfoLine &line) const;
 
     /// Learns from \a line, the one with the \a number, at \a offset of the file.
-    void read(const SessionLevels &levels, const SessionLine &line, int number, qint64 offset);
+    void read(const InfoIndentation &levels, const InfoLine &line, int number, qint64 offset);
 
     /// Adds to \a finding that all laps are lost with the driver.
     static void addLoss(Finding *finding);

@@ -1,4 +1,4 @@
-#include "analysis/laptrace.h"
+#include "analysis/ticktrace.h"
 #include "tests/support/lapchannels.h"
 #include "tests/support/roomtests.h"
 
@@ -10,7 +10,7 @@
 using Samples = QVector<double>;
 
 /// Where a lap was, and since when.
-class tst_LapTrace : public QObject
+class tst_TickTrace : public QObject
 {
     Q_OBJECT
 
@@ -45,7 +45,7 @@ QString text(const Samples &samples)
 
 } // namespace
 
-void tst_LapTrace::length_data()
+void tst_TickTrace::length_data()
 {
     QTest::addColumn<Columns>("columns");
     QTest::addColumn<QVariant>("named");
@@ -69,7 +69,7 @@ void tst_LapTrace::length_data()
         << 1000.0;
 }
 
-void tst_LapTrace::length()
+void tst_TickTrace::length()
 {
     QFETCH(Columns, columns);
     QFETCH(QVariant, named);
@@ -81,7 +81,7 @@ void tst_LapTrace::length()
     QCOMPARE(trackLength(lap), metres);
 }
 
-void tst_LapTrace::distance_data()
+void tst_TickTrace::distance_data()
 {
     QTest::addColumn<Columns>("columns");
     QTest::addColumn<Samples>("distance");
@@ -96,14 +96,14 @@ void tst_LapTrace::distance_data()
     QTest::newRow("a few metres back") << Columns{{"lapdist", {50, 48, 52}}} << Samples{50, 48, 52};
 }
 
-void tst_LapTrace::distance()
+void tst_TickTrace::distance()
 {
     QFETCH(Columns, columns);
     QFETCH(Samples, distance);
-    QCOMPARE(text(lapTrace(lapOf(columns), 100).distance), text(distance));
+    QCOMPARE(text(tickTrace(lapOf(columns), 100).distance), text(distance));
 }
 
-void tst_LapTrace::time_data()
+void tst_TickTrace::time_data()
 {
     QTest::addColumn<Columns>("columns");
     QTest::addColumn<Samples>("time");
@@ -138,16 +138,16 @@ void tst_LapTrace::time_data()
         << false;
 }
 
-void tst_LapTrace::time()
+void tst_TickTrace::time()
 {
     QFETCH(Columns, columns);
     QFETCH(Samples, time);
     QFETCH(bool, isFromLine);
-    const LapTrace trace = lapTrace(lapOf(columns), 100);
+    const TickTrace trace = tickTrace(lapOf(columns), 100);
     QCOMPARE(text(trace.time), text(time));
     if (!time.isEmpty())
         QCOMPARE(trace.isFromLine, isFromLine);
 }
 
-NAPAMMUL_TEST(tst_LapTrace)
-#include "tst_laptrace.moc"
+NAPAMMUL_TEST(tst_TickTrace)
+#include "tst_ticktrace.moc"

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "inspect/sessionline.h"
+#include "inspect/infoline.h"
 
 #include <QVector>
 
 class TStringTree;
 
 /// The sections and list items that a line of a session info belongs to, as its indentation tells.
-class SessionLevels
+class InfoIndentation
 {
 public:
     struct Level {
@@ -28,22 +28,22 @@ public:
     const Level &last() const { return m_levels.last(); }
 
     /// Whether \a line is indented as a part of the section \a front, the entry in front of it.
-    static bool isPart(const SessionLine &line, const SessionLine &front);
+    static bool isPart(const InfoLine &line, const InfoLine &front);
 
     /// Whether \a line may belong to the last level.
-    bool holds(const SessionLine &line) const;
+    bool holds(const InfoLine &line) const;
 
     /// Leaves the levels that \a line does not belong to.
-    Place enter(const SessionLine &line);
+    Place enter(const InfoLine &line);
 
     /// Adds what the lines behind \a line may belong to, \a node of the tree.
-    void open(const SessionLine &line, const TStringTree *node);
+    void open(const InfoLine &line, const TStringTree *node);
 
     /// Column of \a line as a part of the last level.
-    int expectedColumn(const SessionLine &line) const;
+    int expectedColumn(const InfoLine &line) const;
 
 private:
-    bool resume(const SessionLine &line);
+    bool resume(const InfoLine &line);
 
     QVector<Level> m_levels;
     QVector<Level> m_left; ///< by the values in front, outermost first

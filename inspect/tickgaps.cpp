@@ -1,4 +1,4 @@
-#include "inspect/recordtimes.h"
+#include "inspect/tickgaps.h"
 
 #include "inspect/findinglist.h"
 
@@ -41,7 +41,7 @@ T load(const char *place)
 
 } // namespace
 
-void RecordTimes::Event::add(qint64 atRecord, double from, double to)
+void TickGaps::Event::add(qint64 atRecord, double from, double to)
 {
     if (count++ == 0) {
         record = atRecord;
@@ -51,14 +51,14 @@ void RecordTimes::Event::add(qint64 atRecord, double from, double to)
     seconds += to - from;
 }
 
-RecordTimes::RecordTimes(const irsdk_header &header, const irsdk_varHeader *table)
+TickGaps::TickGaps(const irsdk_header &header, const irsdk_varHeader *table)
     : m_begin(header.varBuf[0].bufOffset), m_recordSize(header.bufLen), m_tickRate(header.tickRate)
 {
     m_timeOffset = offsetOf(header, table, "SessionTime", irsdk_double);
     m_sessionOffset = offsetOf(header, table, "SessionNum", irsdk_int);
 }
 
-void RecordTimes::add(const char *record)
+void TickGaps::add(const char *record)
 {
     if (!isKnown())
         return;
@@ -90,7 +90,7 @@ void RecordTimes::add(const char *record)
     ++m_timed;
 }
 
-bool RecordTimes::endsAt(double time) const
+bool TickGaps::endsAt(double time) const
 {
     constexpr double atLeast = 0.1; // seconds, where the rate tells nothing
     return hasLast()
@@ -98,14 +98,14 @@ bool RecordTimes::endsAt(double time) const
 }
 
 /// Too many to be exceptions.
-bool RecordTimes::isMostSteps(const Event &event) const
+bool TickGaps::isMostSteps(const Event &event) const
 {
     constexpr qint64 few = 10;
     constexpr double most = 0.9;
     return m_steps >= few && double(event.count) > most * double(m_steps);
 }
 
-void RecordTimes::report(FindingList *findings) const
+void TickGaps::report(FindingList *findings) const
 {
     const QString apart =
         QStringLiteral("%1 ticks a second do not fit the records, which are %2 s apart");
@@ -141,7 +141,7 @@ void RecordTimes::report(FindingList *findings) const
     report(findings, m_returns, "time-return", QStringLiteral("the time runs backwards"));
 }
 
-void RecordTimes::reportRate(FindingList *findings, const QString &problem) const
+void TickGaps::reportRate(FindingList *findings, const QString &problem) const
 {
     Finding finding;
     finding.kind = QStringLiteral("tick-rate");
@@ -150,8 +150,8 @@ void RecordTimes::reportRate(FindingList *findings, const QString &problem) cons
     findings->add(finding);
 }
 
-void RecordTimes::report(FindingList *findings, const Event &event, const char *kind,
-                         const QString &text) const
+void TickGaps::report(FindingList *findings, const Event &event, const char *kind,
+                      const QString &text) const
 {
     if (event.count == 0)
         return;

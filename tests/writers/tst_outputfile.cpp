@@ -1,9 +1,9 @@
 #include "tests/support/roomtests.h"
-#include "writers/exportfile.h"
+#include "writers/outputfile.h"
 
 #include <QtTest>
 
-class tst_ExportFile : public QObject
+class tst_OutputFile : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_dir;
 };
 
-void tst_ExportFile::init()
+void tst_OutputFile::init()
 {
     m_dir = std::make_unique<QTemporaryDir>();
     QFile old(file("old.csv"));
@@ -34,17 +34,17 @@ void tst_ExportFile::init()
     QCOMPARE(old.write("old"), 3);
 }
 
-QByteArray tst_ExportFile::content(const char *name) const
+QByteArray tst_OutputFile::content(const char *name) const
 {
     QFile input(file(name));
     return input.open(QIODevice::ReadOnly) ? input.readAll() : QByteArray("none");
 }
 
-void tst_ExportFile::getsItsNameAtTheEnd()
+void tst_OutputFile::getsItsNameAtTheEnd()
 {
     QString problem;
     {
-        ExportFile given(file("new.csv"));
+        OutputFile given(file("new.csv"));
         QVERIFY(given.open(false, &problem));
         given.write("whole", 5);
         QVERIFY(!QFile::exists(file("new.csv")));
@@ -52,7 +52,7 @@ void tst_ExportFile::getsItsNameAtTheEnd()
         QCOMPARE(content("new.csv"), QByteArray("whole"));
     }
     {
-        ExportFile dropped(file("dropped.csv"));
+        OutputFile dropped(file("dropped.csv"));
         QVERIFY(dropped.open(false, &problem));
         dropped.write("half", 4);
     }
@@ -61,10 +61,10 @@ void tst_ExportFile::getsItsNameAtTheEnd()
     QCOMPARE(problem, QString());
 }
 
-void tst_ExportFile::isNotReplacedUnasked()
+void tst_OutputFile::isNotReplacedUnasked()
 {
     QString problem;
-    QVERIFY(!ExportFile(file("old.csv")).open(false, &problem));
+    QVERIFY(!OutputFile(file("old.csv")).open(false, &problem));
     QCOMPARE(problem,
              QString(file("old.csv")
                      % QLatin1String(": exists already; choose another name, or --force to "
@@ -72,10 +72,10 @@ void tst_ExportFile::isNotReplacedUnasked()
     QCOMPARE(content("old.csv"), QByteArray("old"));
 }
 
-void tst_ExportFile::isReplacedWhenItIsWhole()
+void tst_OutputFile::isReplacedWhenItIsWhole()
 {
     QString problem;
-    ExportFile replaced(file("old.csv"));
+    OutputFile replaced(file("old.csv"));
     QVERIFY(replaced.open(true, &problem));
     replaced.write("newer", 5);
     QCOMPARE(content("old.csv"), QByteArray("old"));
@@ -83,10 +83,10 @@ void tst_ExportFile::isReplacedWhenItIsWhole()
     QCOMPARE(content("old.csv"), QByteArray("newer"));
 }
 
-void tst_ExportFile::isNotReplacedByAFailure()
+void tst_OutputFile::isNotReplacedByAFailure()
 {
     QString problem;
-    ExportFile failed(file("old.csv"));
+    OutputFile failed(file("old.csv"));
     QVERIFY(failed.open(true, &problem));
     failed.write("half", 4);
     failed.fail(QStringLiteral("the reason"));
@@ -101,7 +101,7 @@ void tst_ExportFile::isNotReplacedByAFailure()
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"old.csv"});
 }
 
-void tst_ExportFile::cannotBeOpened_data()
+void tst_OutputFile::cannotBeOpened_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
@@ -116,30 +116,30 @@ void tst_ExportFile::cannotBeOpened_data()
         << "cannot be written (Not a directory); choose another place";
 }
 
-void tst_ExportFile::cannotBeOpened()
+void tst_OutputFile::cannotBeOpened()
 {
     QFETCH(QString, name);
     QFETCH(QString, reason);
     QString problem;
     const QString path = m_dir->filePath(name);
-    QVERIFY(!ExportFile(path).open(true, &problem));
+    QVERIFY(!OutputFile(path).open(true, &problem));
     QCOMPARE(problem, QString(path % QLatin1String(": ") % reason));
 }
 
-void tst_ExportFile::device()
+void tst_OutputFile::device()
 {
     QString problem;
-    ExportFile null(QStringLiteral("/dev/null"));
+    OutputFile null(QStringLiteral("/dev/null"));
     QVERIFY(null.open(false, &problem));
     null.write("text", 4);
     QCOMPARE(null.path(), QString());
     QVERIFY(null.commit(&problem));
 }
 
-void tst_ExportFile::fullDevice()
+void tst_OutputFile::fullDevice()
 {
     QString problem;
-    ExportFile full(QStringLiteral("/dev/full"));
+    OutputFile full(QStringLiteral("/dev/full"));
     QVERIFY(full.open(false, &problem));
     full.write("text", 4);
     QVERIFY(!full.commit(&problem));
@@ -148,10 +148,10 @@ void tst_ExportFile::fullDevice()
                             "or choose another place"));
 }
 
-void tst_ExportFile::filledThroughItsPath()
+void tst_OutputFile::filledThroughItsPath()
 {
     QString problem;
-    ExportFile given(file("new.mat"));
+    OutputFile given(file("new.mat"));
     QVERIFY(given.open(false, &problem));
     {
         QFile other(given.path());
@@ -162,5 +162,5 @@ void tst_ExportFile::filledThroughItsPath()
     QCOMPARE(content("new.mat"), QByteArray("by another library"));
 }
 
-NAPAMMUL_TEST(tst_ExportFile)
-#include "tst_exportfile.moc"
+NAPAMMUL_TEST(tst_OutputFile)
+#include "tst_outputfile.moc"

@@ -1,4 +1,4 @@
-#include "analysis/lapmeasures.h"
+#include "analysis/lapquantities.h"
 
 #include "analysis/channelstatistics.h"
 

@@ -1,7 +1,7 @@
 #include "host/files/pluginregistry.h"
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 #include "tests/support/roomtests.h"
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <QColor>
 #include <QtTest>
@@ -10,7 +10,7 @@
 
 Q_DECLARE_METATYPE(ZEP::Value)
 
-class tst_HostFormat : public QObject
+class tst_DisplayText : public QObject
 {
     Q_OBJECT
 
@@ -28,7 +28,7 @@ private Q_SLOTS:
     void wildcards();
 };
 
-void tst_HostFormat::number_data()
+void tst_DisplayText::number_data()
 {
     QTest::addColumn<double>("number");
     QTest::addColumn<QString>("text");
@@ -42,13 +42,13 @@ void tst_HostFormat::number_data()
     QTest::newRow("minus infinity") << -std::numeric_limits<double>::infinity() << "-inf";
 }
 
-void tst_HostFormat::number()
+void tst_DisplayText::number()
 {
     QFETCH(double, number);
     QTEST(formatNumber(number), "text");
 }
 
-void tst_HostFormat::quantity_data()
+void tst_DisplayText::quantity_data()
 {
     QTest::addColumn<double>("number");
     QTest::addColumn<QString>("unit");
@@ -62,7 +62,7 @@ void tst_HostFormat::quantity_data()
     QTest::newRow("huge") << 1.5e20 << "m/s" << 1 << "1.5e+20 m/s";
 }
 
-void tst_HostFormat::quantity()
+void tst_DisplayText::quantity()
 {
     QFETCH(double, number);
     QFETCH(QString, unit);
@@ -70,7 +70,7 @@ void tst_HostFormat::quantity()
     QTEST(formatQuantity(Quantity{number, unit}, decimals), "text");
 }
 
-void tst_HostFormat::lapTime_data()
+void tst_DisplayText::lapTime_data()
 {
     QTest::addColumn<int>("milliseconds");
     QTest::addColumn<QString>("text");
@@ -82,13 +82,13 @@ void tst_HostFormat::lapTime_data()
     QTest::newRow("above an hour") << 3723004 << "1:02:03.004";
 }
 
-void tst_HostFormat::lapTime()
+void tst_DisplayText::lapTime()
 {
     QFETCH(int, milliseconds);
     QTEST(formatLapTime(milliseconds), "text");
 }
 
-void tst_HostFormat::value_data()
+void tst_DisplayText::value_data()
 {
     QTest::addColumn<ZEP::Value>("value");
     QTest::addColumn<QString>("text");
@@ -119,7 +119,7 @@ void tst_HostFormat::value_data()
     row("invalid colour", QColor(), "", "-", null);
 }
 
-void tst_HostFormat::value()
+void tst_DisplayText::value()
 {
     QFETCH(ZEP::Value, value);
     QFETCH(QJsonValue, json);
@@ -129,7 +129,7 @@ void tst_HostFormat::value()
     QCOMPARE(object.value(QStringLiteral("unit")), QJsonValue(value.unit()));
 }
 
-void tst_HostFormat::missingForJson()
+void tst_DisplayText::missingForJson()
 {
     QVERIFY(jsonText(QString()).isNull());
     QVERIFY(jsonTime(std::nullopt).isNull());
@@ -139,7 +139,7 @@ void tst_HostFormat::missingForJson()
     QCOMPARE(formatQuantity(std::nullopt, 1), QStringLiteral("-"));
 }
 
-void tst_HostFormat::wildcards_data()
+void tst_DisplayText::wildcards_data()
 {
     QTest::addColumn<QString>("format");
     QTest::addColumn<QStringList>("expected");
@@ -152,11 +152,11 @@ void tst_HostFormat::wildcards_data()
     QTest::newRow("empty") << "Sheet ()" << QStringList();
 }
 
-void tst_HostFormat::wildcards()
+void tst_DisplayText::wildcards()
 {
     QFETCH(QString, format);
     QTEST(formatWildcards(format), "expected");
 }
 
-NAPAMMUL_TEST(tst_HostFormat)
-#include "tst_hostformat.moc"
+NAPAMMUL_TEST(tst_DisplayText)
+#include "tst_displaytext.moc"

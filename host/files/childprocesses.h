@@ -13,7 +13,7 @@
 
 /// Runs the program itself many times, some at once, so that a plug-in that crashes takes nothing
 /// with it but what its process was for. Needs a QCoreApplication.
-class Jobs
+class ChildProcesses
 {
 public:
     enum class End {
@@ -31,7 +31,8 @@ public:
 
     /// Runs a process for each of \a arguments, \a atOnce of them at a time, with \a environment in
     /// the form "NAME=value" beside the own one.
-    Jobs(const QVector<QStringList> &arguments, int atOnce, const QStringList &environment);
+    ChildProcesses(const QVector<QStringList> &arguments, int atOnce,
+                   const QStringList &environment);
 
     /// Calls \a done with the index and the result of each process, in their order, as soon as it
     /// and all before it have ended. Returns when all have. After one that could not be started no

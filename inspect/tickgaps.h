@@ -8,11 +8,11 @@ class FindingList;
 
 /// Watches the time from record to record: where ticks are missing, where it runs backwards, and
 /// whether it is one at all.
-class RecordTimes
+class TickGaps
 {
 public:
     /// \a table has \a header.numVars entries.
-    RecordTimes(const irsdk_header &header, const irsdk_varHeader *table);
+    TickGaps(const irsdk_header &header, const irsdk_varHeader *table);
 
     /// Whether records have a time to watch.
     bool isKnown() const { return m_timeOffset >= 0; }

@@ -1,4 +1,4 @@
-#include "analysis/laptrace.h"
+#include "analysis/ticktrace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -74,9 +74,9 @@ double trackLength(const ZEP::Lap &lap)
     return named.unit() == QLatin1String("m") ? length : 0;
 }
 
-LapTrace lapTrace(const ZEP::Lap &lap, double trackLength)
+TickTrace tickTrace(const ZEP::Lap &lap, double trackLength)
 {
-    LapTrace trace;
+    TickTrace trace;
     trace.distance = samples(lap, "lapdist");
     if (trace.distance.isEmpty() && trackLength > 0)
         trace.distance = samples(lap, "lapdistpct", trackLength);

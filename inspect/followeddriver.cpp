@@ -1,7 +1,7 @@
-#include "inspect/playersdriver.h"
+#include "inspect/followeddriver.h"
 
-#include "inspect/sessionlevels.h"
-#include "inspect/sessionline.h"
+#include "inspect/infoindentation.h"
+#include "inspect/infoline.h"
 #include "yaml/yamltree.h"
 
 namespace {
@@ -15,7 +15,7 @@ const QLatin1String UserName("UserName");
 
 } // namespace
 
-void PlayersDriver::find(const TYamlTree &tree)
+void FollowedDriver::find(const TYamlTree &tree)
 {
     const TStringTree *driverInfo = tree.sub(DriverInfo);
     if (!driverInfo) {
@@ -42,10 +42,10 @@ void PlayersDriver::find(const TYamlTree &tree)
         m_reason = QStringLiteral("the driver of car %1 has no UserName").arg(*m_car);
 }
 
-bool PlayersDriver::needs(const SessionLevels &levels, const SessionLine &line) const
+bool FollowedDriver::needs(const InfoIndentation &levels, const InfoLine &line) const
 {
     if (levels.isEmpty())
-        return line.kind == SessionLine::Kind::Section && line.name == DriverInfo;
+        return line.kind == InfoLine::Kind::Section && line.name == DriverInfo;
     if (levels.at(0).name != DriverInfo)
         return false;
     if (levels.size() == 1)
@@ -53,12 +53,12 @@ bool PlayersDriver::needs(const SessionLevels &levels, const SessionLine &line) 
     if (levels.at(1).name != Drivers)
         return false;
     if (levels.size() == 2)
-        return line.kind == SessionLine::Kind::Item && isPlayers(line.name);
+        return line.kind == InfoLine::Kind::Item && isPlayers(line.name);
     return levels.size() == 3 && line.name == UserName && isPlayers(levels.at(2).name);
 }
 
-void PlayersDriver::read(const SessionLevels &levels, const SessionLine &line, int number,
-                         qint64 offset)
+void FollowedDriver::read(const InfoIndentation &levels, const InfoLine &line, int number,
+                          qint64 offset)
 {
     if (levels.isEmpty() || !needs(levels, line))
         return;
@@ -71,14 +71,14 @@ void PlayersDriver::read(const SessionLevels &levels, const SessionLine &line, i
     }
 }
 
-void PlayersDriver::addLoss(Finding *finding)
+void FollowedDriver::addLoss(Finding *finding)
 {
     finding->severity = Finding::Severity::Damage;
     finding->lost = QStringLiteral("all laps");
     finding->text += QLatin1String("; so nobody is in the player's car and no lap is followed");
 }
 
-Finding PlayersDriver::finding(qint64 offset) const
+Finding FollowedDriver::finding(qint64 offset) const
 {
     const Place place = (m_isListed ? m_driverPlace : m_carPlace).value_or(Place{0, offset});
     Finding finding;
@@ -91,14 +91,14 @@ Finding PlayersDriver::finding(qint64 offset) const
 }
 
 /// As the reader of the laps understands \a number.
-void PlayersDriver::setCar(const QString &number)
+void FollowedDriver::setCar(const QString &number)
 {
     bool isNumber = false;
     const int car = number.toInt(&isNumber);
     m_car = isNumber && car >= 0 && car < Cars ? car : -1;
 }
 
-bool PlayersDriver::isPlayers(const QString &car) const
+bool FollowedDriver::isPlayers(const QString &car) const
 {
     return !m_car || (*m_car >= 0 && car == QString::number(*m_car));
 }

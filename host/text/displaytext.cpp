@@ -1,4 +1,4 @@
-#include "host/text/format.h"
+#include "host/text/displaytext.h"
 
 #include "analysis/laptime.h"
 

@@ -1,4 +1,4 @@
-#include "inspect/sessionline.h"
+#include "inspect/infoline.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ bool isIndentation(QChar c)
 
 } // namespace
 
-SessionLine::SessionLine(const QString &text)
+InfoLine::InfoLine(const QString &text)
 {
     const QLatin1String separator(": ");
     QString line = text;

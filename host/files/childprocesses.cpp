@@ -1,4 +1,4 @@
-#include "host/files/jobs.h"
+#include "host/files/childprocesses.h"
 
 #include <QCoreApplication>
 #include <QProcessEnvironment>
@@ -29,13 +29,14 @@ void abandon(std::unique_ptr<QProcess> process)
 
 } // namespace
 
-Jobs::Jobs(const QVector<QStringList> &arguments, int atOnce, const QStringList &environment)
+ChildProcesses::ChildProcesses(const QVector<QStringList> &arguments, int atOnce,
+                               const QStringList &environment)
     : m_arguments(arguments), m_atOnce(atOnce), m_environment(environment),
       m_processes(std::size_t(arguments.size())), m_results(std::size_t(arguments.size()))
 {
 }
 
-void Jobs::startNext()
+void ChildProcesses::startNext()
 {
     if (m_next >= m_arguments.size())
         return;
@@ -64,7 +65,7 @@ void Jobs::startNext()
     }
 }
 
-void Jobs::giveUp(int index)
+void ChildProcesses::giveUp(int index)
 {
     m_results[std::size_t(index)] = std::make_unique<Result>();
     for (; m_next < m_arguments.size(); ++m_next)
@@ -72,7 +73,7 @@ void Jobs::giveUp(int index)
     m_loop.quit();
 }
 
-void Jobs::end(int index)
+void ChildProcesses::end(int index)
 {
     QProcess &process = *m_processes[std::size_t(index)];
     auto result = std::make_unique<Result>();
@@ -85,7 +86,7 @@ void Jobs::end(int index)
     m_loop.quit();
 }
 
-void Jobs::run(const std::function<void(int, const Result &)> &done)
+void ChildProcesses::run(const std::function<void(int, const Result &)> &done)
 {
     for (int i = 0; i < m_atOnce; ++i)
         startNext();

@@ -1,4 +1,4 @@
-#include "writers/exportfile.h"
+#include "writers/outputfile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -6,7 +6,7 @@
 
 #include <unistd.h>
 
-bool ExportFile::isFree(bool overwritten, QString *problem) const
+bool OutputFile::isFree(bool overwritten, QString *problem) const
 {
     const QFileInfo info(m_name);
     if (info.isDir()) {
@@ -21,7 +21,7 @@ bool ExportFile::isFree(bool overwritten, QString *problem) const
     return true;
 }
 
-bool ExportFile::open(bool overwritten, QString *problem)
+bool OutputFile::open(bool overwritten, QString *problem)
 {
     if (m_name == QLatin1String("-")) {
         auto output = std::make_unique<QFile>();
@@ -44,7 +44,7 @@ bool ExportFile::open(bool overwritten, QString *problem)
     return false;
 }
 
-void ExportFile::write(const char *bytes, qint64 size)
+void OutputFile::write(const char *bytes, qint64 size)
 {
     // A write that stops short has no reason yet; the next one has.
     while (isGood() && size > 0) {
@@ -56,12 +56,12 @@ void ExportFile::write(const char *bytes, qint64 size)
     }
 }
 
-void ExportFile::fail(const QString &reason)
+void OutputFile::fail(const QString &reason)
 {
     m_error = reason;
 }
 
-QString ExportFile::path() const
+QString OutputFile::path() const
 {
     // The file has no name yet.
     return qobject_cast<QSaveFile *>(m_device.get())
@@ -69,7 +69,7 @@ QString ExportFile::path() const
         : QString();
 }
 
-bool ExportFile::commit(QString *problem)
+bool OutputFile::commit(QString *problem)
 {
     if (isGood() && !m_device->flush())
         fail(m_device->errorString());

@@ -1,4 +1,4 @@
-#include "analysis/lapmeasures.h"
+#include "analysis/lapquantities.h"
 #include "tests/support/lapchannels.h"
 #include "tests/support/roomtests.h"
 
@@ -7,7 +7,7 @@
 using Samples = QVector<double>;
 
 /// Single numbers of a lap, from its channels.
-class tst_LapMeasures : public QObject
+class tst_LapQuantities : public QObject
 {
     Q_OBJECT
 
@@ -27,7 +27,7 @@ QString text(const std::optional<Quantity> &quantity)
 
 } // namespace
 
-void tst_LapMeasures::measures_data()
+void tst_LapQuantities::measures_data()
 {
     QTest::addColumn<Samples>("samples");
     QTest::addColumn<QString>("first");
@@ -51,7 +51,7 @@ void tst_LapMeasures::measures_data()
                                  << "none";
 }
 
-void tst_LapMeasures::measures()
+void tst_LapQuantities::measures()
 {
     QFETCH(Samples, samples);
     const QString name = QStringLiteral("watertemp");
@@ -62,12 +62,12 @@ void tst_LapMeasures::measures()
     QTEST(text(lastOf(lap, name)), "last");
 }
 
-void tst_LapMeasures::channelThatIsMissing()
+void tst_LapQuantities::channelThatIsMissing()
 {
     const ZEP::Lap lap;
     const QString name = QStringLiteral("watertemp");
     QVERIFY(!firstOf(lap, name) && !meanOf(lap, name) && !lastOf(lap, name));
 }
 
-NAPAMMUL_TEST(tst_LapMeasures)
-#include "tst_lapmeasures.moc"
+NAPAMMUL_TEST(tst_LapQuantities)
+#include "tst_lapquantities.moc"

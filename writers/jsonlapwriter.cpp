@@ -1,6 +1,6 @@
-#include "writers/jsonwriter.h"
+#include "writers/jsonlapwriter.h"
 
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -30,14 +30,14 @@ char *writeText(char *place, const char *text)
 
 } // namespace
 
-JsonWriter::JsonWriter(ExportFile &file, const QVector<ChosenChannel> &channels,
-                       const QString &fileName)
+JsonLapWriter::JsonLapWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
+                             const QString &fileName)
     : m_buffer(file), m_channels(channels), m_fileName(fileName)
 {
     m_buffer.append("[");
 }
 
-void JsonWriter::writeSamples(const QVector<double> &samples)
+void JsonLapWriter::writeSamples(const QVector<double> &samples)
 {
     bool isFirst = true;
     for (const double sample : samples) {
@@ -58,7 +58,7 @@ void JsonWriter::writeSamples(const QVector<double> &samples)
     }
 }
 
-void JsonWriter::writeChannels(const ZEP::Lap &lap, bool calculated)
+void JsonLapWriter::writeChannels(const ZEP::Lap &lap, bool calculated)
 {
     m_buffer.append("{");
     bool isFirst = true;
@@ -78,7 +78,7 @@ void JsonWriter::writeChannels(const ZEP::Lap &lap, bool calculated)
     m_buffer.append("}");
 }
 
-void JsonWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
+void JsonLapWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
 {
     const QJsonObject header = headerJson(*lap);
     m_buffer.append(m_isFirst ? "\n" : ",\n");
@@ -93,7 +93,7 @@ void JsonWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
     m_buffer.append("}");
 }
 
-bool JsonWriter::finish(QString *)
+bool JsonLapWriter::finish(QString *)
 {
     m_buffer.append("\n]\n");
     m_buffer.flush();

@@ -7,11 +7,11 @@
 
 /// A place that an export goes to: a file that is written whole or not at all, a device or pipe
 /// that exists already, or standard output.
-class ExportFile
+class OutputFile
 {
 public:
     /// \a name is a path, or "-" for standard output.
-    explicit ExportFile(const QString &name) : m_name(name) { }
+    explicit OutputFile(const QString &name) : m_name(name) { }
 
     /// Whether the name of a file is free. False with a \a problem for a folder, and for a file
     /// that exists already unless it is to be \a overwritten.

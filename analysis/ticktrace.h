@@ -6,7 +6,7 @@
 
 /// Where a lap was at each of its ticks, and for how long it had been driven: what laps are laid
 /// over each other by.
-struct LapTrace {
+struct TickTrace {
     /// Metres from the line, one for each tick, below 0 where a race starts before it; NaN where it
     /// is not known. Empty if the lap has no channel that tells.
     QVector<double> distance;
@@ -23,4 +23,4 @@ struct LapTrace {
 double trackLength(const ZEP::Lap &lap);
 
 /// \a trackLength is that of the lap's track in metres, 0 if it is not known.
-LapTrace lapTrace(const ZEP::Lap &lap, double trackLength);
+TickTrace tickTrace(const ZEP::Lap &lap, double trackLength);

@@ -11,12 +11,12 @@
 ///
 /// Ticks on which the car stood, rolled back or had no valid sample are passed over, so that there
 /// is one time for each distance.
-class LapCurve
+class LapByDistance
 {
 public:
-    /// From the trace of \a lap, see lapTrace(), and its channel "speed" in m/s. Without a result
+    /// From the trace of \a lap, see tickTrace(), and its channel "speed" in m/s. Without a result
     /// \a problem says what the lap lacks: one of them, or a part of the way from line to line.
-    static std::optional<LapCurve> of(const ZEP::Lap &lap, QString *problem);
+    static std::optional<LapByDistance> of(const ZEP::Lap &lap, QString *problem);
 
     /// Metres from line to line.
     double length() const { return m_length; }

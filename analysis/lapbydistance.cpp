@@ -1,6 +1,6 @@
-#include "analysis/lapcurve.h"
+#include "analysis/lapbydistance.h"
 
-#include "analysis/laptrace.h"
+#include "analysis/ticktrace.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,10 +13,10 @@ constexpr double MissingPart = 0.02;
 
 } // namespace
 
-std::optional<LapCurve> LapCurve::of(const ZEP::Lap &lap, QString *problem)
+std::optional<LapByDistance> LapByDistance::of(const ZEP::Lap &lap, QString *problem)
 {
     const double length = trackLength(lap);
-    const LapTrace trace = lapTrace(lap, length);
+    const TickTrace trace = tickTrace(lap, length);
     const auto speed = lap.channel(QStringLiteral("speed"));
     if (trace.distance.isEmpty() || trace.time.isEmpty() || !speed || !(length > 0)) {
         *problem = QStringLiteral("has no %1")
@@ -26,7 +26,7 @@ std::optional<LapCurve> LapCurve::of(const ZEP::Lap &lap, QString *problem)
         return std::nullopt;
     }
 
-    LapCurve curve;
+    LapByDistance curve;
     curve.m_length = length;
     for (int i = 0; i < trace.time.size(); ++i) {
         const double distance = trace.distance.at(i);
@@ -55,7 +55,7 @@ std::optional<LapCurve> LapCurve::of(const ZEP::Lap &lap, QString *problem)
     return curve;
 }
 
-double LapCurve::interpolated(const std::vector<double> &values, double distance) const
+double LapByDistance::interpolated(const std::vector<double> &values, double distance) const
 {
     // The first tick at or behind the distance; at the ends of the lap the outermost ones go on.
     const auto next = std::lower_bound(m_distances.begin() + 1, m_distances.end() - 1, distance);
@@ -64,12 +64,12 @@ double LapCurve::interpolated(const std::vector<double> &values, double distance
     return values[i - 1] + part * (values[i] - values[i - 1]);
 }
 
-double LapCurve::time(double distance) const
+double LapByDistance::time(double distance) const
 {
     return interpolated(m_times, distance) - interpolated(m_times, 0); // 0 at the line
 }
 
-double LapCurve::speed(double distance) const
+double LapByDistance::speed(double distance) const
 {
     return interpolated(m_speeds, distance);
 }

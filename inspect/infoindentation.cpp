@@ -1,16 +1,16 @@
-#include "inspect/sessionlevels.h"
+#include "inspect/infoindentation.h"
 
 namespace {
 
-using Levels = QVector<SessionLevels::Level>;
+using Levels = QVector<InfoIndentation::Level>;
 
 /// How many of \a levels \a line may belong to.
-int countOpen(const Levels &levels, const SessionLine &line)
+int countOpen(const Levels &levels, const InfoLine &line)
 {
-    const auto isOver = [&line](const SessionLevels::Level &level) {
+    const auto isOver = [&line](const InfoIndentation::Level &level) {
         if (level.column != line.column)
             return level.column > line.column;
-        return line.kind != SessionLine::Kind::Item || level.isItem;
+        return line.kind != InfoLine::Kind::Item || level.isItem;
     };
     int count = levels.size();
     while (count > 0 && isOver(levels.at(count - 1)))
@@ -18,29 +18,29 @@ int countOpen(const Levels &levels, const SessionLine &line)
     return count;
 }
 
-int columnIn(const Levels &levels, const SessionLine &line)
+int columnIn(const Levels &levels, const InfoLine &line)
 {
     if (levels.isEmpty())
         return 0;
-    const SessionLevels::Level &level = levels.last();
+    const InfoIndentation::Level &level = levels.last();
     if (level.isItem)
         return level.column + 2;
-    return line.kind == SessionLine::Kind::Item ? level.column : level.column + 1;
+    return line.kind == InfoLine::Kind::Item ? level.column : level.column + 1;
 }
 
 } // namespace
 
-bool SessionLevels::isPart(const SessionLine &line, const SessionLine &front)
+bool InfoIndentation::isPart(const InfoLine &line, const InfoLine &front)
 {
     return line.column == columnIn({{front.column, false, front.name, nullptr}}, line);
 }
 
-bool SessionLevels::holds(const SessionLine &line) const
+bool InfoIndentation::holds(const InfoLine &line) const
 {
     return countOpen(m_levels, line) == m_levels.size();
 }
 
-SessionLevels::Place SessionLevels::enter(const SessionLine &line)
+InfoIndentation::Place InfoIndentation::enter(const InfoLine &line)
 {
     const int count = countOpen(m_levels, line);
     if (count < m_levels.size()) {
@@ -53,7 +53,7 @@ SessionLevels::Place SessionLevels::enter(const SessionLine &line)
 }
 
 /// Goes back to the levels that were left, if \a line is indented as a part of one of them.
-bool SessionLevels::resume(const SessionLine &line)
+bool InfoIndentation::resume(const InfoLine &line)
 {
     if (m_left.isEmpty())
         return false;
@@ -66,13 +66,13 @@ bool SessionLevels::resume(const SessionLine &line)
     return true;
 }
 
-void SessionLevels::open(const SessionLine &line, const TStringTree *node)
+void InfoIndentation::open(const InfoLine &line, const TStringTree *node)
 {
-    m_levels.append({line.column, line.kind == SessionLine::Kind::Item, line.name, node});
+    m_levels.append({line.column, line.kind == InfoLine::Kind::Item, line.name, node});
     m_left.clear();
 }
 
-int SessionLevels::expectedColumn(const SessionLine &line) const
+int InfoIndentation::expectedColumn(const InfoLine &line) const
 {
     return columnIn(m_levels, line);
 }

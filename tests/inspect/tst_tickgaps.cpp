@@ -1,5 +1,5 @@
 #include "inspect/findinglist.h"
-#include "inspect/recordtimes.h"
+#include "inspect/tickgaps.h"
 #include "tests/support/roomtests.h"
 #include "tools/recording.h"
 
@@ -11,7 +11,7 @@
 Q_DECLARE_METATYPE(QVector<double>)
 Q_DECLARE_METATYPE(Recording)
 
-class tst_RecordTimes : public QObject
+class tst_TickGaps : public QObject
 {
     Q_OBJECT
 
@@ -28,11 +28,11 @@ private Q_SLOTS:
 
 namespace {
 
-RecordTimes timesOf(const Recording &recording)
+TickGaps timesOf(const Recording &recording)
 {
     const irsdk_header header = recording.header();
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    RecordTimes times(header, table.constData());
+    TickGaps times(header, table.constData());
     const QByteArray bytes = recording.bytes();
     for (int record = 0; record < recording.recordCount(); ++record)
         times.add(bytes.constData() + header.varBuf[0].bufOffset + record * header.bufLen);
@@ -48,7 +48,7 @@ QVector<Finding> watched(const Recording &recording)
 
 } // namespace
 
-void tst_RecordTimes::finds_data()
+void tst_TickGaps::finds_data()
 {
     QTest::addColumn<QVector<double>>("times");
     QTest::addColumn<QStringList>("texts");
@@ -85,7 +85,7 @@ void tst_RecordTimes::finds_data()
         << QStringList("2 of 5 records have no usable time, the first one is record 3");
 }
 
-void tst_RecordTimes::finds()
+void tst_TickGaps::finds()
 {
     QFETCH(QVector<double>, times);
     QFETCH(QStringList, texts);
@@ -105,7 +105,7 @@ void tst_RecordTimes::finds()
     QCOMPARE(found, texts);
 }
 
-void tst_RecordTimes::everySessionHasItsClock()
+void tst_TickGaps::everySessionHasItsClock()
 {
     Recording recording;
     recording.set("SessionTime", 100).ticks(3);
@@ -114,7 +114,7 @@ void tst_RecordTimes::everySessionHasItsClock()
     QCOMPARE(watched(recording).size(), 0);
 }
 
-void tst_RecordTimes::rates_data()
+void tst_TickGaps::rates_data()
 {
     QTest::addColumn<int>("rate");
     QTest::addColumn<int>("records"); // a tenth of a second apart
@@ -137,7 +137,7 @@ void tst_RecordTimes::rates_data()
                        "there are 2 such places, 0.2 s in all");
 }
 
-void tst_RecordTimes::rates()
+void tst_TickGaps::rates()
 {
     QFETCH(int, rate);
     QFETCH(int, records);
@@ -161,12 +161,12 @@ void tst_RecordTimes::rates()
     QCOMPARE(found, texts);
 }
 
-void tst_RecordTimes::endsAtTheTimeOfTheLastRecord()
+void tst_TickGaps::endsAtTheTimeOfTheLastRecord()
 {
     Recording recording;
     QVERIFY(!timesOf(recording).endsAt(0));
     recording.tickRate(10).set("SessionTime", 7.0).ticks(1).set("SessionTime", 8.0).ticks(1);
-    const RecordTimes times = timesOf(recording);
+    const TickGaps times = timesOf(recording);
     QCOMPARE(times.last(), 8.0);
     QVERIFY(times.endsAt(8.0));
     QVERIFY(times.endsAt(8.1));
@@ -174,12 +174,12 @@ void tst_RecordTimes::endsAtTheTimeOfTheLastRecord()
     QVERIFY(!times.endsAt(7.0));
     QVERIFY(!times.endsAt(std::numeric_limits<double>::quiet_NaN()));
 
-    const RecordTimes withoutRate = timesOf(recording.with(&irsdk_header::tickRate, 0));
+    const TickGaps withoutRate = timesOf(recording.with(&irsdk_header::tickRate, 0));
     QVERIFY(withoutRate.endsAt(8.0));
     QVERIFY(!withoutRate.endsAt(8.2));
 }
 
-void tst_RecordTimes::unknownTime_data()
+void tst_TickGaps::unknownTime_data()
 {
     QTest::addColumn<Recording>("recording");
     const Recording good;
@@ -196,15 +196,15 @@ void tst_RecordTimes::unknownTime_data()
     QTest::newRow("replaced by a later one") << twice.variable({"sessiontime", irsdk_int});
 }
 
-void tst_RecordTimes::unknownTime()
+void tst_TickGaps::unknownTime()
 {
     QFETCH(Recording, recording);
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    RecordTimes times(recording.header(), table.constData());
+    TickGaps times(recording.header(), table.constData());
     QVERIFY(!times.isKnown());
     times.add(nullptr);
     QVERIFY(!times.endsAt(0));
 }
 
-NAPAMMUL_TEST(tst_RecordTimes)
-#include "tst_recordtimes.moc"
+NAPAMMUL_TEST(tst_TickGaps)
+#include "tst_tickgaps.moc"

@@ -1,4 +1,4 @@
-#include "writers/json.h"
+#include "writers/jsonvalues.h"
 
 #include "analysis/headerfields.h"
 #include "analysis/laptime.h"

@@ -3,7 +3,7 @@
 #include <QString>
 
 /// One line of a session info, as whoever wrote it meant it.
-struct SessionLine {
+struct InfoLine {
     enum class Kind {
         Blank, ///< nothing at all
         Section, ///< "Key:"; what it holds is indented
@@ -23,7 +23,7 @@ struct SessionLine {
         NoEntry, ///< neither key nor value
     };
 
-    explicit SessionLine(const QString &text);
+    explicit InfoLine(const QString &text);
 
     bool isEntry() const
     {

@@ -1,11 +1,11 @@
-#include "analysis/lapcurve.h"
+#include "analysis/lapbydistance.h"
 
 #include "tests/support/drivenlap.h"
 #include "tests/support/roomtests.h"
 
 #include <QtTest>
 
-class tst_LapCurve : public QObject
+class tst_LapByDistance : public QObject
 {
     Q_OBJECT
 
@@ -34,7 +34,7 @@ Columns evenLap()
     return drivenLap(Length, 0.5, evenSpeed);
 }
 
-void compareWithEvenLap(const LapCurve &curve)
+void compareWithEvenLap(const LapByDistance &curve)
 {
     for (const double distance : {0.0, 0.1, 100.0, 333.3, Length}) {
         QVERIFY2(
@@ -47,15 +47,15 @@ void compareWithEvenLap(const LapCurve &curve)
 
 } // namespace
 
-void tst_LapCurve::timeAndSpeedByDistance()
+void tst_LapByDistance::timeAndSpeedByDistance()
 {
     QString problem;
-    const auto curve = LapCurve::of(lapOf(evenLap()), &problem);
+    const auto curve = LapByDistance::of(lapOf(evenLap()), &problem);
     QVERIFY2(curve, qPrintable(problem));
     compareWithEvenLap(*curve);
 }
 
-void tst_LapCurve::goesOnToTheLineAtAnEvenSpeed_data()
+void tst_LapByDistance::goesOnToTheLineAtAnEvenSpeed_data()
 {
     QTest::addColumn<double>("offset");
 
@@ -63,17 +63,17 @@ void tst_LapCurve::goesOnToTheLineAtAnEvenSpeed_data()
     QTest::newRow("first tick almost a tick behind the line") << 0.999;
 }
 
-void tst_LapCurve::goesOnToTheLineAtAnEvenSpeed()
+void tst_LapByDistance::goesOnToTheLineAtAnEvenSpeed()
 {
     QFETCH(double, offset);
 
     QString problem;
-    const auto curve = LapCurve::of(lapOf(drivenLap(Length, offset, evenSpeed)), &problem);
+    const auto curve = LapByDistance::of(lapOf(drivenLap(Length, offset, evenSpeed)), &problem);
     QVERIFY2(curve, qPrintable(problem));
     compareWithEvenLap(*curve);
 }
 
-void tst_LapCurve::passesOver_data()
+void tst_LapByDistance::passesOver_data()
 {
     QTest::addColumn<QVector<double>>("distances"); // put in before tick 100, at its time
     QTest::addColumn<double>("speed");
@@ -86,7 +86,7 @@ void tst_LapCurve::passesOver_data()
     QTest::newRow("two ticks at one time") << QVector<double>{50.2, 50.1} << 30.0;
 }
 
-void tst_LapCurve::passesOver()
+void tst_LapByDistance::passesOver()
 {
     QFETCH(QVector<double>, distances);
     QFETCH(double, speed);
@@ -99,12 +99,12 @@ void tst_LapCurve::passesOver()
         columns["speed"].insert(100, speed);
     }
     QString problem;
-    const auto curve = LapCurve::of(lapOf(columns), &problem);
+    const auto curve = LapByDistance::of(lapOf(columns), &problem);
     QVERIFY2(curve, qPrintable(problem));
     compareWithEvenLap(*curve);
 }
 
-void tst_LapCurve::problem_data()
+void tst_LapByDistance::problem_data()
 {
     QTest::addColumn<Columns>("columns");
     QTest::addColumn<QString>("problem");
@@ -141,15 +141,15 @@ void tst_LapCurve::problem_data()
     QTest::newRow("fraction stays 0") << filled("lapdistpct", 0) << "has no distance";
 }
 
-void tst_LapCurve::problem()
+void tst_LapByDistance::problem()
 {
     QFETCH(Columns, columns);
     QFETCH(QString, problem);
 
     QString actual;
-    QVERIFY(!LapCurve::of(lapOf(columns), &actual));
+    QVERIFY(!LapByDistance::of(lapOf(columns), &actual));
     QCOMPARE(actual, problem);
 }
 
-NAPAMMUL_TEST(tst_LapCurve)
-#include "tst_lapcurve.moc"
+NAPAMMUL_TEST(tst_LapByDistance)
+#include "tst_lapbydistance.moc"

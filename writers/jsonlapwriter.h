@@ -6,11 +6,12 @@
 /// Writes laps as a JSON array with an object for each: "file", "lap" (its number), "header",
 /// "values" and "calculatedValues" as headerJson() has them, "channels" and "calculatedChannels" by
 /// name, each an object of "unit" and "samples", where null is a missing sample. A lap is one line.
-class JsonWriter : public LapWriter
+class JsonLapWriter : public LapWriter
 {
 public:
     /// \a fileName is where the laps come from. \a file has to outlive the writer.
-    JsonWriter(ExportFile &file, const QVector<ChosenChannel> &channels, const QString &fileName);
+    JsonLapWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
+                  const QString &fileName);
 
     void write(int number, std::unique_ptr<ZEP::Lap> lap) override;
     bool finish(QString *problem) override;
