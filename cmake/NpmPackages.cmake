@@ -2,6 +2,7 @@
 # folder pins into its build folder, once. <result> becomes the folder that holds them, or empty with
 # a message where they cannot be had.
 find_program(NAPAMMUL_NPM npm DOC "Fetches the packages of the report page and of its tests")
+find_program(NAPAMMUL_NODE node DOC "Builds the report page, and runs its tests")
 
 function(napammul_npm_packages result)
     set(lock "${CMAKE_CURRENT_SOURCE_DIR}/package-lock.json")

@@ -4,9 +4,10 @@
 #include <QJsonObject>
 #include <QString>
 
-/// True when the program was built with the page; it needs a chart library that a build may lack.
+/// True when the program was built with the page, which needs npm packages that a build may lack.
 bool hasReportPage();
 
-/// The page with \a title, in UTF-8, that shows \a data. It is one file: styles, scripts and data
-/// stand in it, and it allows itself nothing else, neither a request nor any other script.
+/// The page with \a title, in UTF-8, that shows \a data; only where there is a page. It is one file
+/// that contains styles, scripts and data. Its content security policy allows nothing else: no
+/// request, and no other script.
 QByteArray reportPage(const QString &title, const QJsonObject &data);

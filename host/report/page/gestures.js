@@ -1,13 +1,24 @@
-'use strict';
+// The wheel and fingers on a chart. uPlot handles dragging with the mouse and the double-click.
 
-// The mouse wheel and fingers on a chart. Dragging with the mouse and the double-click are uPlot's.
+import { panBy, setCursor, setRange, shownRange, zoomBy } from './view.js';
 
-/** The place on the axis below `clientX`. */
+/** @import uPlot from 'uplot' */
+
+/**
+ * The place on the axis below `clientX`. The plot itself cannot say: it may still show the stretch
+ * of the last frame.
+ * @param {uPlot} plot
+ * @param {number} clientX
+ */
 function placeAt(plot, clientX) {
-    return plot.posToVal(clientX - plot.over.getBoundingClientRect().left, 'x');
+    const { left, width } = plot.over.getBoundingClientRect();
+    const { min, max } = shownRange();
+    return min + (max - min) * (clientX - left) / width;
 }
 
-function addWheel(over, plot) {
+/** @param {uPlot} plot */
+function addWheel(plot) {
+    const { over } = plot;
     over.addEventListener('wheel', (event) => {
         // The wheel alone scrolls the page, which is longer than the screen.
         if (event.ctrlKey || event.metaKey) {
@@ -21,8 +32,13 @@ function addWheel(over, plot) {
     }, { passive: false });
 }
 
-/** One finger moves the cursor, two fingers zoom, and two taps show the whole lap. */
-function addTouch(over, plot) {
+/**
+ * One finger moves the cursor, two fingers zoom, and a double tap shows the whole lap.
+ * @param {uPlot} plot
+ */
+function addTouch(plot) {
+    const { over } = plot;
+    /** @type {Map<number, number>} */
     const fingers = new Map();
     let lastTap = 0;
     const width = () => {
@@ -57,11 +73,12 @@ function addTouch(over, plot) {
             zoomBy(before / width(), place);
         }
     });
-    for (const type of ['pointerup', 'pointercancel'])
+    for (const type of /** @type {const} */ (['pointerup', 'pointercancel']))
         over.addEventListener(type, (event) => fingers.delete(event.pointerId));
 }
 
-function addGestures(over, plot) {
-    addWheel(over, plot);
-    addTouch(over, plot);
+/** @param {uPlot} plot */
+export function addGestures(plot) {
+    addWheel(plot);
+    addTouch(plot);
 }

@@ -1,80 +1,90 @@
-'use strict';
-
 // The table of laps: which are drawn, which one the others are compared with, and how fast they were.
 
+import { byId, el } from './dom.js';
+import { lapMark } from './marks.js';
+import { formatGap, formatLapTime } from './numbers.js';
+import { formatNumber, shownUnitOf } from './units.js';
+import { setReference, toggleLap, view } from './view.js';
+
+/** @import { Lap } from './types.js' */
+
+/** @param {Lap} lap */
 function lapToggle(lap) {
     const isDrawn = view.drawn.includes(lap);
     const box = el('input', {
-        type: 'checkbox', checked: isDrawn, 'aria-label': `Draw lap ${lap.label}`,
-        on: { change: () => toggleLap(lap) },
+        'type': 'checkbox', 'checked': isDrawn, 'aria-label': `Show lap ${lap.label}`,
+        'on': { change: () => toggleLap(lap) },
     });
     return el('label', { class: 'toggle' }, box, isDrawn ? lapMark(lap)
-        : el('span', { class: 'mark empty', 'aria-hidden': 'true' }));
+        : el('span', { 'class': 'mark empty', 'aria-hidden': 'true' }));
 }
 
+/** @param {Lap} lap */
 function referenceChoice(lap) {
     return el('input', {
-        type: 'radio', name: 'reference', checked: lap === view.reference,
+        'type': 'radio', 'name': 'reference', 'checked': lap === view.reference,
         'aria-label': `Compare with lap ${lap.label}`,
-        title: 'Compare the other laps with this one',
-        on: { change: () => setReference(lap) },
+        'title': 'Compare the other laps with this one',
+        'on': { change: () => setReference(lap) },
     });
 }
 
+/** @param {Lap} lap */
 function lapTimeCells(lap) {
     if (lap.time === null)
         return [el('td', { class: 'reason', colspan: 2 }, lap.noTime)];
+    const gap = lap.gap === null ? '–' : formatGap(lap.gap);
     return [
         el('td', { class: 'time' }, formatLapTime(lap.time)),
-        el('td', { class: 'number' }, lap.best
-            ? el('span', { class: 'best-badge' }, 'best')
-            : lap.gap === null ? '–' : formatGap(lap.gap)),
+        el('td', { class: 'number' }, lap.best ? el('span', { class: 'best-badge' }, 'best') : gap),
     ];
 }
 
+/** @param {Lap} lap */
 function lapRow(lap) {
-    const row = el('tr', {
-        class: [lap.best ? 'best' : '', view.drawn.includes(lap) ? 'drawn' : '',
-            lap.time === null ? 'no-time' : ''].join(' ').trim(),
-        'data-lap': lap.index,
-    },
-    el('td', {}, lapToggle(lap)),
-    el('th', { scope: 'row' }, lap.label),
-    el('td', { class: 'number' }, String(lap.lapInSession)),
-    ...lapTimeCells(lap),
-    el('td', { class: 'number' }, lap.topSpeed ? fixed(lap.topSpeed.value
-        * shownUnit(lap.topSpeed.unit).factor, 1) : '–'),
-    el('td', { class: 'number' }, lap.fuelUsed ? fixed(lap.fuelUsed.value, 2) : '–'),
-    el('td', { class: 'choice' }, referenceChoice(lap)));
-    row.addEventListener('click', (event) => {
-        if (!event.target.closest('input, label'))
+    const classes = [lap.best ? 'best' : '', view.drawn.includes(lap) ? 'drawn' : '',
+        lap.time === null ? 'no-time' : ''];
+    const row = el('tr', { 'class': classes.join(' ').trim(), 'data-lap': lap.index },
+        el('td', {}, lapToggle(lap)),
+        el('th', { scope: 'row' }, lap.label),
+        el('td', { class: 'number' }, String(lap.lapInSession)),
+        lapTimeCells(lap),
+        el('td', { class: 'number' }, formatNumber(lap.topSpeed, view.units, 1)),
+        el('td', { class: 'number' }, formatNumber(lap.fuelUsed, view.units, 2)),
+        el('td', { class: 'choice' }, referenceChoice(lap)));
+    row.addEventListener('click', ({ target }) => {
+        if (!(target instanceof Element && target.closest('input, label')))
             toggleLap(lap);
     });
     return row;
 }
 
-/** The unit of the first lap that has such a quantity. */
-function unitOfLaps(quantity) {
-    return view.model.laps.find((lap) => lap[quantity])?.[quantity].unit ?? '';
-}
-
 function lapTableHead() {
+    const { laps } = view.model;
+    /**
+     * @param {HTMLElement | string} title
+     * @param {string} [unit]
+     * @param {Record<string, string>} [properties]
+     */
     const column = (title, unit, properties) => el('th', { scope: 'col', ...properties }, title,
         unit ? el('span', { class: 'unit' }, unit) : null);
+    const speedUnit = shownUnitOf(laps.map((lap) => lap.topSpeed), view.units);
+    const fuelUnit = shownUnitOf(laps.map((lap) => lap.fuelUsed), view.units);
     return el('thead', {}, el('tr', {},
-        column(el('span', { class: 'hidden' }, 'Drawn')),
+        column(el('span', { class: 'hidden' }, 'Shown')),
         column('#'),
-        column('Lap', null, { class: 'number', title: 'Number of the lap in the session' }),
+        column('Lap', '', { class: 'number', title: 'Number of the lap in the session' }),
         column('Time', 'min:s'),
         column('Gap', 's', { class: 'number' }),
-        column('Top speed', shownUnit(unitOfLaps('topSpeed')).unit, { class: 'number' }),
-        column('Fuel', unitOfLaps('fuelUsed'), { class: 'number', title: 'Fuel used' }),
-        column('Ref.', null, { class: 'choice', title: 'The lap that the others are compared with' })));
+        column('Top speed', speedUnit, { class: 'number' }),
+        column('Fuel', fuelUnit, { class: 'number', title: 'Fuel used' }),
+        column('Ref.', '', { class: 'choice', title: 'The lap that the others are compared with' })));
 }
 
-/** Rows of laps under a title for each stint, and with several files for each of those. */
+/** The rows under a title for each stint; with several files, for each stint of each file. */
 function lapTableBodies() {
     const { sessions, laps } = view.model;
+    /** @type {HTMLElement[]} */
     const bodies = [];
     let title = null;
     for (const lap of laps) {
@@ -89,15 +99,19 @@ function lapTableBodies() {
     return bodies;
 }
 
-function showLapTable() {
+export function showLapTable() {
     const container = byId('laps');
-    // The table is made anew, so what had the focus gets it again.
+    // The table is replaced, so the new one gets the focus that the old one had.
     const focused = document.activeElement;
-    const row = container.contains(focused) ? focused.closest('tr')?.dataset.lap : undefined;
-    const type = focused?.type;
+    const row = container.contains(focused)
+        ? focused?.closest('tr')?.getAttribute('data-lap') : null;
+    const type = focused?.getAttribute('type');
     container.replaceChildren(el('table', { class: 'laps' },
-        el('caption', { class: 'hidden' }, 'Laps; check one to draw it'),
+        el('caption', { class: 'hidden' }, 'Laps; check a lap to show it'),
         lapTableHead(), lapTableBodies()));
-    if (row !== undefined)
-        container.querySelector(`tr[data-lap="${row}"] input[type="${type}"]`)?.focus();
+    if (row) {
+        const input = container.querySelector(`tr[data-lap="${row}"] input[type="${type}"]`);
+        if (input instanceof HTMLInputElement)
+            input.focus();
+    }
 }

@@ -1,104 +1,59 @@
-'use strict';
+// Puts the page together. What it exports is `report` in the browser's console, and to the tests.
 
-// Puts the page together.
+import { charts, drawCursor, drawRange, resizeCharts, showCharts } from './charts.js';
+import { byId } from './dom.js';
+import { inNextFrame } from './frames.js';
+import { showFuel } from './fuel.js';
+import { addKeys } from './keys.js';
+import { showLapTable } from './laptable.js';
+import { firstLaps, readModel } from './model.js';
+import { showMessages, showSessions } from './session.js';
+import { followSystemTheme, setTheme, theme } from './theme.js';
+import {
+    connectToolbar, drawPosition, hasAxis, showAxisTitle, showChoices, showLegend,
+} from './toolbar.js';
+import { drawMapCursor, drawTrack, pointAtMap, showMap } from './trackmap.js';
+import { showTyres } from './tyres.js';
+import { fullRange, onChange, setCursor, toggleLap, view } from './view.js';
 
-/** A button that stays pressed, for one of several choices or for one that is on or off. */
-function choiceButton(text, isPressed, run) {
-    return el('button', { type: 'button', 'aria-pressed': String(isPressed), on: { click: run } },
-        text);
-}
+export { charts } from './charts.js';
+export { lapColours } from './marks.js';
+export { differenceAt, elapsedOf, valueAt } from './overlay.js';
+export { trackMap } from './trackmap.js';
+export { fullRange, listedLaps, setCursor, view } from './view.js';
 
-/** Buttons are made anew when they change, so the one with the focus gets it again. */
-function replaceButtons(container, buttons) {
-    const focused = [...container.children].indexOf(document.activeElement);
-    container.replaceChildren(...buttons);
-    container.children[focused]?.focus();
-}
-
-function showChoices() {
-    const hasTime = view.model.laps.some((lap) => pathOf(lap, 'time').values.length > 1);
-    const hasDistance = view.model.laps.some((lap) => pathOf(lap, 'distance').values.length > 1);
-    replaceButtons(byId('axis'), [['distance', 'Distance', hasDistance], ['time', 'Time', hasTime]]
-        .filter(([, , isThere]) => isThere)
-        .map(([axis, text]) => choiceButton(text, view.axis === axis, () => setAxis(axis))));
-    replaceButtons(byId('channels'), view.model.channels.map((channel) => choiceButton(
-        channel.title, !view.hidden.has(channel.key), () => toggleChannel(channel.key))));
-    byId('units').textContent = view.units === 'driver' ? 'Units: km/h, %' : 'Units: as recorded';
-    byId('theme').textContent = theme() === 'dark' ? 'Light' : 'Dark';
-}
-
-function showLegend() {
-    byId('legend').replaceChildren(...shownLaps().map((lap) => el('span', {}, lapMark(lap),
-        `${lap.label}${lap.time === null ? '' : ` ${formatLapTime(lap.time)}`}`
-        + `${lap === view.reference ? ' (reference)' : ''}`)));
-}
-
-function showPosition() {
-    const slider = byId('position');
-    const { min, max } = view.range ?? charts.fullRange();
-    slider.min = min;
-    slider.max = max;
-    slider.step = (max - min) / 500;
-    slider.value = view.cursor ?? min;
-    const text = view.cursor === null ? '–' : formatPlace(view.cursor);
-    byId('position-text').textContent = text;
-    slider.setAttribute('aria-valuetext', text);
-    byId('reset').hidden = view.range === null;
-}
-
-function showAxisTitle() {
-    byId('axis-title').textContent = axisTitle();
-}
-
-/**
- * The fastest lap, or what was driven longest; with it the best ones of the other files, or else the
- * one next to it.
- */
-function chooseFirstLaps(laps) {
-    const timed = laps.filter((lap) => lap.time !== null && lap.kind === 'timed')
-        .sort((a, b) => a.time - b.time);
-    const first = timed[0] ?? [...laps].sort((a, b) => b.samples - a.samples)[0];
-    const others = timed.filter((lap) => lap !== first && lap.track === first.track);
-    const rivals = others.filter((lap) => lap.best);
-    for (const lap of [first, ...(rivals.length > 0 ? rivals.slice(0, 3) : others.slice(0, 1))])
-        toggleLap(lap);
-}
-
-function connect() {
-    onView('laps', showLapTable);
-    onView('laps axis units channels theme', () => {
+/** Each thing that can change, and everything that shows it. */
+function connectView() {
+    onChange(['laps'], showLapTable);
+    onChange(['laps', 'axis', 'units', 'channels', 'theme'], () => {
         showCharts();
         showMap();
+        showLegend();
     });
-    onView('laps axis units channels theme', showLegend);
-    onView('range', () => {
-        showRange();
-        if (trackMap.lap)
-            drawTrack();
+    onChange(['range'], () => {
+        inNextFrame(drawRange);
+        inNextFrame(drawTrack);
     });
-    onView('cursor', () => {
-        showCursor();
-        drawMapCursor();
+    onChange(['range', 'cursor'], () => {
+        inNextFrame(drawCursor);
+        inNextFrame(drawMapCursor);
     });
-    onView('laps axis range cursor channels', showPosition);
-    onView('axis units channels theme', showChoices);
-    onView('axis laps', showAxisTitle);
-    onView('laps units', showTyres);
-    onView('units', () => {
+    onChange(['laps', 'axis', 'range', 'cursor'], () => inNextFrame(drawPosition));
+    onChange(['axis', 'units', 'channels', 'theme'], showChoices);
+    onChange(['laps', 'axis'], showAxisTitle);
+    onChange(['laps', 'units'], showTyres);
+    onChange(['units'], () => {
         showSessions();
         showLapTable();
         showFuel();
-        showRemarks();
+        showMessages();
     });
+}
 
-    byId('units').addEventListener('click', () => setUnits(view.units === 'driver' ? 'recorded' : 'driver'));
-    byId('theme').addEventListener('click', () => setTheme(theme() === 'dark' ? 'light' : 'dark'));
-    byId('reset').addEventListener('click', () => setRange(null));
-    byId('help-button').addEventListener('click', () => byId('help').showModal());
-    byId('help-close').addEventListener('click', () => byId('help').close());
-    byId('position').addEventListener('input', (event) => setCursor(event.target.valueAsNumber));
-    for (const type of ['pointermove', 'pointerdown'])
-        byId('map-cursor').addEventListener(type, pointAtMap);
+function connectWindow() {
+    const cursor = byId('map-cursor');
+    cursor.addEventListener('pointermove', pointAtMap);
+    cursor.addEventListener('pointerdown', pointAtMap);
     const isPrinted = matchMedia('print');
     new ResizeObserver(() => {
         if (!isPrinted.matches)
@@ -108,13 +63,12 @@ function connect() {
         if (!isPrinted.matches)
             showMap();
     });
-    addKeys();
 }
 
 /** Paper is white and narrow, whatever the screen is. */
-function addPrinting() {
+function connectPrinter() {
     const paperWidth = 680;
-    let shownTheme = null;
+    let shownTheme = theme();
     addEventListener('beforeprint', () => {
         shownTheme = theme();
         charts.squeeze = 0.72; // all usual charts on one sheet of A4
@@ -128,32 +82,34 @@ function addPrinting() {
     });
 }
 
+/** @param {unknown} error */
+function showTrouble(error) {
+    const reason = error instanceof Error ? error.message : String(error);
+    byId('trouble').textContent = `This report cannot be shown: ${reason}. `
+        + 'It needs a browser from 2023 or later.';
+    byId('trouble').hidden = false;
+}
+
 async function main() {
-    const dark = matchMedia('(prefers-color-scheme: dark)');
-    document.documentElement.dataset.theme = dark.matches ? 'dark' : 'light';
-    dark.addEventListener('change', () => setTheme(dark.matches ? 'dark' : 'light'));
-    try {
-        view.model = await readModel(JSON.parse(byId('data').textContent));
-    } catch (error) {
-        byId('trouble').textContent = `This report cannot be shown: ${error.message}. `
-            + 'It needs a browser of 2023 or later.';
-        byId('trouble').hidden = false;
-        return;
-    }
-    const { laps } = view.model;
-    if (!laps.some((lap) => pathOf(lap, 'distance').values.length > 1))
+    followSystemTheme();
+    view.model = await readModel(JSON.parse(byId('data').textContent ?? ''));
+    if (!hasAxis('distance'))
         view.axis = 'time';
-    connect();
+    connectView();
+    connectToolbar();
+    connectWindow();
+    addKeys();
     byId('page').hidden = false;
     showSessions();
     showFuel();
-    showRemarks();
+    showMessages();
     showChoices();
-    chooseFirstLaps(laps);
-    const { min, max } = charts.fullRange();
+    for (const lap of firstLaps(view.model.laps))
+        toggleLap(lap);
+    const { min, max } = fullRange();
     setCursor((min + max) / 2);
-    addPrinting();
-    document.documentElement.dataset.ready = 'true';
+    connectPrinter();
+    inNextFrame(() => { document.documentElement.dataset.ready = 'true'; });
 }
 
-main();
+main().catch(showTrouble);

@@ -1,7 +1,10 @@
-'use strict';
+// What the page shows: sessions, laps and channels, made from the data that zepimport wrote.
 
-// What the page shows: sessions, laps and channels, as the program wrote them.
+import { SampleReader, unpackedBytes } from './samples.js';
 
+/** @import { Lap, LapData, Model, ReportData, Session } from './types.js' */
+
+/** @type {Record<string, string>} */
 const channelTitles = {
     speed: 'Speed',
     throttle: 'Throttle',
@@ -11,97 +14,78 @@ const channelTitles = {
     steeringwheelangle: 'Steering',
 };
 
-/** The bytes behind `base64`, unpacked. */
-async function unpackedBytes(base64) {
-    if (base64 === '') // nothing at all was recorded
-        return new Uint8Array();
-    const text = atob(base64);
-    const bytes = new Uint8Array(text.length);
-    for (let i = 0; i < bytes.length; ++i)
-        bytes[i] = text.charCodeAt(i);
-    const stream = new Blob([bytes]).stream().pipeThrough(new DecompressionStream('deflate'));
-    return new Uint8Array(await new Response(stream).arrayBuffer());
+/**
+ * "A" for the first file, "B" for the second; "27" after "Z".
+ * @param {number} index
+ */
+export function fileLetter(index) {
+    return index < 26 ? String.fromCharCode(65 + index) : String(index + 1);
 }
 
-/** Reads the packed samples of one channel after the other; see docs/report.md. */
-class SampleReader {
-    constructor(bytes) {
-        this.bytes = bytes;
-        this.place = 0;
-    }
-
-    number() {
-        let number = 0;
-        for (let weight = 1; ; weight *= 128) {
-            const byte = this.bytes[this.place++];
-            if (byte === undefined)
-                throw new Error('the samples of this report end too early');
-            number += (byte & 127) * weight;
-            if (byte < 128)
-                return number;
-        }
-    }
-
-    /** The samples of `channel` in a lap of `count` ticks, NaN for the missing ones. */
-    samples(channel, count) {
-        const samples = new Float64Array(count);
-        let steps = 0;
-        for (let i = 0; i < count; ++i) {
-            const number = this.number();
-            if (number === 0) {
-                samples[i] = NaN;
-                continue;
-            }
-            steps += number % 2 === 1 ? (number - 1) / 2 : -number / 2;
-            samples[i] = channel.base + channel.step * steps;
-        }
-        return samples;
-    }
-
-    /** The samples of `channel` in each of `laps`. */
-    laps(channel, laps) {
-        return laps.map((lap) => this.samples(channel, lap.samples));
-    }
-}
-
-/** "#3"; with several files "B3", a letter for each file. */
-function lapLabel(lap, sessions) {
+/**
+ * "#3"; with several files "B3", a letter for each file, or "27:3" when letters have run out.
+ * @param {LapData} lap
+ * @param {Session[]} sessions
+ */
+export function lapLabel(lap, sessions) {
     if (sessions.length === 1)
         return `#${lap.number}`;
-    const letter = lap.session < 26 ? String.fromCharCode(65 + lap.session) : `${lap.session + 1}:`;
-    return letter + lap.number;
+    return `${fileLetter(lap.session)}${lap.session < 26 ? '' : ':'}${lap.number}`;
 }
 
-/** The model of the page from its `data`. */
-async function readModel(data) {
+/**
+ * The model of the page from its `data`.
+ * @param {ReportData} data
+ * @returns {Promise<Model>}
+ */
+export async function readModel(data) {
     const reader = new SampleReader(await unpackedBytes(data.samples));
-    const { sessions, laps } = data;
+    const { sessions } = data;
     const [distance, time, latitude, longitude] = data.places.map(
-        (channel) => reader.laps(channel, laps));
+        (channel) => reader.laps(channel, data.laps));
     const channels = data.channels.map((channel) => ({
         ...channel,
         title: channelTitles[channel.name] ?? channel.name,
         key: (channel.calculated ? 'calculated ' : '') + channel.name,
-        laps: reader.laps(channel, laps),
+        laps: reader.laps(channel, data.laps),
     }));
-    const trackLengths = new Map(); // one line for all laps of a track, though measured by each file
-    laps.forEach((lap, index) => {
+    // Each file measures its track. Laps of one track share one length, so they end at one line.
+    /** @type {Map<string, number | null>} */
+    const trackLengths = new Map();
+    const laps = data.laps.map((lap, index) => {
         const session = sessions[lap.session];
         const track = `${session.track}\n${session.configuration}`;
         if (!trackLengths.has(track))
             trackLengths.set(track, session.trackLength);
-        Object.assign(lap, {
+        return {
+            ...lap,
             index,
             label: lapLabel(lap, sessions),
             track,
-            trackLength: trackLengths.get(track),
+            trackLength: trackLengths.get(track) ?? null,
             ticks: {
                 distance: distance[index],
                 time: time[index],
                 latitude: latitude[index],
                 longitude: longitude[index],
             },
-        });
+            slot: 0,
+            paths: {},
+        };
     });
     return { sessions, laps, channels };
+}
+
+/**
+ * The laps to draw first: the fastest, or the longest if none has a time, and with it the best laps
+ * of up to three other files, or the next fastest lap.
+ * @param {Lap[]} laps at least one
+ */
+export function firstLaps(laps) {
+    const timed = laps.filter((lap) => lap.time !== null && lap.kind === 'timed')
+        .sort((a, b) => Number(a.time) - Number(b.time));
+    const first = timed[0] ?? [...laps].sort((a, b) => b.samples - a.samples)[0];
+    const others = timed.filter((lap) => lap !== first && lap.track === first.track);
+    const rivals = others.filter((lap) => lap.best);
+    return [first, ...(rivals.length > 0 ? rivals.slice(0, 3) : others.slice(0, 1))];
 }

@@ -1,9 +1,14 @@
-'use strict';
-
 // Laps laid over each other: samples by distance or time, and the time between two laps.
 
-/** Of a tick without a distance there is no place on the lap; nor of one that does not go on. */
+/** @import { Axis, Elapsed, Lap, Path, Samples } from './types.js' */
+
+/**
+ * The ticks at which `values` rise above all before. Others have no place on the lap.
+ * @param {Float64Array} values
+ * @returns {Path}
+ */
 function risingPath(values) {
+    /** @type {number[]} */
     const ticks = [];
     let last = -Infinity;
     values.forEach((value, tick) => {
@@ -15,15 +20,21 @@ function risingPath(values) {
     return { ticks, values: ticks.map((tick) => values[tick]) };
 }
 
-/** The ticks of `lap` that get on over `axis`, "distance" or "time". */
-function pathOf(lap, axis) {
-    lap.paths ??= {};
-    lap.paths[axis] ??= risingPath(lap.ticks[axis]);
-    return lap.paths[axis];
+/**
+ * The ticks of `lap` at which it moves on along `axis`.
+ * @param {Lap} lap
+ * @param {Axis} axis
+ */
+export function pathOf(lap, axis) {
+    return lap.paths[axis] ??= risingPath(lap.ticks[axis]);
 }
 
-/** Index of the last of the rising `values` that is at most `value`; -1 if there is none. */
-function floorIndex(values, value) {
+/**
+ * Index of the last of the rising `values` that is at most `value`; -1 if there is none.
+ * @param {number[]} values
+ * @param {number} value
+ */
+export function floorIndex(values, value) {
     let low = -1;
     let high = values.length;
     while (high - low > 1) {
@@ -36,8 +47,23 @@ function floorIndex(values, value) {
     return low;
 }
 
-/** `ys` over the rising `xs` at `x`, on the straight line between neighbours; null outside. */
-function valueAt(xs, ys, x) {
+/**
+ * Index of the one of the rising `values` that is nearest to `value`; 0 if there are none.
+ * @param {number[]} values
+ * @param {number} value
+ */
+export function nearestIndex(values, value) {
+    const i = Math.max(0, floorIndex(values, value));
+    return i + 1 < values.length && values[i + 1] - value < value - values[i] ? i + 1 : i;
+}
+
+/**
+ * `ys` over the rising `xs` at `x`, on a straight line between neighbours; null outside.
+ * @param {number[]} xs
+ * @param {number[]} ys
+ * @param {number} x
+ */
+export function valueAt(xs, ys, x) {
     const i = floorIndex(xs, x);
     if (i < 0)
         return null;
@@ -48,9 +74,16 @@ function valueAt(xs, ys, x) {
     return ys[i] + (ys[i + 1] - ys[i]) * (x - xs[i]) / (xs[i + 1] - xs[i]);
 }
 
-/** Samples of a lap at the places of `grid`; whole numbers, as gears, change at their tick. */
-function resampled(samples, path, grid, whole) {
+/**
+ * Samples of a lap at the places of `grid`. Whole numbers, such as gears, change at their tick.
+ * @param {Float64Array} samples
+ * @param {Path} path
+ * @param {number[]} grid
+ * @param {boolean} whole
+ */
+export function resampled(samples, path, grid, whole) {
     const { ticks, values } = path;
+    /** @type {Samples} */
     const result = new Array(grid.length).fill(null);
     let i = 0;
     grid.forEach((x, place) => {
@@ -68,21 +101,32 @@ function resampled(samples, path, grid, whole) {
 }
 
 /**
- * The time since the line over the distance, as two arrays that also hold the line at both ends: a
- * lap starts and ends between two ticks, and is taken to go on as at the nearest ones.
+ * Distances and times of the ticks of `lap` that have both.
+ * @param {Lap} lap
+ * @returns {Elapsed}
  */
-function elapsedOf(lap) {
-    if (lap.elapsed)
-        return lap.elapsed;
+function measuredElapsed(lap) {
     const { ticks, values } = pathOf(lap, 'distance');
-    const distances = [];
-    const times = [];
+    /** @type {Elapsed} */
+    const elapsed = { distances: [], times: [] };
     ticks.forEach((tick, i) => {
         if (!Number.isNaN(lap.ticks.time[tick])) {
-            distances.push(values[i]);
-            times.push(lap.ticks.time[tick]);
+            elapsed.distances.push(values[i]);
+            elapsed.times.push(lap.ticks.time[tick]);
         }
     });
+    return elapsed;
+}
+
+/**
+ * The time since the line by distance, including the line at both ends: a lap starts and ends
+ * between two ticks, and the speed there is taken from the nearest ticks.
+ * @param {Lap} lap
+ */
+export function elapsedOf(lap) {
+    if (lap.elapsed)
+        return lap.elapsed;
+    const { distances, times } = measuredElapsed(lap);
     if (distances.length > 1) {
         if (lap.fromLine && distances[0] > 0) {
             distances.unshift(0);
@@ -90,31 +134,41 @@ function elapsedOf(lap) {
         }
         const last = distances.length - 1;
         const step = distances[last] - distances[last - 1];
-        const left = lap.trackLength - distances[last];
+        const end = lap.trackLength ?? 0;
+        const left = end - distances[last];
         if (lap.completed && left > 0 && left < 2 * step) {
             times.push(times[last] + (times[last] - times[last - 1]) * left / step);
-            distances.push(lap.trackLength);
+            distances.push(end);
         }
     }
     lap.elapsed = { distances, times };
     return lap.elapsed;
 }
 
-/** Why there is no time difference between `lap` and `reference`; null if there is one. */
-function differenceObstacle(lap, reference) {
+/**
+ * Why there is no time difference between `lap` and `reference`; null if there is one.
+ * @param {Lap} lap
+ * @param {Lap} reference
+ */
+export function differenceObstacle(lap, reference) {
     if (lap.track !== reference.track)
-        return 'another track';
+        return 'the laps are on different tracks';
     for (const one of [lap, reference]) {
         if (elapsedOf(one).distances.length < 2)
-            return `${one.label} has no distance or no time`;
+            return `${one.label} has no distances or no times`;
         if (!one.fromLine)
-            return `${one.label} does not start at the line`;
+            return `${one.label} does not start at the start/finish line`;
     }
     return null;
 }
 
-/** Seconds that `lap` is behind `reference` at `distance`; null where one of them was not. */
-function differenceAt(lap, reference, distance) {
+/**
+ * Seconds that `lap` is behind `reference` at `distance`; null where one of them was not.
+ * @param {Lap} lap
+ * @param {Lap} reference
+ * @param {number} distance
+ */
+export function differenceAt(lap, reference, distance) {
     const one = elapsedOf(lap);
     const other = elapsedOf(reference);
     const time = valueAt(one.distances, one.times, distance);
@@ -122,8 +176,15 @@ function differenceAt(lap, reference, distance) {
     return time === null || referenceTime === null ? null : time - referenceTime;
 }
 
-/** differenceAt() at the places of `grid`, which are those of `lap` over `axis`. */
-function differences(lap, reference, grid, axis) {
+/**
+ * differenceAt() at the places of `grid`, which are those of `lap` along `axis`.
+ * @param {Lap} lap
+ * @param {Lap} reference
+ * @param {number[]} grid
+ * @param {Axis} axis
+ * @returns {Samples}
+ */
+export function differences(lap, reference, grid, axis) {
     if (differenceObstacle(lap, reference) !== null)
         return grid.map(() => null);
     if (axis === 'distance')
@@ -135,14 +196,21 @@ function differences(lap, reference, grid, axis) {
     });
 }
 
-/** The least of 1, 2, 5, 10, 20... times a power of ten that is at least `size`. */
-function niceStep(size) {
+/**
+ * The smallest of 1, 2, 5, 10, 20... times a power of ten that is at least `size`.
+ * @param {number} size
+ */
+export function niceStep(size) {
     const power = 10 ** Math.floor(Math.log10(size));
-    return [1, 2, 5, 10].map((digit) => digit * power).find((step) => step >= size * 0.999999);
+    return power * ([1, 2, 5].find((digit) => digit * power >= size * 0.999999) ?? 10);
 }
 
-/** Places to show `laps` at: rising, evenly spaced, from where any starts to where any ends. */
-function commonGrid(laps, axis) {
+/**
+ * The places at which `laps` are shown: rising, evenly spaced, from the first start to the last end.
+ * @param {Lap[]} laps
+ * @param {Axis} axis
+ */
+export function commonGrid(laps, axis) {
     let start = Infinity;
     let end = -Infinity;
     for (const lap of laps) {
@@ -159,6 +227,7 @@ function commonGrid(laps, axis) {
         return [];
     const places = 8000; // finer than any screen, and than most recordings
     const step = niceStep((end - start) / places);
+    /** @type {number[]} */
     const grid = [];
     for (let i = Math.ceil(start / step); i * step < end; ++i)
         grid.push(i * step);

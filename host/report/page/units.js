@@ -1,7 +1,10 @@
-'use strict';
+// Quantities in the units that drivers know, or in those that were recorded.
 
-// Units as drivers know them, beside those that were recorded.
+import { fixed } from './numbers.js';
 
+/** @import { Quantity, UnitSystem } from './types.js' */
+
+/** @type {Record<string, { unit: string, factor: number }>} */
 const driverUnits = {
     'm/s': { unit: 'km/h', factor: 3.6 },
     'm/s^2': { unit: 'm/s²', factor: 1 },
@@ -12,58 +15,64 @@ const driverUnits = {
     'pu': { unit: '%', factor: 100 },
     'C': { unit: '°C', factor: 1 },
     'N*m': { unit: 'N·m', factor: 1 },
-    'l': { unit: 'l', factor: 1 },
 };
 
-/** The unit that `unit` is shown in, and what a number in `unit` is multiplied by for it. */
-function shownUnit(unit) {
-    if (view.units === 'driver' && Object.hasOwn(driverUnits, unit))
+/**
+ * The unit in which `system` shows numbers recorded in `unit`, and the factor to multiply them by.
+ * @param {string} unit
+ * @param {UnitSystem} system
+ */
+export function shownUnit(unit, system) {
+    if (system === 'driver' && Object.hasOwn(driverUnits, unit))
         return driverUnits[unit];
     return { unit, factor: 1 };
 }
 
-/** "(km/h)" behind the name of a quantity; nothing for one without a unit. */
-function unitLabel(unit) {
-    const shown = shownUnit(unit).unit;
-    return shown ? ` (${shown})` : '';
+/**
+ * The unit in which the first known one of `quantities` is shown; "" if none is known.
+ * @param {(Quantity | null)[]} quantities
+ * @param {UnitSystem} system
+ */
+export function shownUnitOf(quantities, system) {
+    const known = quantities.find((quantity) => quantity !== null);
+    return known ? shownUnit(known.unit, system).unit : '';
 }
 
-/** `number` with a proper minus, and none for what rounds to zero. */
-function fixed(number, decimals) {
-    const text = Math.abs(number).toFixed(decimals);
-    return number < 0 && Number(text) !== 0 ? `−${text}` : text;
+/**
+ * The number alone, as in "40.8"; "–" for null.
+ * @param {Quantity | null} quantity
+ * @param {UnitSystem} system
+ * @param {number} decimals
+ */
+export function formatNumber(quantity, system, decimals) {
+    return quantity ? fixed(quantity.value * shownUnit(quantity.unit, system).factor, decimals) : '–';
 }
 
-/** Decimals that show four digits of numbers up to `greatest`. */
-function decimalsFor(greatest) {
-    return greatest > 0 ? Math.min(6, Math.max(0, 3 - Math.floor(Math.log10(greatest)))) : 0;
-}
-
-/** "40.8 km/h", "–" for null. Without `decimals` as many as there are, in five digits. */
-function formatQuantity(quantity, decimals) {
+/**
+ * "40.8 km/h", "–" for null. Without `decimals`, up to five digits and no trailing zeros.
+ * @param {Quantity | null | undefined} quantity
+ * @param {UnitSystem} system
+ * @param {number} [decimals]
+ */
+export function formatQuantity(quantity, system, decimals) {
     if (!quantity || !Number.isFinite(quantity.value))
         return '–';
-    const shown = shownUnit(quantity.unit);
-    const value = quantity.value * shown.factor;
+    const { unit, factor } = shownUnit(quantity.unit, system);
+    const value = quantity.value * factor;
     const text = decimals === undefined
         ? String(Number(value.toPrecision(5))).replace('-', '−') : fixed(value, decimals);
-    return shown.unit ? `${text} ${shown.unit}` : text;
+    return unit ? `${text} ${unit}` : text;
 }
 
-/** Seconds as "1:05.123", "–" for null. */
-function formatLapTime(seconds) {
-    if (seconds === null)
-        return '–';
-    const milliseconds = Math.round(seconds * 1000);
-    const minutes = Math.floor(milliseconds / 60000);
-    const rest = ((milliseconds % 60000) / 1000).toFixed(3).padStart(6, '0');
-    if (minutes < 60)
-        return `${minutes}:${rest}`;
-    return `${Math.floor(minutes / 60)}:${String(minutes % 60).padStart(2, '0')}:${rest}`;
-}
-
-/** Seconds as "+0.156"; "0.000" for none. */
-function formatGap(seconds) {
-    const text = fixed(seconds, 3);
-    return Number(text) > 0 ? `+${text}` : text;
+/**
+ * The average of `quantities`, which share a unit; null if one of them is missing.
+ * @param {(Quantity | null)[]} quantities
+ * @returns {Quantity | null}
+ */
+export function averageQuantity(quantities) {
+    const known = quantities.filter((quantity) => quantity !== null);
+    if (known.length === 0 || known.length < quantities.length)
+        return null;
+    const sum = known.reduce((total, quantity) => total + quantity.value, 0);
+    return { value: sum / known.length, unit: known[0].unit };
 }

@@ -1,36 +1,71 @@
-'use strict';
+// What is shown at the moment. Functions that change it tell those who listen; nothing here draws.
 
-// What is being looked at. Everybody who changes it says so, and everybody who shows it listens.
+import { commonGrid, elapsedOf, valueAt } from './overlay.js';
 
-const lapColours = 7; // of the style sheet: --lap-0 to --lap-6
-const lapDashes = [[], [7, 4], [2, 3]]; // for laps beyond the colours
+/** @import { Axis, Lap, Model, Stretch, UnitSystem } from './types.js' */
+/** @typedef {'laps' | 'axis' | 'range' | 'cursor' | 'units' | 'channels' | 'theme'} Aspect */
 
-const view = {
-    model: null,
-    drawn: [], // laps, in the order in which they were chosen
-    reference: null, // the lap that others are compared with, or null
-    axis: 'distance', // or 'time'
-    range: null, // { min, max } of the axis; null for everything
-    cursor: null, // place on the axis, or null
-    units: 'driver', // or 'recorded'
-    hidden: new Set(), // keys of channels without a chart
+export const view = {
+    /** @type {Model} */
+    model: { sessions: [], laps: [], channels: [] },
+    /** In the order in which they were chosen. @type {Lap[]} */
+    drawn: [],
+    /** The lap that others are compared with. @type {Lap | null} */
+    reference: null,
+    /** @type {Axis} */
+    axis: 'distance',
+    /** Places on the axis for which every chart has a value, rising. @type {number[]} */
+    grid: [],
+    /** The stretch of the axis that is shown; null for everything. @type {Stretch | null} */
+    range: null,
+    /** A place on the axis. @type {number | null} */
+    cursor: null,
+    /** @type {UnitSystem} */
+    units: 'driver',
+    /** Keys of the channels without a chart. @type {Set<string>} */
+    hidden: new Set(),
 };
 
-const viewListeners = {};
+/** @type {Map<Aspect, (() => void)[]>} */
+const listeners = new Map();
 
-/** Calls `listener` when `aspect` has changed: laps, axis, range, cursor, units, channels, theme. */
-function onView(aspects, listener) {
-    for (const aspect of aspects.split(' '))
-        (viewListeners[aspect] ??= []).push(listener);
+/**
+ * Calls `listener` whenever one of `aspects` has changed.
+ * @param {Aspect[]} aspects
+ * @param {() => void} listener
+ */
+export function onChange(aspects, listener) {
+    for (const aspect of aspects)
+        listeners.set(aspect, [...listeners.get(aspect) ?? [], listener]);
 }
 
-function tellView(aspect) {
-    for (const listener of viewListeners[aspect] ?? [])
+/**
+ * Tells the listeners that `aspect` has changed.
+ * @param {Aspect} aspect
+ */
+export function changed(aspect) {
+    if (aspect === 'laps' || aspect === 'axis')
+        view.grid = commonGrid(view.drawn, view.axis);
+    for (const listener of listeners.get(aspect) ?? [])
         listener();
 }
 
-/** Lays `lap` over the others, with the first colour that none of them has; or takes it away. */
-function toggleLap(lap) {
+/** All of the axis. */
+export function fullRange() {
+    const { grid } = view;
+    return grid.length > 0 ? { min: grid[0], max: grid[grid.length - 1] } : { min: 0, max: 1 };
+}
+
+/** The stretch of the axis that is shown. */
+export function shownRange() {
+    return view.range ?? fullRange();
+}
+
+/**
+ * Shows `lap`, with the first colour that no other drawn lap has; or hides it.
+ * @param {Lap} lap
+ */
+export function toggleLap(lap) {
     if (view.drawn.includes(lap)) {
         view.drawn = view.drawn.filter((drawn) => drawn !== lap);
         if (view.reference === lap)
@@ -43,105 +78,110 @@ function toggleLap(lap) {
         view.drawn = [...view.drawn, lap];
         view.reference ??= lap;
     }
-    tellView('laps');
+    changed('laps');
 }
 
-/** Compares with `lap`, which is drawn then. */
-function setReference(lap) {
+/**
+ * Compares the other laps with `lap`, which is drawn then.
+ * @param {Lap} lap
+ */
+export function setReference(lap) {
     view.reference = lap;
     if (view.drawn.includes(lap))
-        tellView('laps');
+        changed('laps');
     else
         toggleLap(lap);
 }
 
-/** The drawn laps as they are shown everywhere: the reference first. */
-function shownLaps() {
-    return [...view.drawn].sort((a, b) => (b === view.reference) - (a === view.reference));
+/** The drawn laps in the order in which they are listed: the reference first. */
+export function listedLaps() {
+    return [...view.drawn].sort((a, b) => Number(b === view.reference) - Number(a === view.reference));
 }
 
-/** Name of the style sheet's colour of a drawn `lap`. */
-function lapColourName(lap) {
-    return lap === view.reference ? '--lap-reference' : `--lap-${lap.slot % lapColours}`;
+/** The drawn laps in the order in which they are painted: the reference last, on top of the others. */
+export function paintedLaps() {
+    return listedLaps().reverse();
 }
 
-function lapColour(lap) {
-    return styleValue(lapColourName(lap));
-}
-
-function lapDash(lap) {
-    const dash = lap === view.reference ? 0 : Math.floor(lap.slot / lapColours);
-    return lapDashes[dash % lapDashes.length];
-}
-
-/** A small sign in the colour of `lap`. */
-function lapMark(lap) {
-    const mark = el('span', { class: 'mark', 'aria-hidden': 'true' });
-    mark.style.setProperty('--mark', `var(${lapColourName(lap)})`);
-    return mark;
-}
-
-/** Shows the same stretch and place of the reference lap over the other axis. */
-function setAxis(axis) {
+/**
+ * Shows the same stretch and place of the reference lap along the other axis.
+ * @param {Axis} axis
+ */
+export function setAxis(axis) {
     if (axis === view.axis)
         return;
-    const { distances, times } = view.reference ? elapsedOf(view.reference) : { distances: [], times: [] };
+    const { distances, times } = view.reference ? elapsedOf(view.reference)
+        : { distances: [], times: [] };
+    /** @param {number} place */
     const moved = (place) => (axis === 'time' ? valueAt(distances, times, place)
         : valueAt(times, distances, place));
-    const range = view.range && { min: moved(view.range.min), max: moved(view.range.max) };
+    const min = view.range && moved(view.range.min);
+    const max = view.range && moved(view.range.max);
     view.axis = axis;
-    view.range = range && range.min !== null && range.max !== null ? range : null;
+    view.range = min !== null && max !== null ? { min, max } : null;
     view.cursor = view.cursor === null ? null : moved(view.cursor);
-    tellView('axis');
+    changed('axis');
 }
 
-/** Shows the stretch from `min` to `max` only; null for everything. */
-function setRange(range) {
-    const { min, max } = charts.fullRange();
+/**
+ * Shows `range` only, as far as there is something to show; null for everything.
+ * @param {Stretch | null} range
+ */
+export function setRange(range) {
+    view.range = null;
     if (range) {
-        const width = Math.min(max - min, Math.max((max - min) / 2000, range.max - range.min));
+        const { min, max } = fullRange();
+        const least = (max - min) / 2000;
+        const width = Math.min(max - min, Math.max(least, range.max - range.min));
         const start = Math.min(Math.max(range.min, min), max - width);
-        range = width < max - min ? { min: start, max: start + width } : null;
+        if (width < max - min)
+            view.range = { min: start, max: start + width };
     }
-    view.range = range;
-    tellView('range');
+    changed('range');
 }
 
-/** Makes the shown stretch `factor` times as long; what is at `place` stays where it is. */
-function zoomBy(factor, place) {
-    const { min, max } = view.range ?? charts.fullRange();
+/**
+ * Shows a stretch that is `factor` times as long; what is at `place` stays where it is.
+ * @param {number} factor
+ * @param {number} place
+ */
+export function zoomBy(factor, place) {
+    const { min, max } = shownRange();
     setRange({ min: place - (place - min) * factor, max: place + (max - place) * factor });
 }
 
-function panBy(fraction) {
-    const { min, max } = view.range ?? charts.fullRange();
+/**
+ * Moves the shown stretch by `fraction` of its length.
+ * @param {number} fraction
+ */
+export function panBy(fraction) {
+    const { min, max } = shownRange();
     const shift = (max - min) * fraction;
     setRange({ min: min + shift, max: max + shift });
 }
 
-function setCursor(place) {
-    const { min, max } = charts.fullRange();
+/**
+ * Moves the cursor to `place`, or to the nearest place on the axis.
+ * @param {number} place
+ */
+export function setCursor(place) {
+    const { min, max } = fullRange();
     view.cursor = Math.min(max, Math.max(min, place));
-    tellView('cursor');
+    changed('cursor');
 }
 
-function setUnits(units) {
+/** @param {UnitSystem} units */
+export function setUnits(units) {
     view.units = units;
-    tellView('units');
+    changed('units');
 }
 
-function toggleChannel(key) {
+/**
+ * Shows or hides the chart of the channel called `key`.
+ * @param {string} key
+ */
+export function toggleChannel(key) {
     if (!view.hidden.delete(key))
         view.hidden.add(key);
-    tellView('channels');
-}
-
-/** "light" or "dark". */
-function setTheme(theme) {
-    document.documentElement.dataset.theme = theme;
-    tellView('theme');
-}
-
-function theme() {
-    return document.documentElement.dataset.theme;
+    changed('channels');
 }

@@ -1,15 +1,16 @@
-'use strict';
-
 // Pages of `zepimport report`, written by the real program and opened in a real browser.
 
-const assert = require('node:assert');
-const { execFileSync } = require('node:child_process');
-const fs = require('node:fs');
-const os = require('node:os');
-const path = require('node:path');
-const { after, before } = require('node:test');
-const { pathToFileURL } = require('node:url');
-const { chromium } = require('playwright-core');
+import assert from 'node:assert';
+import { execFileSync } from 'node:child_process';
+import fs from 'node:fs';
+import { createRequire } from 'node:module';
+import os from 'node:os';
+import path from 'node:path';
+import { after, before } from 'node:test';
+import { pathToFileURL } from 'node:url';
+
+/** Found through NODE_PATH, which import does not look at. @type {import('playwright-core')} */
+const { chromium } = createRequire(import.meta.url)('playwright-core');
 
 const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'report-'));
 process.on('exit', () => fs.rmSync(folder, { recursive: true }));
@@ -37,7 +38,7 @@ function demoRecording(name, args = []) {
     return name;
 }
 
-/** A lap sheet called `name` that holds `lines`; tests/fakeplugin/ says what they mean. */
+/** A lap sheet called `name` that contains `lines`; tests/fakeplugin/ says what they mean. */
 function lapSheet(name, lines) {
     fs.writeFileSync(path.join(folder, name), `${lines.join('\n')}\n`);
     return name;
@@ -79,9 +80,21 @@ async function withPage(file, options, use) {
     }
 }
 
-/** What stands beside the chart called `key` at the cursor, the reference lap first. */
+/** Waits until the page has drawn what changed: that happens once a frame. */
+async function drawn(page) {
+    await page.evaluate(() => new Promise((resolve) => { requestAnimationFrame(resolve); }));
+}
+
+/** The values above the chart called `key` at the cursor, the reference lap first. */
 async function readings(page, key) {
+    await drawn(page);
     return page.locator(`[data-chart="${key}"] .reading`).allTextContents();
+}
+
+/** Where the page says that the cursor is. */
+async function positionText(page) {
+    await drawn(page);
+    return page.locator('#position-text').innerText();
 }
 
 /** The number that a text of the page shows. */
@@ -89,6 +102,6 @@ function numberOf(text) {
     return Number(text.replace('−', '-').replace('+', ''));
 }
 
-module.exports = {
-    demoRecording, lapSheet, numberOf, readings, withPage, writeReport, zepimport,
+export {
+    demoRecording, drawn, lapSheet, numberOf, positionText, readings, withPage, writeReport, zepimport,
 };

@@ -1,8 +1,8 @@
-'use strict';
-
-const assert = require('node:assert');
-const { test } = require('node:test');
-const { demoRecording, numberOf, readings, withPage, writeReport, zepimport } = require('./browser.js');
+import assert from 'node:assert';
+import { test } from 'node:test';
+import {
+    demoRecording, drawn, numberOf, positionText, readings, withPage, writeReport, zepimport,
+} from './browser.js';
 
 const recording = demoRecording('demo.ibt', ['--laps', '3', '--stints', '2']);
 const report = writeReport([recording], ['--channels', 'lfpressure']);
@@ -12,9 +12,9 @@ const best = laps.find((lap) => lap.best);
 
 const tall = { viewport: { width: 1280, height: 2400 } }; // pictures do not scroll it
 
-/** The colours of the laps in the chart of speed. */
+/** The colours of the laps in the chart of speed, in the order in which they are painted. */
 async function drawnSeries(page) {
-    return page.evaluate(() => charts.list.find(({ chart }) => chart.key === 'speed').plot.series
+    return page.evaluate(() => report.charts.list.find(({ chart }) => chart.key === 'speed').plot.series
         .slice(1).map((series) => series.stroke()));
 }
 
@@ -32,15 +32,15 @@ test('starts with the best lap and the one next to it', () => withPage(report, {
     ['difference', 'speed', 'throttle', 'brake', 'gear', 'rpm', 'steeringwheelangle', 'lfpressure']);
 }));
 
-test('a click on a lap draws it, and another takes it away', () => withPage(report, {}, async (page) => {
+test('a click on a lap shows it, and another click hides it', () => withPage(report, {}, async (page) => {
     const hidden = [...timed].sort((a, b) => b.time - a.time)[0];
     const before = await drawnSeries(page);
     const pixels = () => page.locator('[data-chart="speed"] canvas').screenshot();
     const picture = await pixels();
     await lapRow(page, hidden).locator('td').nth(2).click();
-    const drawn = await drawnSeries(page);
-    assert.strictEqual(drawn.length, before.length + 1);
-    assert.strictEqual(new Set(drawn).size, drawn.length, 'every lap has a colour of its own');
+    const series = await drawnSeries(page);
+    assert.strictEqual(series.length, before.length + 1);
+    assert.strictEqual(new Set(series).size, series.length, 'every lap has a colour of its own');
     assert.ok(await lapRow(page, hidden).locator('input[type=checkbox]').isChecked());
     assert.notDeepStrictEqual(await pixels(), picture);
     await lapRow(page, hidden).locator('td').nth(2).click();
@@ -56,14 +56,14 @@ test('every lap can be drawn at once, or none', () => withPage(report, {}, async
     assert.match(await page.locator('#charts').innerText(), /Choose a lap/);
 }));
 
-test('the time difference at the line is that of the lap times', () => withPage(report, {}, async (page) => {
+test('the time difference at the finish line is that of the lap times', () => withPage(report, {}, async (page) => {
     for (const lap of timed.filter((one) => !one.best)) {
         if (!await lapRow(page, lap).locator('input[type=checkbox]').isChecked())
             await lapRow(page, lap).locator('td').nth(2).click();
     }
     await page.keyboard.press('>');
     const shown = (await readings(page, 'difference')).map(numberOf);
-    const order = await page.evaluate(() => shownLaps().map((lap) => lap.number));
+    const order = await page.evaluate(() => report.listedLaps().map((lap) => lap.number));
     assert.strictEqual(shown.length, timed.length);
     order.forEach((number, i) => {
         const lap = laps.find((one) => one.number === number);
@@ -77,10 +77,10 @@ test('the time difference at the line is that of the lap times', () => withPage(
     assert.ok(Math.abs(numberOf((await readings(page, 'difference'))[last]) - shown[last]) < 1 / 60);
 }));
 
-test('another reference turns the difference round', () => withPage(report, {}, async (page) => {
+test('another reference turns the difference around', () => withPage(report, {}, async (page) => {
     await page.keyboard.press('>');
     const [, before] = (await readings(page, 'difference')).map(numberOf);
-    const number = await page.evaluate(() => shownLaps()[1].number);
+    const number = await page.evaluate(() => report.listedLaps()[1].number);
     await lapRow(page, { number }).locator('input[type=radio]').check();
     const [reference, after] = (await readings(page, 'difference')).map(numberOf);
     assert.strictEqual(reference, 0);
@@ -92,13 +92,15 @@ test('the cursor is the same in all charts and on the map', () => withPage(repor
     const map = () => page.locator('#map-cursor').screenshot();
     const at = async (part) => {
         await page.mouse.move(plot.x + plot.width * part, plot.y + plot.height / 2);
+        await drawn(page);
         const lines = await page.locator('.u-cursor-x').evaluateAll(
             (elements) => elements.map((line) => line.getBoundingClientRect().left));
         assert.ok(Math.max(...lines) - Math.min(...lines) <= 1, `${lines}`);
         const wanted = plot.x + plot.width * part;
         assert.ok(Math.abs(lines[0] - wanted) <= 1.5, `${lines[0]}, not ${wanted}`);
-        return { text: await page.locator('#position-text').innerText(),
-            speed: await readings(page, 'speed'), map: await map() };
+        return {
+            text: await positionText(page), speed: await readings(page, 'speed'), map: await map(),
+        };
     };
     const first = await at(0.25);
     const second = await at(0.75);
@@ -110,17 +112,21 @@ test('the cursor is the same in all charts and on the map', () => withPage(repor
 test('the map moves the cursor', () => withPage(report, {}, async (page) => {
     const box = await page.locator('#map-cursor').boundingBox();
     const point = await page.evaluate(() => {
-        const one = trackMap.points[Math.floor(trackMap.points.length / 3)];
-        return { ...trackMap.scale(one), place: one.place };
+        const one = report.trackMap.points[Math.floor(report.trackMap.points.length / 3)];
+        return { ...report.trackMap.scale(one), place: one.place };
     });
     await page.mouse.move(box.x + point.x, box.y + point.y);
-    const text = await page.locator('#position-text').innerText();
+    const text = await positionText(page);
     assert.ok(Math.abs(parseFloat(text) - point.place) < 5, `${text}, not ${point.place} m`);
 }));
 
 test('dragging zooms in, a double-click shows everything', () => withPage(report, {}, async (page) => {
     const plot = await page.locator('[data-chart="speed"] .u-over').boundingBox();
-    const ranges = () => page.evaluate(() => charts.list.map(({ plot: { scales } }) => [scales.x.min, scales.x.max]));
+    const ranges = async () => {
+        await drawn(page);
+        return page.evaluate(() => report.charts.list.map(
+            ({ plot: { scales } }) => [scales.x.min, scales.x.max]));
+    };
     const [[least, most]] = await ranges();
     await page.mouse.move(plot.x + plot.width * 0.25, plot.y + 20);
     await page.mouse.down();
@@ -142,28 +148,28 @@ test('Ctrl and the wheel zoom, the wheel alone scrolls', () => withPage(report, 
     await page.mouse.move(plot.x + plot.width / 2, plot.y + 20);
     await page.mouse.wheel(0, 100);
     await page.waitForFunction(() => scrollY > 0);
-    assert.strictEqual(await page.evaluate(() => view.range), null);
+    assert.strictEqual(await page.evaluate(() => report.view.range), null);
     await page.keyboard.down('Control');
     await page.mouse.wheel(0, -200);
     await page.keyboard.up('Control');
-    await page.waitForFunction(() => view.range !== null);
+    await page.waitForFunction(() => report.view.range !== null);
 }));
 
 test('over time the same place and stretch are shown', () => withPage(report, {}, async (page) => {
     await page.keyboard.press('+');
     const [speed] = await readings(page, 'speed');
-    const { min, max } = await page.evaluate(() => view.range);
+    const { min, max } = await page.evaluate(() => report.view.range);
     await page.locator('#axis button', { hasText: 'Time' }).click();
-    assert.match(await page.locator('#position-text').innerText(), /^[\d.]+ s$/);
+    assert.match(await positionText(page), /^[\d.]+ s$/);
     assert.strictEqual((await readings(page, 'speed'))[0], speed);
     const [from, to] = await page.evaluate(() => {
-        const { distances, times } = elapsedOf(view.reference);
-        return [view.range.min, view.range.max].map((time) => valueAt(times, distances, time));
+        const { distances, times } = report.elapsedOf(report.view.reference);
+        return [report.view.range.min, report.view.range.max].map((time) => report.valueAt(times, distances, time));
     });
     assert.ok(Math.abs(from - min) < 0.01 && Math.abs(to - max) < 0.01, `${from} to ${to} m`);
 }));
 
-test('charts can be put away and brought back', () => withPage(report, {}, async (page) => {
+test('charts can be hidden and shown again', () => withPage(report, {}, async (page) => {
     await page.locator('#channels button', { hasText: 'Brake' }).click();
     assert.strictEqual(await page.locator('[data-chart="brake"]').count(), 0);
     await page.locator('#channels button', { hasText: 'Brake' }).click();

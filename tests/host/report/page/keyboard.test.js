@@ -1,13 +1,11 @@
-'use strict';
-
-const assert = require('node:assert');
-const { test } = require('node:test');
-const { demoRecording, withPage, writeReport } = require('./browser.js');
+import assert from 'node:assert';
+import { test } from 'node:test';
+import { demoRecording, positionText, withPage, writeReport } from './browser.js';
 
 const report = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '1'])]);
 
 async function position(page) {
-    return parseFloat(await page.locator('#position-text').innerText());
+    return parseFloat(await positionText(page));
 }
 
 test('arrows move the cursor, ten times as far with Shift', () => withPage(report, {}, async (page) => {
@@ -24,7 +22,7 @@ test('arrows move the cursor, ten times as far with Shift', () => withPage(repor
 }));
 
 test('plus and minus zoom at the cursor, comma and point move, 0 shows everything', () => withPage(report, {}, async (page) => {
-    const range = () => page.evaluate(() => view.range);
+    const range = () => page.evaluate(() => report.view.range);
     const cursor = await position(page);
     await page.keyboard.press('+');
     await page.keyboard.press('+');
@@ -41,7 +39,7 @@ test('plus and minus zoom at the cursor, comma and point move, 0 shows everythin
 
 test('letters change axis, units and theme, digits draw laps', () => withPage(report, {}, async (page) => {
     await page.keyboard.press('x');
-    assert.match(await page.locator('#position-text').innerText(), /^–|s$/);
+    assert.match(await positionText(page), /^–|s$/);
     assert.strictEqual(await page.locator('#axis-title').innerText(), 'Time (s)');
     await page.keyboard.press('u');
     assert.match(await page.locator('#units').innerText(), /as recorded/);

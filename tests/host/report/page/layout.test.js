@@ -1,8 +1,6 @@
-'use strict';
-
-const assert = require('node:assert');
-const { test } = require('node:test');
-const { demoRecording, withPage, writeReport } = require('./browser.js');
+import assert from 'node:assert';
+import { test } from 'node:test';
+import { demoRecording, withPage, writeReport } from './browser.js';
 
 const report = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '2'])]);
 const sizes = { phone: { width: 360, height: 740 }, tablet: { width: 820, height: 1100 },
@@ -39,7 +37,7 @@ test('charts follow the width of the window', () => withPage(report, {}, async (
     const width = async () => (await page.locator('[data-chart="speed"] .uplot').boundingBox()).width;
     const before = await width();
     await page.setViewportSize({ width: 700, height: 900 });
-    await page.waitForFunction((old) => charts.width !== old, before);
+    await page.waitForFunction((old) => report.charts.width !== old, before);
     const card = await page.locator('#charts').boundingBox();
     assert.ok(Math.abs(await width() - card.width) <= 1);
 }));
@@ -66,7 +64,7 @@ for (const colorScheme of ['light', 'dark']) {
             const colour = await page.locator(selector).first().evaluate((element) => getComputedStyle(element).color);
             assert.ok(contrast(colour, card) >= 4.5, `${selector}: ${contrast(colour, card)}`);
         }
-        const marks = await page.evaluate(() => Array.from({ length: lapColours }, (_, i) => {
+        const marks = await page.evaluate(() => Array.from({ length: report.lapColours }, (_, i) => {
             const probe = document.createElement('span');
             probe.style.setProperty('color', `var(--lap-${i})`);
             document.body.append(probe);
@@ -101,10 +99,10 @@ test('fingers move the cursor and zoom', () => withPage(report,
         await plot.scrollIntoViewIfNeeded();
         const box = await plot.boundingBox();
         await page.touchscreen.tap(box.x + box.width * 0.2, box.y + 30);
-        const first = await page.evaluate(() => view.cursor);
+        const first = await page.evaluate(() => report.view.cursor);
         await page.waitForTimeout(350); // else the two taps are one double tap
         await page.touchscreen.tap(box.x + box.width * 0.8, box.y + 30);
-        assert.ok(await page.evaluate(() => view.cursor) > first);
+        assert.ok(await page.evaluate(() => report.view.cursor) > first);
 
         const finger = (type, id, part) => plot.dispatchEvent(type, {
             pointerType: 'touch', pointerId: id, clientX: box.x + box.width * part, clientY: box.y + 30,
@@ -115,7 +113,7 @@ test('fingers move the cursor and zoom', () => withPage(report,
         await finger('pointermove', 2, 0.8);
         await finger('pointerup', 1, 0.2);
         await finger('pointerup', 2, 0.8);
-        const { min, max } = await page.evaluate(() => view.range);
-        const full = await page.evaluate(() => charts.fullRange());
+        const { min, max } = await page.evaluate(() => report.view.range);
+        const full = await page.evaluate(() => report.fullRange());
         assert.ok((max - min) < 0.5 * (full.max - full.min));
     }));

@@ -1,10 +1,10 @@
-'use strict';
-
 // Numbers: what the page holds and shows is what was recorded.
 
-const assert = require('node:assert');
-const { test } = require('node:test');
-const { demoRecording, lapSheet, numberOf, readings, withPage, writeReport, zepimport } = require('./browser.js');
+import assert from 'node:assert';
+import { test } from 'node:test';
+import {
+    demoRecording, lapSheet, numberOf, readings, withPage, writeReport, zepimport,
+} from './browser.js';
 
 /** Laps at constant speeds over a track of 100 m, four ticks a second, from a place behind the line. */
 function steadyLaps(speeds) {
@@ -26,7 +26,7 @@ test('the time difference of two steady laps grows evenly', async () => {
     const sheet = lapSheet('steady.laps', steadyLaps([{ speed: 20 }, { speed: 10, first: 0.75 }]));
     await withPage(writeReport([sheet], [], process.env.LAPSHEET), {}, async (page) => {
         const at = async (distance) => {
-            await page.evaluate((place) => setCursor(place), distance);
+            await page.evaluate((place) => report.setCursor(place), distance);
             return numberOf((await readings(page, 'difference'))[1]);
         };
         for (const distance of [0, 0.3, 10, 33.3, 50, 99, 100])
@@ -42,8 +42,8 @@ test('the time difference is that of zepimport compare', async () => {
         `${recording}:${first}`, `${recording}:${second}`]));
     await withPage(writeReport([recording]), {}, async (page) => {
         const shown = await page.evaluate(({ numbers, places }) => {
-            const [reference, lap] = numbers.map((number) => view.model.laps[number - 1]);
-            return places.map((distance) => differenceAt(lap, reference, distance));
+            const [reference, lap] = numbers.map((number) => report.view.model.laps[number - 1]);
+            return places.map((distance) => report.differenceAt(lap, reference, distance));
         }, { numbers: [first, second], places: points.slice(0, -1).map(({ distance }) => distance) });
         assert.ok(shown.length > 40);
         shown.forEach((difference, i) => assert.ok(Math.abs(difference - points[i].difference) < 0.001,
@@ -55,7 +55,7 @@ test('there is no time difference where laps do not compare', async () => {
     const plugin = process.env.LAPSHEET;
     const fromThePits = lapSheet('pits.laps', steadyLaps([{ speed: 20 }, { speed: 10, first: 40 }]));
     await withPage(writeReport([fromThePits], [], plugin), {}, async (page) =>
-        assert.match(await page.locator('#charts').innerText(), /#2 does not start at the line/));
+        assert.match(await page.locator('#charts').innerText(), /#2 does not start at the start\/finish line/));
     const elsewhere = lapSheet('elsewhere.laps', [...steadyLaps([{ speed: 20 }, { speed: 10 }]), 'track|Ring']);
     await withPage(writeReport([elsewhere, fromThePits], [], plugin), {}, async (page) => {
         await page.keyboard.press('4');
@@ -79,7 +79,7 @@ test('a place without a sample shows none', async () => {
         `channel|speed|m/s|${Array.from({ length: 20 }, (_, i) => (i > 5 && i < 12 ? '-' : 20)).join(' ')}`]);
     await withPage(writeReport([sheet], [], process.env.LAPSHEET), {}, async (page) => {
         for (const [place, shown] of [[10, '72.00'], [50, '–'], [90, '72.00']]) {
-            await page.evaluate((distance) => setCursor(distance), place);
+            await page.evaluate((distance) => report.setCursor(distance), place);
             assert.deepStrictEqual(await readings(page, 'speed'), [shown]);
         }
     });
@@ -101,7 +101,7 @@ test('samples are exact to the step that is promised', async () => {
         return wanted.map((name) => channels.find((channel) => channel.name === name));
     });
     await withPage(writeReport([recording], ['--channels', 'lfpressure']), {}, async (page) => {
-        const shown = await page.evaluate(() => view.model.channels.map((channel) => ({
+        const shown = await page.evaluate(() => report.view.model.channels.map((channel) => ({
             name: channel.name, step: channel.step, whole: channel.whole,
             laps: channel.laps.map((all) => {
                 const samples = [...all].filter((sample) => !Number.isNaN(sample));

@@ -1,8 +1,6 @@
-'use strict';
-
-const assert = require('node:assert');
-const { test } = require('node:test');
-const { demoRecording, lapSheet, withPage, writeReport, zepimport } = require('./browser.js');
+import assert from 'node:assert';
+import { test } from 'node:test';
+import { demoRecording, lapSheet, withPage, writeReport, zepimport } from './browser.js';
 
 const recording = demoRecording('demo.ibt', ['--laps', '2', '--stints', '2']);
 const report = writeReport([recording]);
@@ -44,11 +42,11 @@ test('shows tyres and fuel of every lap', () => withPage(report, {}, async (page
     assert.strictEqual(await page.locator('#fuel tbody tr').count(), laps);
     assert.strictEqual(await page.locator('#tyres .scroll tbody tr').count(), laps);
     assert.strictEqual(await page.locator('#tyres .tyre').count(), 4);
-    assert.match(await page.locator('#fuel p').innerText(), /takes 0\.\d{3} l on average/);
+    assert.match(await page.locator('#fuel p').innerText(), /^Average use: 0\.\d{3} l per lap \(\d+ laps?\)\. /);
 }));
 
 test('repeats what the plug-in said', () => withPage(report, {}, async (page) => {
-    assert.match(await page.locator('#remarks li').last().innerText(), /Laps readed/);
+    assert.match(await page.locator('#messages li').last().innerText(), /Laps readed/);
 }));
 
 test('names files and laps of several recordings apart', async () => {

@@ -1,13 +1,12 @@
-'use strict';
+// Takes the pictures in docs/images/ again, of a demo recording: scripts/pictures runs it.
 
-// Takes the pictures of docs/images/ anew, from a demo recording: scripts/pictures runs it.
-
-const path = require('node:path');
-const { test } = require('node:test');
-const { demoRecording, withPage, writeReport } = require('./browser.js');
+import path from 'node:path';
+import { test } from 'node:test';
+import { fileURLToPath } from 'node:url';
+import { demoRecording, withPage, writeReport } from './browser.js';
 
 const report = writeReport([demoRecording('demo.ibt')]);
-const folder = path.join(__dirname, '../../../../docs/images');
+const folder = fileURLToPath(new URL('../../../../docs/images', import.meta.url));
 const devices = {
     desktop: { viewport: { width: 1440, height: 1100 } },
     phone: { viewport: { width: 390, height: 1500 }, hasTouch: true, isMobile: true },

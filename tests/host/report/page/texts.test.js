@@ -1,10 +1,8 @@
-'use strict';
-
 // Texts come from recordings: whatever they say, the page shows it and does nothing else.
 
-const assert = require('node:assert');
-const { test } = require('node:test');
-const { lapSheet, withPage, writeReport } = require('./browser.js');
+import assert from 'node:assert';
+import { test } from 'node:test';
+import { lapSheet, withPage, writeReport } from './browser.js';
 
 const script = '<script>window.broken = true</script>';
 const image = '<img src=x onerror="window.broken = true">';
@@ -24,11 +22,11 @@ test('shows markup as it was written', () => withPage(report, {}, async (page) =
     const head = await page.locator('#sessions').innerText();
     for (const text of [end, image, script, '"><svg onload="window.broken = true">'])
         assert.ok(head.includes(text), text);
-    assert.deepStrictEqual(await page.locator('#remarks li').evaluateAll(
+    assert.deepStrictEqual(await page.locator('#messages li').evaluateAll(
         (items) => items.map((item) => item.textContent.replace('[Lap sheets plugin] ', ''))), [script, image]);
     assert.ok((await page.locator('#channels').innerText()).includes(image));
     assert.ok((await page.locator('[data-chart="speed"] h3').textContent()).includes(script));
-    assert.ok((await page.locator('#remarks summary').innerText()).includes("<b>'hostile'&amp;.laps"));
+    assert.ok((await page.locator('#messages summary').innerText()).includes("<b>'hostile'&amp;.laps"));
 }));
 
 test('runs nothing of it', () => withPage(report, {}, async (page) => {
