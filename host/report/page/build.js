@@ -45,7 +45,7 @@ function bundled(name) {
 function inlined(html, reference, tag) {
     /** @type {string[]} */
     const hashes = [];
-    const page = html.replace(reference, (match, name) => {
+    const page = html.replace(reference, (_, name) => {
         const text = bundled(name);
         if (text.includes(`</${tag}`))
             throw new Error(`${name}: contains the end of its own element`);

@@ -76,8 +76,8 @@ export function channelChart(channel, laps) {
     const data = laps.map((lap) => resampled(channel.laps[lap.index], pathOf(lap, view.axis),
         view.grid, channel.whole).map((sample) => (sample === null ? null : sample * factor)));
     let greatest = 0;
-    for (const samples of data)
-        greatest = samples.reduce((most, sample) => Math.max(most, Math.abs(sample ?? 0)), greatest);
+    for (const sample of data.flat())
+        greatest = Math.max(greatest, Math.abs(sample ?? 0));
     const decimals = channel.whole && factor === 1 ? 0
         : Math.min(decimalsFor(greatest), fraction ? 0 : 4);
     return {

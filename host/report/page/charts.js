@@ -12,8 +12,10 @@ import { listedLaps, shownRange, view } from './view.js';
 /** @import uPlot from 'uplot' */
 /** @import { ChartContent, Lap } from './types.js' */
 
+/** @typedef {{ plot: uPlot, texts: HTMLElement[], chart: ChartContent }} Chart */
+
 export const charts = {
-    /** `texts` are the values of the laps at the cursor. @type {{ plot: uPlot, texts: HTMLElement[], chart: ChartContent }[]} */
+    /** The `texts` of each show the values of the laps at the cursor. @type {Chart[]} */
     list: [],
     width: 0,
     /** A factor of their heights. */

@@ -20,7 +20,7 @@ export { charts } from './charts.js';
 export { lapColours } from './marks.js';
 export { differenceAt, elapsedOf, valueAt } from './overlay.js';
 export { trackMap } from './trackmap.js';
-export { fullRange, listedLaps, setCursor, view } from './view.js';
+export { fullRange, listedLaps, setCursor, shownRange, view } from './view.js';
 
 /** Each thing that can change, and everything that shows it. */
 function connectView() {

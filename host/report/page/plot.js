@@ -45,7 +45,7 @@ function axes(hasLabels) {
         font: '11px system-ui, sans-serif',
         grid: { stroke: styleValue('--grid'), width: 1 },
         ticks: { show: false },
-        values: (plot, splits, index, space, increment) => axisTexts(splits, increment),
+        values: (_plot, numbers, _axis, _space, increment) => axisTexts(numbers, increment),
     };
     return [
         { ...axis, size: hasLabels ? labelHeight : 0, space: 70, ...(hasLabels ? {} : { values: () => [] }) },
@@ -96,7 +96,7 @@ export function newPlot(place, chart, { laps, width, squeeze, hasLabels }) {
         legend: { show: false },
         scales: {
             x: { time: false, range: () => [shownRange().min, shownRange().max] },
-            y: { range: (plot, least, most) => chart.ends(least, most) },
+            y: { range: (_plot, least, most) => chart.ends(least, most) },
         },
         axes: axes(hasLabels),
         series: [{}, ...series],

@@ -15,37 +15,71 @@ const { chromium } = createRequire(import.meta.url)('playwright-core');
 const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'report-'));
 process.on('exit', () => fs.rmSync(folder, { recursive: true }));
 
-let browser = null;
+/** @typedef {import('playwright-core').Page} Page */
+
+/** @type {import('playwright-core').Browser} */
+let browser;
 
 before(async () => {
     browser = await chromium.launch({
         executablePath: process.env.CHROMIUM ?? '/usr/bin/chromium',
-        args: process.getuid() === 0 ? ['--no-sandbox'] : [],
+        args: process.getuid?.() === 0 ? ['--no-sandbox'] : [],
     });
 });
-after(async () => browser?.close());
+after(() => browser?.close());
 
-/** Runs `zepimport` with `plugin`, and returns what it prints. */
-function zepimport(args, plugin = process.env.NAPAMMUL) {
-    return execFileSync(process.env.ZEPIMPORT, args, {
+/**
+ * The path that ctest passes in the environment variable `name`.
+ * @param {string} name
+ */
+function given(name) {
+    const value = process.env[name];
+    assert.ok(value, `${name} is not set; run the tests with ctest`);
+    return value;
+}
+
+/** The plug-in that reads lap sheets. */
+function lapSheets() {
+    return given('LAPSHEET');
+}
+
+/**
+ * Runs `zepimport` with `plugin`, and returns what it prints.
+ * @param {string[]} args
+ */
+function zepimport(args, plugin = given('NAPAMMUL')) {
+    return execFileSync(given('ZEPIMPORT'), args, {
         cwd: folder, encoding: 'utf8', env: { ...process.env, ZEP_PLUGIN_PATH: plugin },
     });
 }
 
-/** A demo recording called `name`, written by `ibtgen` with `args`. */
+/**
+ * A demo recording called `name`, written by `ibtgen` with `args`.
+ * @param {string} name
+ * @param {string[]} args
+ */
 function demoRecording(name, args = []) {
-    execFileSync(process.env.IBTGEN, [...args, name], { cwd: folder });
+    execFileSync(given('IBTGEN'), [...args, name], { cwd: folder });
     return name;
 }
 
-/** A lap sheet called `name` that contains `lines`; tests/fakeplugin/ says what they mean. */
+/**
+ * A lap sheet called `name` that contains `lines`; tests/fakeplugin/ says what they mean.
+ * @param {string} name
+ * @param {string[]} lines
+ */
 function lapSheet(name, lines) {
     fs.writeFileSync(path.join(folder, name), `${lines.join('\n')}\n`);
     return name;
 }
 
-/** The page that `zepimport report` makes of `recordings`. */
-function writeReport(recordings, args = [], plugin = undefined) {
+/**
+ * The page that `zepimport report` makes of `recordings`.
+ * @param {string[]} recordings
+ * @param {string[]} args
+ * @param {string} [plugin]
+ */
+function writeReport(recordings, args = [], plugin) {
     const name = `${path.basename(recordings[0])}-${fs.readdirSync(folder).length}.html`;
     zepimport(['report', ...recordings, ...args, '-o', name], plugin);
     return path.join(folder, name);
@@ -54,11 +88,16 @@ function writeReport(recordings, args = [], plugin = undefined) {
 /**
  * Opens `file` with `options` of a browser context, has `use` do something with the page, and fails
  * if the page asked for anything, said anything on the console, or ran into an error.
+ * @param {string} file
+ * @param {import('playwright-core').BrowserContextOptions} options
+ * @param {(page: Page) => Promise<unknown>} use
  */
 async function withPage(file, options, use) {
     const context = await browser.newContext({ viewport: { width: 1280, height: 900 }, ...options });
     const url = pathToFileURL(file).href;
+    /** @type {string[]} */
     const requests = [];
+    /** @type {(string | undefined)[]} */
     const complaints = [];
     await context.route('**', (route) => {
         requests.push(route.request().url());
@@ -80,28 +119,41 @@ async function withPage(file, options, use) {
     }
 }
 
-/** Waits until the page has drawn what changed: that happens once a frame. */
+/**
+ * Waits until the page has drawn what changed: that happens once a frame.
+ * @param {Page} page
+ */
 async function drawn(page) {
     await page.evaluate(() => new Promise((resolve) => { requestAnimationFrame(resolve); }));
 }
 
-/** The values above the chart called `key` at the cursor, the reference lap first. */
+/**
+ * The values above the chart called `key` at the cursor, the reference lap first.
+ * @param {Page} page
+ * @param {string} key
+ */
 async function readings(page, key) {
     await drawn(page);
     return page.locator(`[data-chart="${key}"] .reading`).allTextContents();
 }
 
-/** Where the page says that the cursor is. */
+/**
+ * Where the page says that the cursor is.
+ * @param {Page} page
+ */
 async function positionText(page) {
     await drawn(page);
     return page.locator('#position-text').innerText();
 }
 
-/** The number that a text of the page shows. */
+/**
+ * The number that a text of the page shows.
+ * @param {string} text
+ */
 function numberOf(text) {
     return Number(text.replace('−', '-').replace('+', ''));
 }
 
 export {
-    demoRecording, drawn, lapSheet, numberOf, positionText, readings, withPage, writeReport, zepimport,
+    demoRecording, drawn, lapSheet, lapSheets, numberOf, positionText, readings, withPage, writeReport, zepimport,
 };

@@ -5,7 +5,7 @@ import {
 } from './browser.js';
 
 const recording = demoRecording('demo.ibt', ['--laps', '3', '--stints', '2']);
-const report = writeReport([recording], ['--channels', 'lfpressure']);
+const file = writeReport([recording], ['--channels', 'lfpressure']);
 const [{ laps }] = JSON.parse(zepimport(['laps', '--json', recording]));
 const timed = laps.filter((lap) => lap.time !== null);
 const best = laps.find((lap) => lap.best);
@@ -14,15 +14,18 @@ const tall = { viewport: { width: 1280, height: 2400 } }; // pictures do not scr
 
 /** The colours of the laps in the chart of speed, in the order in which they are painted. */
 async function drawnSeries(page) {
-    return page.evaluate(() => report.charts.list.find(({ chart }) => chart.key === 'speed').plot.series
-        .slice(1).map((series) => series.stroke()));
+    return page.evaluate(() => {
+        const { plot } = report.charts.list.find(({ chart }) => chart.key === 'speed');
+        return plot.series.slice(1).map(
+            ({ stroke }, i) => String(typeof stroke === 'function' ? stroke(plot, i) : stroke));
+    });
 }
 
 function lapRow(page, lap) {
     return page.locator('#laps tr[data-lap]').nth(lap.number - 1);
 }
 
-test('starts with the best lap and the one next to it', () => withPage(report, {}, async (page) => {
+test('starts with the best lap and the one next to it', () => withPage(file, {}, async (page) => {
     const next = [...timed].sort((a, b) => a.time - b.time)[1];
     const legend = await page.locator('#legend').innerText();
     assert.ok(legend.includes(`#${best.number} `) && legend.includes(`#${next.number} `), legend);
@@ -32,7 +35,7 @@ test('starts with the best lap and the one next to it', () => withPage(report, {
     ['difference', 'speed', 'throttle', 'brake', 'gear', 'rpm', 'steeringwheelangle', 'lfpressure']);
 }));
 
-test('a click on a lap shows it, and another click hides it', () => withPage(report, {}, async (page) => {
+test('a click on a lap shows it, and another click hides it', () => withPage(file, {}, async (page) => {
     const hidden = [...timed].sort((a, b) => b.time - a.time)[0];
     const before = await drawnSeries(page);
     const pixels = () => page.locator('[data-chart="speed"] canvas').screenshot();
@@ -47,7 +50,7 @@ test('a click on a lap shows it, and another click hides it', () => withPage(rep
     assert.deepStrictEqual(await drawnSeries(page), before);
 }));
 
-test('every lap can be drawn at once, or none', () => withPage(report, {}, async (page) => {
+test('every lap can be drawn at once, or none', () => withPage(file, {}, async (page) => {
     for (const box of await page.locator('#laps input[type=checkbox]').all())
         await box.setChecked(true, { force: true });
     assert.strictEqual((await drawnSeries(page)).length, laps.length);
@@ -56,7 +59,7 @@ test('every lap can be drawn at once, or none', () => withPage(report, {}, async
     assert.match(await page.locator('#charts').innerText(), /Choose a lap/);
 }));
 
-test('the time difference at the finish line is that of the lap times', () => withPage(report, {}, async (page) => {
+test('the time difference at the finish line is that of the lap times', () => withPage(file, {}, async (page) => {
     for (const lap of timed.filter((one) => !one.best)) {
         if (!await lapRow(page, lap).locator('input[type=checkbox]').isChecked())
             await lapRow(page, lap).locator('td').nth(2).click();
@@ -77,7 +80,7 @@ test('the time difference at the finish line is that of the lap times', () => wi
     assert.ok(Math.abs(numberOf((await readings(page, 'difference'))[last]) - shown[last]) < 1 / 60);
 }));
 
-test('another reference turns the difference around', () => withPage(report, {}, async (page) => {
+test('another reference turns the difference around', () => withPage(file, {}, async (page) => {
     await page.keyboard.press('>');
     const [, before] = (await readings(page, 'difference')).map(numberOf);
     const number = await page.evaluate(() => report.listedLaps()[1].number);
@@ -87,7 +90,7 @@ test('another reference turns the difference around', () => withPage(report, {},
     assert.ok(before > 0 && Math.abs(after + before) < 0.0011, `${before} becomes ${after}`);
 }));
 
-test('the cursor is the same in all charts and on the map', () => withPage(report, tall, async (page) => {
+test('the cursor is the same in all charts and on the map', () => withPage(file, tall, async (page) => {
     const plot = await page.locator('[data-chart="throttle"] .u-over').boundingBox();
     const map = () => page.locator('#map-cursor').screenshot();
     const at = async (part) => {
@@ -109,7 +112,7 @@ test('the cursor is the same in all charts and on the map', () => withPage(repor
     assert.notDeepStrictEqual(first.map, second.map);
 }));
 
-test('the map moves the cursor', () => withPage(report, {}, async (page) => {
+test('the map moves the cursor', () => withPage(file, {}, async (page) => {
     const box = await page.locator('#map-cursor').boundingBox();
     const point = await page.evaluate(() => {
         const one = report.trackMap.points[Math.floor(report.trackMap.points.length / 3)];
@@ -120,7 +123,7 @@ test('the map moves the cursor', () => withPage(report, {}, async (page) => {
     assert.ok(Math.abs(parseFloat(text) - point.place) < 5, `${text}, not ${point.place} m`);
 }));
 
-test('dragging zooms in, a double-click shows everything', () => withPage(report, {}, async (page) => {
+test('dragging zooms in, a double-click shows everything', () => withPage(file, {}, async (page) => {
     const plot = await page.locator('[data-chart="speed"] .u-over').boundingBox();
     const ranges = async () => {
         await drawn(page);
@@ -143,7 +146,7 @@ test('dragging zooms in, a double-click shows everything', () => withPage(report
     assert.ok(await page.locator('#reset').isHidden());
 }));
 
-test('Ctrl and the wheel zoom, the wheel alone scrolls', () => withPage(report, {}, async (page) => {
+test('Ctrl and the wheel zoom, the wheel alone scrolls', () => withPage(file, {}, async (page) => {
     const plot = await page.locator('[data-chart="speed"] .u-over').boundingBox();
     await page.mouse.move(plot.x + plot.width / 2, plot.y + 20);
     await page.mouse.wheel(0, 100);
@@ -155,7 +158,7 @@ test('Ctrl and the wheel zoom, the wheel alone scrolls', () => withPage(report, 
     await page.waitForFunction(() => report.view.range !== null);
 }));
 
-test('over time the same place and stretch are shown', () => withPage(report, {}, async (page) => {
+test('over time the same place and stretch are shown', () => withPage(file, {}, async (page) => {
     await page.keyboard.press('+');
     const [speed] = await readings(page, 'speed');
     const { min, max } = await page.evaluate(() => report.view.range);
@@ -169,14 +172,14 @@ test('over time the same place and stretch are shown', () => withPage(report, {}
     assert.ok(Math.abs(from - min) < 0.01 && Math.abs(to - max) < 0.01, `${from} to ${to} m`);
 }));
 
-test('charts can be hidden and shown again', () => withPage(report, {}, async (page) => {
+test('charts can be hidden and shown again', () => withPage(file, {}, async (page) => {
     await page.locator('#channels button', { hasText: 'Brake' }).click();
     assert.strictEqual(await page.locator('[data-chart="brake"]').count(), 0);
     await page.locator('#channels button', { hasText: 'Brake' }).click();
     assert.strictEqual(await page.locator('[data-chart="brake"]').count(), 1);
 }));
 
-test('every number names its unit, as drivers know it or as recorded', () => withPage(report, {}, async (page) => {
+test('every number names its unit, as drivers know it or as recorded', () => withPage(file, {}, async (page) => {
     const unit = () => page.locator('[data-chart="speed"] h3').innerText();
     assert.match(await unit(), /km\/h/);
     const shown = numberOf((await readings(page, 'speed'))[0]);

@@ -2,13 +2,13 @@ import assert from 'node:assert';
 import { test } from 'node:test';
 import { demoRecording, positionText, withPage, writeReport } from './browser.js';
 
-const report = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '1'])]);
+const file = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '1'])]);
 
 async function position(page) {
     return parseFloat(await positionText(page));
 }
 
-test('arrows move the cursor, ten times as far with Shift', () => withPage(report, {}, async (page) => {
+test('arrows move the cursor, ten times as far with Shift', () => withPage(file, {}, async (page) => {
     const start = await position(page);
     await page.keyboard.press('ArrowRight');
     const step = await position(page) - start;
@@ -21,7 +21,7 @@ test('arrows move the cursor, ten times as far with Shift', () => withPage(repor
     assert.ok(await position(page) <= 0.1);
 }));
 
-test('plus and minus zoom at the cursor, comma and point move, 0 shows everything', () => withPage(report, {}, async (page) => {
+test('plus and minus zoom at the cursor, comma and point scroll, 0 resets', () => withPage(file, {}, async (page) => {
     const range = () => page.evaluate(() => report.view.range);
     const cursor = await position(page);
     await page.keyboard.press('+');
@@ -37,7 +37,7 @@ test('plus and minus zoom at the cursor, comma and point move, 0 shows everythin
     assert.strictEqual(await range(), null);
 }));
 
-test('letters change axis, units and theme, digits draw laps', () => withPage(report, {}, async (page) => {
+test('letters change axis, units and theme, digits show laps', () => withPage(file, {}, async (page) => {
     await page.keyboard.press('x');
     assert.match(await positionText(page), /^–|s$/);
     assert.strictEqual(await page.locator('#axis-title').innerText(), 'Time (s)');
@@ -53,7 +53,7 @@ test('letters change axis, units and theme, digits draw laps', () => withPage(re
     assert.strictEqual(await drawn(), false);
 }));
 
-test('a question mark lists the keys, Escape closes the list', () => withPage(report, {}, async (page) => {
+test('a question mark lists the keys, Escape closes the list', () => withPage(file, {}, async (page) => {
     await page.keyboard.press('?');
     assert.ok(await page.locator('#help').isVisible());
     assert.match(await page.locator('#help').innerText(), /move the cursor/);
@@ -61,7 +61,7 @@ test('a question mark lists the keys, Escape closes the list', () => withPage(re
     assert.ok(await page.locator('#help').isHidden());
 }));
 
-test('Tab reaches everything that can be used, and each has a name', () => withPage(report, {}, async (page) => {
+test('Tab reaches everything that can be used, and each has a name', () => withPage(file, {}, async (page) => {
     const reached = new Set();
     for (let i = 0; i < 60; ++i) {
         await page.keyboard.press('Tab');
@@ -69,9 +69,10 @@ test('Tab reaches everything that can be used, and each has a name', () => withP
             const element = document.activeElement;
             if (element === document.body)
                 return null;
-            const label = element.labels?.[0]?.textContent.trim();
+            const input = element instanceof HTMLInputElement ? element : null;
+            const label = input?.labels[0]?.textContent.trim();
             return {
-                what: element.id || element.type || element.tagName,
+                what: element.id || element.getAttribute('type') || element.tagName,
                 name: element.ariaLabel || label || element.textContent.trim(),
             };
         });
@@ -84,7 +85,7 @@ test('Tab reaches everything that can be used, and each has a name', () => withP
         assert.ok(reached.has(what), `${what} among ${[...reached]}`);
 }));
 
-test('a lap keeps the focus when it is drawn', () => withPage(report, {}, async (page) => {
+test('a lap keeps the focus when it is shown', () => withPage(file, {}, async (page) => {
     await page.locator('#laps tr[data-lap="1"] input[type=checkbox]').focus();
     await page.keyboard.press('Space');
     assert.strictEqual(await page.evaluate(() => document.activeElement.closest('tr')?.dataset.lap), '1');
@@ -92,7 +93,7 @@ test('a lap keeps the focus when it is drawn', () => withPage(report, {}, async 
     assert.strictEqual(await page.evaluate(() => document.activeElement.closest('tr')?.dataset.lap), '1');
 }));
 
-test('the slider moves the cursor and says where it is', () => withPage(report, {}, async (page) => {
+test('the slider moves the cursor and says where it is', () => withPage(file, {}, async (page) => {
     const slider = page.getByRole('slider');
     await slider.focus();
     const before = await position(page);

@@ -2,12 +2,12 @@ import assert from 'node:assert';
 import { test } from 'node:test';
 import { demoRecording, withPage, writeReport } from './browser.js';
 
-const report = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '2'])]);
+const file = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '2'])]);
 const sizes = { phone: { width: 360, height: 740 }, tablet: { width: 820, height: 1100 },
     desktop: { width: 1440, height: 900 }, wide: { width: 2560, height: 1300 } };
 
 for (const [name, viewport] of Object.entries(sizes)) {
-    test(`nothing sticks out at the width of a ${name}`, () => withPage(report, { viewport }, async (page) => {
+    test(`nothing sticks out at the width of a ${name}`, () => withPage(file, { viewport }, async (page) => {
         for (const box of await page.locator('#laps input[type=checkbox]').all())
             await box.setChecked(true, { force: true });
         const width = await page.evaluate(() => document.documentElement.scrollWidth);
@@ -19,7 +19,7 @@ for (const [name, viewport] of Object.entries(sizes)) {
     }));
 }
 
-test('laps and map stay beside the charts, and beside nothing else', () => withPage(report,
+test('laps and map stay beside the charts, and beside nothing else', () => withPage(file,
     { viewport: sizes.desktop }, async (page) => {
         const boxes = async () => {
             const [aside, tyres] = await Promise.all([page.locator('aside').boundingBox(),
@@ -33,7 +33,7 @@ test('laps and map stay beside the charts, and beside nothing else', () => withP
         assert.ok(bottom <= tyres, `${bottom} is below ${tyres}`);
     }));
 
-test('charts follow the width of the window', () => withPage(report, {}, async (page) => {
+test('charts follow the width of the window', () => withPage(file, {}, async (page) => {
     const width = async () => (await page.locator('[data-chart="speed"] .uplot').boundingBox()).width;
     const before = await width();
     await page.setViewportSize({ width: 700, height: 900 });
@@ -42,7 +42,11 @@ test('charts follow the width of the window', () => withPage(report, {}, async (
     assert.ok(Math.abs(await width() - card.width) <= 1);
 }));
 
-/** How much lighter one colour is than another, as WCAG 2 counts it. */
+/**
+ * The contrast of two colours, as WCAG 2 defines it.
+ * @param {string} a
+ * @param {string} b
+ */
 function contrast(a, b) {
     const luminance = (colour) => {
         const [red, green, blue] = colour.match(/[\d.]+/g).slice(0, 3).map((channel) => {
@@ -55,10 +59,12 @@ function contrast(a, b) {
     return (light + 0.05) / (dark + 0.05);
 }
 
-for (const colorScheme of ['light', 'dark']) {
-    test(`is ${colorScheme} where the system is, with readable text`, () => withPage(report, { colorScheme }, async (page) => {
+for (const colorScheme of /** @type {const} */ (['light', 'dark'])) {
+    const look = `is ${colorScheme} where the system is, with readable text`;
+    test(look, () => withPage(file, { colorScheme }, async (page) => {
         assert.strictEqual(await page.locator('html').getAttribute('data-theme'), colorScheme);
-        const card = await page.locator('.card').first().evaluate((element) => getComputedStyle(element).backgroundColor);
+        const card = await page.locator('.card').first().evaluate(
+            (element) => getComputedStyle(element).backgroundColor);
         assert.strictEqual(contrast(card, 'rgb(255, 255, 255)') < 2, colorScheme === 'light');
         for (const selector of ['h1', '.subtitle', '.laps .reason', '.laps .time', '.best-badge', '.unit', '.muted']) {
             const colour = await page.locator(selector).first().evaluate((element) => getComputedStyle(element).color);
@@ -77,12 +83,14 @@ for (const colorScheme of ['light', 'dark']) {
     }));
 }
 
-test('follows the system when it turns dark', () => withPage(report, { colorScheme: 'light' }, async (page) => {
+test('follows the system when it turns dark', () => withPage(file, { colorScheme: 'light' }, async (page) => {
     await page.emulateMedia({ colorScheme: 'dark' });
     await page.waitForSelector('html[data-theme=dark]', { state: 'attached' });
 }));
 
-test('prints in light colours, with tables whole, and shows the theme again', () => withPage(report, { colorScheme: 'dark' }, async (page) => {
+/** @type {import('playwright-core').BrowserContextOptions} */
+const dark = { colorScheme: 'dark' };
+test('prints in light colours, with whole tables, then shows the theme', () => withPage(file, dark, async (page) => {
     const pdf = await page.pdf({ format: 'A4' });
     assert.strictEqual(pdf.toString('latin1').match(/\/Type\s*\/Page\b/g).length, 3);
     assert.strictEqual(await page.locator('html').getAttribute('data-theme'), 'dark');
@@ -93,7 +101,7 @@ test('prints in light colours, with tables whole, and shows the theme again', ()
     assert.ok((await page.locator('[data-chart="speed"] .uplot').boundingBox()).width <= 700);
 }));
 
-test('fingers move the cursor and zoom', () => withPage(report,
+test('fingers move the cursor and zoom', () => withPage(file,
     { viewport: sizes.phone, hasTouch: true, isMobile: true }, async (page) => {
         const plot = page.locator('[data-chart="speed"] .u-over');
         await plot.scrollIntoViewIfNeeded();

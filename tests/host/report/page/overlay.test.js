@@ -1,12 +1,16 @@
-// Numbers: what the page holds and shows is what was recorded.
+// Numbers: what the page contains and shows is what was recorded.
 
 import assert from 'node:assert';
 import { test } from 'node:test';
 import {
-    demoRecording, lapSheet, numberOf, readings, withPage, writeReport, zepimport,
+    demoRecording, lapSheet, lapSheets, numberOf, readings, withPage, writeReport, zepimport,
 } from './browser.js';
 
-/** Laps at constant speeds over a track of 100 m, four ticks a second, from a place behind the line. */
+/**
+ * Laps at constant speeds over a track of 100 m, four ticks a second, from `first` metres after the
+ * line to before `last`.
+ * @param {{ speed: number, first?: number, last?: number, time?: number }[]} speeds
+ */
 function steadyLaps(speeds) {
     return speeds.flatMap(({ speed, first = 0.5, last = 99.9, time = 100 / speed }, i) => {
         const ticks = [];
@@ -16,7 +20,7 @@ function steadyLaps(speeds) {
             `lap|1|1|${Math.round(time * 1000)}|${i + 1}|1|${i + 1}`, 'track|Straight',
             `channel|lapdist|m|${ticks.join(' ')}`,
             `channel|lapdistpct|pu|${ticks.map((distance) => distance / 100).join(' ')}`,
-            `channel|sessiontime|s|${ticks.map((distance, tick) => 1000 * i + tick / 4).join(' ')}`,
+            `channel|sessiontime|s|${ticks.map((_, tick) => 1000 * i + tick / 4).join(' ')}`,
             `channel|speed|m/s|${ticks.map(() => speed).join(' ')}`,
         ];
     });
@@ -24,7 +28,7 @@ function steadyLaps(speeds) {
 
 test('the time difference of two steady laps grows evenly', async () => {
     const sheet = lapSheet('steady.laps', steadyLaps([{ speed: 20 }, { speed: 10, first: 0.75 }]));
-    await withPage(writeReport([sheet], [], process.env.LAPSHEET), {}, async (page) => {
+    await withPage(writeReport([sheet], [], lapSheets()), {}, async (page) => {
         const at = async (distance) => {
             await page.evaluate((place) => report.setCursor(place), distance);
             return numberOf((await readings(page, 'difference'))[1]);
@@ -52,22 +56,20 @@ test('the time difference is that of zepimport compare', async () => {
 });
 
 test('there is no time difference where laps do not compare', async () => {
-    const plugin = process.env.LAPSHEET;
     const fromThePits = lapSheet('pits.laps', steadyLaps([{ speed: 20 }, { speed: 10, first: 40 }]));
-    await withPage(writeReport([fromThePits], [], plugin), {}, async (page) =>
+    await withPage(writeReport([fromThePits], [], lapSheets()), {}, async (page) =>
         assert.match(await page.locator('#charts').innerText(), /#2 does not start at the start\/finish line/));
     const elsewhere = lapSheet('elsewhere.laps', [...steadyLaps([{ speed: 20 }, { speed: 10 }]), 'track|Ring']);
-    await withPage(writeReport([elsewhere, fromThePits], [], plugin), {}, async (page) => {
+    await withPage(writeReport([elsewhere, fromThePits], [], lapSheets()), {}, async (page) => {
         await page.keyboard.press('4');
         assert.match(await page.locator('#legend').innerText(), /B2/);
     });
 });
 
 test('laps of two files on one track compare', async () => {
-    const plugin = process.env.LAPSHEET;
     const slow = lapSheet('slow.laps', steadyLaps([{ speed: 10 }]));
     const fast = lapSheet('fast.laps', steadyLaps([{ speed: 20 }]));
-    await withPage(writeReport([slow, fast], [], plugin), {}, async (page) => {
+    await withPage(writeReport([slow, fast], [], lapSheets()), {}, async (page) => {
         await page.keyboard.press('>');
         assert.deepStrictEqual((await readings(page, 'difference')).map(numberOf), [0, 5]);
     });
@@ -77,17 +79,19 @@ test('a place without a sample shows none', async () => {
     const [head, ...rest] = steadyLaps([{ speed: 20 }]);
     const sheet = lapSheet('holes.laps', [head, ...rest.filter((line) => !line.includes('speed')),
         `channel|speed|m/s|${Array.from({ length: 20 }, (_, i) => (i > 5 && i < 12 ? '-' : 20)).join(' ')}`]);
-    await withPage(writeReport([sheet], [], process.env.LAPSHEET), {}, async (page) => {
-        for (const [place, shown] of [[10, '72.00'], [50, '–'], [90, '72.00']]) {
+    await withPage(writeReport([sheet], [], lapSheets()), {}, async (page) => {
+        for (const { place, shown } of [
+            { place: 10, shown: '72.00' }, { place: 50, shown: '–' }, { place: 90, shown: '72.00' },
+        ]) {
             await page.evaluate((distance) => report.setCursor(distance), place);
             assert.deepStrictEqual(await readings(page, 'speed'), [shown]);
         }
     });
 });
 
-test('a ring stands for a track whose positions were not recorded', async () => {
+test('a ring stands in for a track whose positions were not recorded', async () => {
     const sheet = lapSheet('ring.laps', steadyLaps([{ speed: 20 }]));
-    await withPage(writeReport([sheet], [], process.env.LAPSHEET), {}, async (page) => {
+    await withPage(writeReport([sheet], [], lapSheets()), {}, async (page) => {
         assert.match(await page.locator('#map-note').innerText(), /Positions were not recorded/);
         assert.ok(await page.locator('#map').isVisible());
     });

@@ -5,7 +5,7 @@ import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 import { demoRecording, withPage, writeReport } from './browser.js';
 
-const report = writeReport([demoRecording('demo.ibt')]);
+const file = writeReport([demoRecording('demo.ibt')]);
 const folder = fileURLToPath(new URL('../../../../docs/images', import.meta.url));
 const devices = {
     desktop: { viewport: { width: 1440, height: 1100 } },
@@ -13,8 +13,8 @@ const devices = {
 };
 
 for (const [device, options] of Object.entries(devices)) {
-    for (const colorScheme of ['light', 'dark']) {
-        test(`${device}, ${colorScheme}`, () => withPage(report, { ...options, colorScheme }, (page) =>
+    for (const colorScheme of /** @type {const} */ (['light', 'dark'])) {
+        test(`${device}, ${colorScheme}`, () => withPage(file, { ...options, colorScheme }, (page) =>
             page.screenshot({ path: path.join(folder, `report-${device}-${colorScheme}.png`) })));
     }
 }
