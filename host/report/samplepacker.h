@@ -4,18 +4,18 @@
 #include <QVector>
 
 /// Packs the samples of one channel over several laps into few bytes: each sample becomes a whole
-/// number of steps above a base, of which the change from tick to tick is stored.
+/// number of steps above a base, and the change from tick to tick is stored.
 ///
 /// The bytes are variable-length numbers, seven bits to a byte, the lowest first, with the highest
-/// bit set in all bytes but the last. 0 is a missing sample; n > 0 stands for a change by d steps
-/// since the last sample that was not missing (at first since 0), with n = 2d + 1 for d >= 0 and
-/// n = -2d otherwise.
+/// bit set in all bytes except the last. 0 is a missing sample. n > 0 is a change by d steps since
+/// the last sample that was not missing (at first since 0), with n = 2d + 1 for d >= 0 and n = -2d
+/// otherwise.
 class SamplePacker
 {
 public:
-    /// \a laps holds the samples of each lap; one that is not finite, or beyond 1e300, is missing.
-    /// A step is a power of ten and at most 1/\a parts of the range of all samples; it is 1 if all
-    /// of them are whole numbers below 1e9.
+    /// \a laps contains the samples of each lap; one that is not finite, or beyond 1e300, is
+    /// missing. A step is a power of ten and at most 1/\a parts of the range of all samples; it is
+    /// 1 if all of them are whole numbers below 1e9.
     SamplePacker(const QVector<QVector<double>> &laps, double parts);
 
     /// A sample is base() + step() * its number of steps.
@@ -23,7 +23,7 @@ public:
     double step() const { return m_step; }
     /// Every sample was a whole number, and is stored exactly.
     bool isWhole() const { return m_isWhole; }
-    /// The samples of all laps, one lap behind the other; each lap starts anew from 0.
+    /// The samples of all laps, one lap after the other; each lap starts again from 0.
     const QByteArray &bytes() const { return m_bytes; }
 
 private:

@@ -163,7 +163,7 @@ export function differenceObstacle(lap, reference) {
 }
 
 /**
- * Seconds that `lap` is behind `reference` at `distance`; null where one of them was not.
+ * Seconds that `lap` is slower than `reference` up to `distance`; null where one of them has no time.
  * @param {Lap} lap
  * @param {Lap} reference
  * @param {number} distance

@@ -58,7 +58,7 @@ const cursor = {
     y: false,
     drag: { x: true, y: false, setScale: false },
     points: { size: 7, width: 0 },
-    // When the mouse leaves, the cursor stays where it was, beside the values that it stands for.
+    // When the mouse leaves, the cursor stays where it was, where the values above the charts come from.
     bind: { mouseleave: () => null, dblclick: () => () => { setRange(null); return null; } },
 };
 

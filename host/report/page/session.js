@@ -30,7 +30,7 @@ function sessionDate({ date, dateOfFile }) {
     if (!date)
         return null;
     const text = date.slice(0, 16).replace('T', ' ');
-    return dateOfFile ? `${text} (file date)` : text;
+    return el('span', { class: 'date' }, dateOfFile ? `${text} (file date)` : text);
 }
 
 /** @param {Weather} weather */
@@ -81,12 +81,12 @@ function sessionFacts(session, index, model) {
  * @param {Model} model
  */
 function sessionHead(session, index, model) {
-    const subtitle = [session.car, session.driver, session.session, sessionDate(session)]
-        .filter(Boolean).join(' · ');
+    const date = sessionDate(session);
+    const names = [session.car, session.driver, session.session].filter(Boolean).join(' · ');
     return el('section', { 'class': 'session', 'aria-label': `Session ${sessionTitle(session)}` },
         el('div', { class: 'session-title' },
             el(index === 0 ? 'h1' : 'h2', {}, sessionTitle(session)),
-            el('p', { class: 'subtitle' }, subtitle),
+            el('p', { class: 'subtitle' }, names, names && date ? ' · ' : null, date),
             model.sessions.length > 1
                 ? el('p', { class: 'file' }, `${fileLetter(index)}: ${session.file}`) : null),
         sessionFacts(session, index, model));

@@ -1,4 +1,4 @@
-// What stands above and below the charts: axis, legend, position, channels; and the page's buttons.
+// The controls above and below the charts: axis, legend, position, channels; and the page's buttons.
 
 import { axisTitle, formatPlace } from './chartdata.js';
 import { byId, el } from './dom.js';
