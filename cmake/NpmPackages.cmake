@@ -23,12 +23,12 @@ function(napammul_npm_packages result)
     endif()
     configure_file(package.json package.json COPYONLY)
     configure_file(package-lock.json package-lock.json COPYONLY)
-    # Without a network npm would try for minutes.
+    # Without a network npm would try for minutes. esbuild is 10 MB, which a slow one needs time for.
     execute_process(
         COMMAND "${NAPAMMUL_NPM}" ci --ignore-scripts --no-audit --no-fund --loglevel=error
             --fetch-retries=1 --fetch-retry-mintimeout=1000 --fetch-timeout=20000
         WORKING_DIRECTORY "${CMAKE_CURRENT_BINARY_DIR}"
-        TIMEOUT 60 RESULT_VARIABLE failure OUTPUT_QUIET ERROR_VARIABLE errors)
+        TIMEOUT 180 RESULT_VARIABLE failure OUTPUT_QUIET ERROR_VARIABLE errors)
     if(failure)
         string(REGEX REPLACE "\n.*" "" errors "${errors}")
         message(STATUS "npm could not fetch the packages of ${lock}: ${errors}")
