@@ -32,6 +32,9 @@ enum LapType : qint32 {
 class LapHeader : public DynamicData
 {
 public:
+    /// The lap time of a lap without a valid one, in milliseconds: hosts show 00:59:59.000 as none.
+    static constexpr int NoLapTime = 3599000;
+
     QUuid getLapId() const { return m_lapId; }
     void setLapId(const QUuid &lapId) { m_lapId = lapId; }
 

@@ -1,6 +1,7 @@
 #include "plugin/irpluginimport.h"
 
 #include "ibt/ibtfile.h"
+#include "ibt/ibtlimits.h"
 #include "reader/irtelemetryreader.h"
 
 #include <QElapsedTimer>
@@ -63,11 +64,6 @@ qint64 askedBytes(const CollectedLaps &laps)
         + laps.laps * (laps.channels * ChannelBytes + LapBytes);
 }
 
-/// What laps may take for each byte of their records: variables laid over each other, or a lap
-/// closed every other tick, could make terabytes of a small file. Variables side by side make at
-/// most 8 bytes of each byte.
-constexpr qint64 AllowedPerByte = 64;
-
 /// Whether records of \a recordBytes bytes can make more of laps of \a channels channels than those
 /// may take.
 bool canGetOutOfProportion(qint64 channels, qint64 recordBytes)
@@ -76,7 +72,7 @@ bool canGetOutOfProportion(qint64 channels, qint64 recordBytes)
     most.laps = 1;
     most.ticks = 2; // a lap ends every other tick at most
     most.channels = channels;
-    return askedBytes(most) > AllowedPerByte * recordBytes * most.ticks;
+    return askedBytes(most) > IbtLapMemory::AllowedPerRecordByte * recordBytes * most.ticks;
 }
 
 QString sessionInfoError()
@@ -130,8 +126,7 @@ std::optional<Pass> readRecords(IbtFile *file, iRTelemetryReader *reader, LapLis
 /// so laps that can get out of proportion are counted before many of them are made.
 bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *laps)
 {
-    constexpr qint64 AlwaysAllowed = 256 * 1024 * 1024;
-    constexpr qint64 Uncounted = 32 * 1024 * 1024;
+    constexpr qint64 Uncounted = 32 * IbtLapMemory::MB;
     constexpr qint64 Countable = std::numeric_limits<qint64>::max() / 4;
 
     if (readRecords(file, reader, laps, Uncounted))
@@ -141,7 +136,8 @@ bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *lap
     if (!counted)
         return false;
     // Binding the third time, whatever else the file may hold by then.
-    const qint64 allowed = qMax(counted->recordBytes * AllowedPerByte, AlwaysAllowed);
+    const qint64 allowed = qMax<qint64>(counted->recordBytes * IbtLapMemory::AllowedPerRecordByte,
+                                        IbtLapMemory::AlwaysAllowed);
     return counted->mostAsked <= allowed && readRecords(file, reader, laps, allowed);
 }
 

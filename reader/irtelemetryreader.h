@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ibt/ibtformat.h"
+#include "ibt/ibtlimits.h"
 #include "reader/carsessioninfo.h"
 #include "reader/cartracker.h"
 #include "reader/recordlayout.h"
@@ -34,8 +35,8 @@ struct CollectedLaps {
 class iRTelemetryReader : public TYamlTree
 {
 public:
-    /// Cars that a session can have; indexes run from 0.
-    static constexpr int CarCount = 64;
+    /// Cars that a session can have; their numbers run from 0.
+    static constexpr int CarCount = IbtCarCount;
 
     iRTelemetryReader();
 
@@ -131,7 +132,7 @@ public:
     static QUuid sessionId(const QString &text);
 
 private:
-    bool isCar(int car) const { return car >= 0 && car < m_cars.size(); }
+    bool isCar(int car) const { return isIbtCarIdx(car, m_cars.size()); }
 
     void cacheNames(const irsdk_header &header, const irsdk_varHeader *varHeaders);
     void extract(const irsdk_header &header, const irsdk_varHeader *varHeaders, const char *data);

@@ -6,8 +6,9 @@
 
 namespace {
 
-/// Seconds that mark a lap without a valid time: hosts show 00:59:59.000 as none.
-constexpr float NoLapTime = 3599.0f;
+/// LapHeader::NoLapTime in seconds, as lap times are recorded.
+constexpr float NoLapTime = float(ZEP::LapHeader::NoLapTime) / 1000.0f;
+static_assert(int(NoLapTime * 1000.0f) == ZEP::LapHeader::NoLapTime);
 
 /// The first float, in milliseconds, that no int holds.
 constexpr float MsLimit = 2147483648.0f;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ibt/ibtelements.h"
 #include "ibt/ibtformat.h"
 
 #include <QVariant>
@@ -42,39 +43,37 @@ private:
     qint32 m_offset = 0;
 };
 
-/// The elements of one variable that a record really holds.
+/// The elements of one variable that a record contains.
 class StoredElements
 {
 public:
-    /// Elements \a first to \a last of \a type, counted from byte \a offset of the record.
-    StoredElements(qint32 type, qint64 offset, int first, int last)
-        : m_type(type), m_offset(offset), m_first(first), m_last(last)
+    /// \a elements of \a type, counted from byte \a offset of the record.
+    StoredElements(IbtElements elements, qint32 type, qint64 offset)
+        : m_elements(elements), m_type(type), m_offset(offset)
     {
     }
-    /// \a count elements that all read as \a carried.
-    StoredElements(const RecordElement &carried, int count)
-        : m_carried(carried), m_first(0), m_last(count - 1)
+    /// \a elements that all read as \a carried.
+    StoredElements(IbtElements elements, const RecordElement &carried)
+        : m_elements(elements), m_carried(carried)
     {
     }
 
-    int first() const { return m_first; }
-    int last() const { return m_last; }
+    int first() const { return m_elements.first; }
+    int last() const { return m_elements.last; }
     RecordElement at(int index) const;
 
 private:
+    IbtElements m_elements;
     qint32 m_type = RecordElement::NoType;
     qint64 m_offset = 0;
     RecordElement m_carried;
-    int m_first;
-    int m_last;
 };
 
 /// Calls \a visit(variable index, StoredElements) for the first \a count variables of the table, in
-/// its order, wherever the record holds an element to be stored.
+/// its order, that have an element to be stored (see ibtReadableElements()).
 ///
-/// A char variable is one element whatever its count. An element that does not lie wholly inside
-/// the record is not stored. A variable of a type that is not known needs no bytes: each of its
-/// elements takes the value converted before it, or none at the start of the record.
+/// Each element of a type that is not known repeats the value converted before it; at the start of
+/// the table there is none, and it reads as an invalid variant.
 template <typename Visitor>
 void forEachVariable(const irsdk_header &header, const irsdk_varHeader *varHeaders, int count,
                      Visitor visit)
@@ -82,24 +81,15 @@ void forEachVariable(const irsdk_header &header, const irsdk_varHeader *varHeade
     RecordElement converted;
     for (int v = 0; v < count; ++v) {
         const irsdk_varHeader &variable = varHeaders[v];
-        const qint64 elements = variable.type == irsdk_char ? 1 : variable.count;
-        if (elements <= 0)
+        const IbtElements elements = ibtReadableElements(variable, header.bufLen);
+        if (elements.isEmpty())
             continue;
-
-        const qint64 size = irsdk_varTypeSize(variable.type);
-        if (size == 0) {
-            visit(v, StoredElements(converted, int(elements)));
+        if (!isKnownIbtType(variable.type)) {
+            visit(v, StoredElements(elements, converted));
             continue;
         }
-
-        const qint64 offset = variable.offset;
-        const qint64 first = offset >= 0 ? 0 : (-offset + size - 1) / size;
-        const qint64 room = header.bufLen - offset;
-        const qint64 last = qMin(elements, room > 0 ? room / size : 0) - 1;
-        if (first > last)
-            continue;
-        const StoredElements stored(variable.type, offset, int(first), int(last));
+        const StoredElements stored(elements, variable.type, variable.offset);
         visit(v, stored);
-        converted = stored.at(int(last));
+        converted = stored.at(stored.last());
     }
 }

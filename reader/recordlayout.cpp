@@ -20,10 +20,10 @@ RecordLayout::RecordLayout(const irsdk_header &header, const irsdk_varHeader *va
     });
     m_variables.assign(columns.cbegin(), columns.cend());
 
-    for (int i = 0; i < TickVariableCount; ++i) {
-        const auto column = columns.constFind(tickVariableName(TickVariable(i)));
+    for (std::size_t i = 0; i < LapVariableCount; ++i) {
+        const auto column = columns.constFind(sampleName(LapVariable(i)));
         if (column != columns.constEnd())
-            m_tickElements[std::size_t(i)] = column->element;
+            m_lapElements[i] = column->element;
     }
 
     Column marker;

@@ -43,10 +43,10 @@ public:
     /// Adds the variables of \a record to \a sample.
     void addTo(ZEP::Sample *sample, const char *record) const;
 
-    /// Where the record holds \a variable; none if it does not.
-    const std::optional<RecordElement> &tickElement(TickVariable variable) const
+    /// Where the record contains \a variable; none if it does not.
+    const std::optional<RecordElement> &element(LapVariable variable) const
     {
-        return m_tickElements[std::size_t(variable)];
+        return m_lapElements[std::size_t(variable)];
     }
 
     /// The value that marks a tick of the player's car: it alone is recorded with all variables.
@@ -57,7 +57,7 @@ private:
     std::vector<Column> m_variables;
     std::vector<Column> m_columns;
     QList<QString> m_columnNames;
-    std::array<std::optional<RecordElement>, TickVariableCount> m_tickElements;
+    std::array<std::optional<RecordElement>, LapVariableCount> m_lapElements;
     int m_recordBytes;
 };
 
@@ -70,16 +70,15 @@ public:
     {
     }
 
-    bool has(TickVariable variable) const { return m_layout.tickElement(variable).has_value(); }
-    int toInt(TickVariable variable) const { return element(variable).toInt(m_record); }
-    float toFloat(TickVariable variable) const { return element(variable).toFloat(m_record); }
-    bool toBool(TickVariable variable) const { return element(variable).toBool(m_record); }
+    bool has(LapVariable variable) const { return m_layout.element(variable).has_value(); }
+    int toInt(LapVariable variable) const { return element(variable).toInt(m_record); }
+    float toFloat(LapVariable variable) const { return element(variable).toFloat(m_record); }
+    bool toBool(LapVariable variable) const { return element(variable).toBool(m_record); }
+    /// False: "Speed" has no capital in the names of a record, see SampleSource::isSlow().
+    bool isSlow() const { return false; }
 
 private:
-    const RecordElement &element(TickVariable variable) const
-    {
-        return *m_layout.tickElement(variable);
-    }
+    const RecordElement &element(LapVariable variable) const { return *m_layout.element(variable); }
 
     const RecordLayout &m_layout;
     const char *m_record;

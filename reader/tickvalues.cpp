@@ -3,40 +3,49 @@
 #include "model/sample.h"
 #include "reader/variantnumber.h"
 
-const QString &tickVariableName(TickVariable variable)
+#include <array>
+
+namespace {
+
+/// Slower than this, in the unit of the speed, a car adds no tick.
+constexpr float SlowBelow = 1.0f;
+
+} // namespace
+
+const QString &sampleName(LapVariable variable)
 {
-    // "Speed" has its capital on purpose: recorded names are lower-case, so only a sample that
-    // somebody filled by hand holds it.
-    static const QString names[TickVariableCount] = {
-        QStringLiteral("lapdistpct"),
-        QStringLiteral("sessionstate"),
-        QStringLiteral("lap"),
-        QStringLiteral("isontrack"),
-        QStringLiteral("onpitroad"),
-        QStringLiteral("laplastlaptime"),
-        QStringLiteral("lapcurrentlaptime"),
-        QStringLiteral("sessionnum"),
-        QStringLiteral("Speed"),
-    };
-    return names[int(variable)];
+    using Names = std::array<QString, LapVariableCount>;
+    static const Names names = [] {
+        Names lowerCase;
+        for (std::size_t i = 0; i < LapVariableCount; ++i)
+            lowerCase[i] = QString::fromLatin1(LapVariableNames[i]).toLower();
+        return lowerCase;
+    }();
+    return names[std::size_t(variable)];
 }
 
-bool SampleSource::has(TickVariable variable) const
+bool SampleSource::has(LapVariable variable) const
 {
-    return m_sample.containsValue(tickVariableName(variable));
+    return m_sample.containsValue(sampleName(variable));
 }
 
-int SampleSource::toInt(TickVariable variable) const
+int SampleSource::toInt(LapVariable variable) const
 {
-    return intOf(m_sample.value(tickVariableName(variable)).value);
+    return intOf(m_sample.value(sampleName(variable)).value);
 }
 
-float SampleSource::toFloat(TickVariable variable) const
+float SampleSource::toFloat(LapVariable variable) const
 {
-    return m_sample.value(tickVariableName(variable)).value.toFloat();
+    return m_sample.value(sampleName(variable)).value.toFloat();
 }
 
-bool SampleSource::toBool(TickVariable variable) const
+bool SampleSource::toBool(LapVariable variable) const
 {
-    return boolOf(m_sample.value(tickVariableName(variable)).value);
+    return boolOf(m_sample.value(sampleName(variable)).value);
+}
+
+bool SampleSource::isSlow() const
+{
+    const QString name = QStringLiteral("Speed");
+    return m_sample.containsValue(name) && SlowBelow > m_sample.value(name).value.toFloat();
 }

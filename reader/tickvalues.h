@@ -1,5 +1,8 @@
 #pragma once
 
+#include "ibt/lapvariables.h"
+#include "model/channel.h"
+
 #include <QString>
 
 #include <optional>
@@ -8,22 +11,8 @@ namespace ZEP {
 class Sample;
 }
 
-/// The variables that decide which lap a tick belongs to.
-enum class TickVariable {
-    LapDistPct,
-    SessionState,
-    Lap,
-    IsOnTrack,
-    OnPitRoad,
-    LapLastLapTime,
-    LapCurrentLapTime,
-    SessionNum,
-    Speed,
-};
-constexpr int TickVariableCount = int(TickVariable::Speed) + 1;
-
-/// The name under which a sample holds \a variable.
-const QString &tickVariableName(TickVariable variable);
+/// The name under which a sample contains \a variable: recorded names in lower case.
+const QString &sampleName(LapVariable variable);
 
 /// The few values of a tick that decide which lap it belongs to, with their defaults where the tick
 /// lacks one.
@@ -34,8 +23,13 @@ struct TickValues {
     bool isOnTrack; ///< false when missing
     std::optional<bool> onPitRoad;
     float lapLastLapTime; ///< seconds; -1 when missing
-    float lapCurrentLapTime; ///< seconds; 1e25 when missing
-    bool isSlow; ///< "Speed" is there and below 1
+    float lapCurrentLapTime; ///< seconds; MissingLapTime when missing
+    bool isSlow; ///< such a tick is not recorded, see SampleSource::isSlow()
+
+    /// A lap time that is not there never falls back to a smaller one, which would end the lap.
+    static constexpr float MissingLapTime = float(ZEP::Channel::NoData);
+    /// No fraction of a lap, and no valid time of a lap.
+    static constexpr float Missing = -1.0f;
 
     /// Reads the values from a SampleSource or a RecordSource.
     template <typename Source>
@@ -52,10 +46,14 @@ class SampleSource
 public:
     explicit SampleSource(const ZEP::Sample &sample) : m_sample(sample) { }
 
-    bool has(TickVariable variable) const;
-    int toInt(TickVariable variable) const;
-    float toFloat(TickVariable variable) const;
-    bool toBool(TickVariable variable) const;
+    bool has(LapVariable variable) const;
+    int toInt(LapVariable variable) const;
+    float toFloat(LapVariable variable) const;
+    bool toBool(LapVariable variable) const;
+    /// True when the sample contains "Speed", with this capital, and the value is below 1. On
+    /// purpose: recorded names are in lower case, so only a sample that somebody filled by hand is
+    /// slow, and hosts know recorded laps with the ticks of a car that stands.
+    bool isSlow() const;
 
 private:
     const ZEP::Sample &m_sample;
@@ -64,29 +62,28 @@ private:
 template <typename Source>
 TickValues TickValues::from(const Source &source)
 {
-    const auto floatOr = [&source](TickVariable variable, float missing) {
+    const auto floatOr = [&source](LapVariable variable, float missing) {
         return source.has(variable) ? source.toFloat(variable) : missing;
     };
-    const auto intOr = [&source](TickVariable variable, int missing) {
+    const auto intOr = [&source](LapVariable variable, int missing) {
         return source.has(variable) ? source.toInt(variable) : missing;
     };
 
     TickValues values;
-    values.lapDistPct = floatOr(TickVariable::LapDistPct, -1.0f);
-    values.sessionState = intOr(TickVariable::SessionState, 0);
-    values.lap = intOr(TickVariable::Lap, -1);
-    values.isOnTrack =
-        source.has(TickVariable::IsOnTrack) && source.toBool(TickVariable::IsOnTrack);
-    if (source.has(TickVariable::OnPitRoad))
-        values.onPitRoad = source.toBool(TickVariable::OnPitRoad);
-    values.lapLastLapTime = floatOr(TickVariable::LapLastLapTime, -1.0f);
-    values.lapCurrentLapTime = floatOr(TickVariable::LapCurrentLapTime, 1.0e25f);
-    values.isSlow = source.has(TickVariable::Speed) && 1.0f > source.toFloat(TickVariable::Speed);
+    values.lapDistPct = floatOr(LapVariable::LapDistPct, Missing);
+    values.sessionState = intOr(LapVariable::SessionState, 0);
+    values.lap = intOr(LapVariable::Lap, -1);
+    values.isOnTrack = source.has(LapVariable::IsOnTrack) && source.toBool(LapVariable::IsOnTrack);
+    if (source.has(LapVariable::OnPitRoad))
+        values.onPitRoad = source.toBool(LapVariable::OnPitRoad);
+    values.lapLastLapTime = floatOr(LapVariable::LapLastLapTime, Missing);
+    values.lapCurrentLapTime = floatOr(LapVariable::LapCurrentLapTime, MissingLapTime);
+    values.isSlow = source.isSlow();
     return values;
 }
 
 template <typename Source>
 int TickValues::sessionNumber(const Source &source)
 {
-    return source.has(TickVariable::SessionNum) ? source.toInt(TickVariable::SessionNum) : 0;
+    return source.has(LapVariable::SessionNum) ? source.toInt(LapVariable::SessionNum) : 0;
 }

@@ -38,8 +38,8 @@ private Q_SLOTS:
     void lastOfEqualNamesStaysWithItsUnit();
     void variableOutsideTheRecordHasNoColumn();
     void fileVariableOfTheMarkersNameIsOverruledInLaps();
-    void tickElementsAreFound();
-    void missingTickElementIsNone();
+    void lapVariablesAreFound();
+    void missingLapVariableIsNone();
     void sampleHoldsEveryVariable();
     void tableLongerThanItsNamesIsCut();
 };
@@ -92,25 +92,24 @@ void tst_RecordLayout::fileVariableOfTheMarkersNameIsOverruledInLaps()
     QCOMPARE(sample.value(QStringLiteral("fulltelemetry")).value, QVariant(7));
 }
 
-void tst_RecordLayout::tickElementsAreFound()
+void tst_RecordLayout::lapVariablesAreFound()
 {
     const Recording recording;
     const RecordLayout layout = layoutOf(recording);
     const QByteArray record(recording.recordSize(), '\0');
     const RecordSource source(layout, record.constData());
-    for (int i = 0; i < TickVariableCount; ++i) {
-        const auto variable = TickVariable(i);
-        // No recorded name has a capital.
-        QCOMPARE(source.has(variable), variable != TickVariable::Speed);
-    }
-    QCOMPARE(layout.tickElement(TickVariable::Lap)->offset(), recording.offsetOf("Lap"));
+    for (std::size_t i = 0; i < LapVariableCount; ++i)
+        QVERIFY(source.has(LapVariable(i)));
+    QCOMPARE(layout.element(LapVariable::Lap)->offset(), recording.offsetOf("Lap"));
+    // No recorded name has a capital.
+    QVERIFY(!source.isSlow());
 }
 
-void tst_RecordLayout::missingTickElementIsNone()
+void tst_RecordLayout::missingLapVariableIsNone()
 {
     const RecordLayout layout = layoutOf(Recording::empty().variables({{"Speed"}}));
-    for (int i = 0; i < TickVariableCount; ++i)
-        QVERIFY(!layout.tickElement(TickVariable(i)).has_value());
+    for (std::size_t i = 0; i < LapVariableCount; ++i)
+        QVERIFY(!layout.element(LapVariable(i)).has_value());
 }
 
 void tst_RecordLayout::sampleHoldsEveryVariable()
