@@ -23,6 +23,7 @@ public:
 
     /// The value called \a name, or a default Value (invalid variant, no unit). Never inserts.
     ZEP::Value value(const QString &name) const { return m_values.value(name); }
+    bool hasValues() const { return !m_values.isEmpty(); }
     bool containsValue(const QString &name) const { return m_values.contains(name); }
 
     /// Inserts a value, or replaces quantity and unit of the one with the same name.

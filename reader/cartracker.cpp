@@ -187,6 +187,6 @@ void CarTracker::prepareTick()
 bool CarTracker::isIdle() const
 {
     const CarTrackerSample initial;
-    return !lapReady && sample.valueNameList().isEmpty() && current == previous
+    return !lapReady && !sample.hasValues() && current == previous
         && current.lapDistPct == initial.lapDistPct && current.sessionState == initial.sessionState;
 }

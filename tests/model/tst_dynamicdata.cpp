@@ -36,6 +36,7 @@ void tst_DynamicData::isEmptyByDefault()
 {
     const ZEP::DynamicData data;
     QVERIFY(data.valueNameList().isEmpty());
+    QVERIFY(!data.hasValues());
 }
 
 void tst_DynamicData::lookingUpNeverInserts()
@@ -55,6 +56,7 @@ void tst_DynamicData::addsFromValue()
     ZEP::DynamicData data;
     data.addValue("fuel", ZEP::Value(30, "l"));
     QVERIFY(data.containsValue("fuel"));
+    QVERIFY(data.hasValues());
     QCOMPARE(data.value("fuel").value, QVariant(30));
     QCOMPARE(data.value("fuel").unit(), QString("l"));
     QCOMPARE(data.valueNameList(), Names{"fuel"});
