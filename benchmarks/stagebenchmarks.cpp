@@ -153,15 +153,15 @@ void columns(benchmark::State &state, const QByteArray &fileName, int lapTicks)
         names.append(QString::fromLatin1(recording.varHeaders()[v].name).toLower());
         units.append(QString::fromLatin1(recording.varHeaders()[v].unit));
     }
-    const RecordLayout layout(header, recording.varHeaders(), names, units);
+    const VariableLayout layout(header, recording.varHeaders(), names, units);
     const auto work = [&](ZEP::Lap *lap) {
-        RecordBlock block;
+        PendingRecords pending;
         for (const std::vector<char> &record : recording.records()) {
-            block.append(record.data(), layout);
-            if (block.isFull())
-                block.flushInto(lap, layout);
+            pending.append(record.data(), layout);
+            if (pending.isFull())
+                pending.flushInto(lap, layout);
         }
-        block.flushInto(lap, layout);
+        pending.flushInto(lap, layout);
     };
 
     ZEP::Lap lap;

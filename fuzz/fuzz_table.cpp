@@ -144,23 +144,23 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     require(LapComparison().difference(sample, plain.sample(0)));
     require(LapComparison().difference(compiled.sample(0), plain.sample(0)));
 
-    const RecordLayout layout(header, table.constData(), textsOf(table, false),
-                              textsOf(table, true));
+    const VariableLayout layout(header, table.constData(), textsOf(table, false),
+                                textsOf(table, true));
     const SampleSource named(sample);
     const RecordSource raw(layout, record.get());
     require(tickDifference(TickValues::from(raw), TickValues::from(named)));
     require(TickValues::sessionNumber(raw) == TickValues::sessionNumber(named), "session number");
 
-    RecordBlock block;
+    PendingRecords pending;
     ZEP::Lap columns;
     ZEP::Lap samples;
     ZEP::Sample marked = sample;
-    marked.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry, QString());
+    marked.addValue(VariableLayout::fullTelemetryName(), VariableLayout::FullTelemetry, QString());
     for (int tick = 0; tick < 3; ++tick) {
-        block.append(record.get(), layout);
+        pending.append(record.get(), layout);
         samples.addSample(marked);
     }
-    block.flushInto(&columns, layout);
+    pending.flushInto(&columns, layout);
     require(channelDifference(columns, samples));
     return 0;
 }

@@ -155,7 +155,7 @@ void CarTracker::keepMaxLapDistPct(bool isCollected)
         lap.setCalculatedValue(maxLapDistPctName(), current.lapDistPct, QString());
 }
 
-void CarTracker::flushLapRecords(const RecordLayout &layout)
+void CarTracker::flushLapRecords(const VariableLayout &layout)
 {
     if (m_collectedMaxLapDistPct) {
         lap.setCalculatedValue(maxLapDistPctName(), *m_collectedMaxLapDistPct, QString());
@@ -164,7 +164,7 @@ void CarTracker::flushLapRecords(const RecordLayout &layout)
     lapRecords.flushInto(&lap, layout);
 }
 
-void CarTracker::flushRecords(const RecordLayout &layout)
+void CarTracker::flushRecords(const VariableLayout &layout)
 {
     flushLapRecords(layout);
     nextLapRecords.flushInto(&nextLap, layout);

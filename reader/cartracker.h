@@ -2,7 +2,7 @@
 
 #include "model/lap.h"
 #include "model/sample.h"
-#include "reader/recordblock.h"
+#include "reader/pendingrecords.h"
 
 #include <QString>
 #include <QUuid>
@@ -80,9 +80,9 @@ public:
     /// the lap itself gets it in flushRecords().
     void keepMaxLapDistPct(bool isCollected);
     /// Brings the collected records of `lap` into it.
-    void flushLapRecords(const RecordLayout &layout);
+    void flushLapRecords(const VariableLayout &layout);
     /// Brings all collected records into `lap` and `nextLap`.
-    void flushRecords(const RecordLayout &layout);
+    void flushRecords(const VariableLayout &layout);
     /// True when a tick without values changes nothing about this car.
     bool isIdle() const;
     /// True when nothing of the lap has been recorded.
@@ -104,9 +104,9 @@ public:
     bool lapReady = false; ///< a finished lap waits in `lap`
 
     /// Records of `lap` that are not yet in its channels.
-    RecordBlock lapRecords;
+    PendingRecords lapRecords;
     /// Records of `nextLap` that are not yet in its channels.
-    RecordBlock nextLapRecords;
+    PendingRecords nextLapRecords;
 
     /// The lap's calculated value that holds its greatest fraction while it is recorded.
     static const QString &maxLapDistPctName();

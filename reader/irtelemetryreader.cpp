@@ -213,7 +213,7 @@ void iRTelemetryReader::followCar(int index, int sessionNumber)
         if (raw) {
             m_tick.mark();
         } else {
-            car.sample.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry,
+            car.sample.addValue(VariableLayout::fullTelemetryName(), VariableLayout::FullTelemetry,
                                 QString());
             m_mySampleIsEmpty = false;
         }
@@ -278,12 +278,12 @@ void iRTelemetryReader::recordTick(int index)
         lap.addSample(car.sample);
         return;
     }
-    RecordBlock &block = toNextLap ? car.nextLapRecords : car.lapRecords;
+    PendingRecords &pending = toNextLap ? car.nextLapRecords : car.lapRecords;
     if (m_isCounting)
-        return block.count();
-    block.append(raw, *m_layout);
-    if (block.isFull())
-        block.flushInto(&lap, *m_layout);
+        return pending.count();
+    pending.append(raw, *m_layout);
+    if (pending.isFull())
+        pending.flushInto(&lap, *m_layout);
 }
 
 /// The record that holds the car's values of this tick; null when its sample holds them.

@@ -4,8 +4,8 @@
 #include "ibt/ibtlimits.h"
 #include "reader/carsessioninfo.h"
 #include "reader/cartracker.h"
-#include "reader/recordlayout.h"
-#include "reader/recordtick.h"
+#include "reader/pendingtick.h"
+#include "reader/variablelayout.h"
 #include "yaml/yamltree.h"
 
 #include <QString>
@@ -169,8 +169,8 @@ private:
     // and the car's sample is empty, or they are in the sample.
     const irsdk_header *m_header = nullptr;
     const irsdk_varHeader *m_varHeaders = nullptr;
-    std::optional<RecordLayout> m_layout; ///< made of the table when the first record comes
-    RecordTick m_tick;
+    std::optional<VariableLayout> m_layout; ///< made of the table when the first record comes
+    PendingTick m_tick;
     bool m_mySampleIsEmpty = false; ///< known to be empty
     bool m_othersAreIdle = false; ///< known to be idle, all cars but the player's
     bool m_isCounting = false; ///< records are counted, not kept

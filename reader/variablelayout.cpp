@@ -1,11 +1,11 @@
-#include "reader/recordlayout.h"
+#include "reader/variablelayout.h"
 
 #include "model/sample.h"
 
 #include <QMap>
 
-RecordLayout::RecordLayout(const irsdk_header &header, const irsdk_varHeader *varHeaders,
-                           const QVector<QString> &names, const QVector<QString> &units)
+VariableLayout::VariableLayout(const irsdk_header &header, const irsdk_varHeader *varHeaders,
+                               const QVector<QString> &names, const QVector<QString> &units)
     : m_recordBytes(qMax(0, header.bufLen))
 {
     QMap<QString, Column> columns;
@@ -34,13 +34,13 @@ RecordLayout::RecordLayout(const irsdk_header &header, const irsdk_varHeader *va
     m_columnNames = columns.keys();
 }
 
-void RecordLayout::addTo(ZEP::Sample *sample, const char *record) const
+void VariableLayout::addTo(ZEP::Sample *sample, const char *record) const
 {
     for (const Column &column : m_variables)
         sample->addValue(column.name, column.element.toVariant(record), column.unit);
 }
 
-const QString &RecordLayout::fullTelemetryName()
+const QString &VariableLayout::fullTelemetryName()
 {
     static const QString name = QStringLiteral("fulltelemetry");
     return name;

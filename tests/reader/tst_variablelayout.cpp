@@ -1,7 +1,7 @@
 // The compiled variable table.
 
 #include "model/sample.h"
-#include "reader/recordlayout.h"
+#include "reader/variablelayout.h"
 #include "tests/support/roomtests.h"
 #include "tools/recording.h"
 
@@ -10,7 +10,7 @@
 namespace {
 
 /// The layout of a recording's table.
-RecordLayout layoutOf(const Recording &recording)
+VariableLayout layoutOf(const Recording &recording)
 {
     const QVector<irsdk_varHeader> table = recording.variableTable();
     QVector<QString> names;
@@ -19,7 +19,7 @@ RecordLayout layoutOf(const Recording &recording)
         names.append(QString::fromLatin1(variable.name).toLower());
         units.append(QString::fromLatin1(variable.unit));
     }
-    return RecordLayout(recording.header(), table.constData(), names, units);
+    return VariableLayout(recording.header(), table.constData(), names, units);
 }
 
 QByteArray lastRecord(const Recording &recording)
@@ -29,7 +29,7 @@ QByteArray lastRecord(const Recording &recording)
 
 } // namespace
 
-class tst_RecordLayout : public QObject
+class tst_VariableLayout : public QObject
 {
     Q_OBJECT
 
@@ -44,10 +44,10 @@ private Q_SLOTS:
     void tableLongerThanItsNamesIsCut();
 };
 
-void tst_RecordLayout::columnsAreSortedAndEndWithTheMarker()
+void tst_VariableLayout::columnsAreSortedAndEndWithTheMarker()
 {
     const auto recording = Recording::empty().variables({{"Speed"}, {"Brake"}, {"speed2"}});
-    const RecordLayout layout = layoutOf(recording);
+    const VariableLayout layout = layoutOf(recording);
     QCOMPARE(layout.columnNames(),
              (QList<QString>{QStringLiteral("brake"), QStringLiteral("fulltelemetry"),
                              QStringLiteral("speed"), QStringLiteral("speed2")}));
@@ -55,33 +55,33 @@ void tst_RecordLayout::columnsAreSortedAndEndWithTheMarker()
     QCOMPARE(layout.recordBytes(), 12);
 }
 
-void tst_RecordLayout::lastOfEqualNamesStaysWithItsUnit()
+void tst_VariableLayout::lastOfEqualNamesStaysWithItsUnit()
 {
     const auto recording = Recording::empty().variables(
         {{"Fuel", irsdk_float, "l"}, {"FUEL", irsdk_double, "kg"}, {"fuel", irsdk_int, "gal"}});
-    const RecordLayout layout = layoutOf(recording);
+    const VariableLayout layout = layoutOf(recording);
     QCOMPARE(layout.columns().front().name, QStringLiteral("fuel"));
     QCOMPARE(layout.columns().front().unit, QStringLiteral("gal"));
     QCOMPARE(layout.columns().front().element.type(), qint32(irsdk_int));
     QCOMPARE(layout.columns().front().element.offset(), 12);
 }
 
-void tst_RecordLayout::variableOutsideTheRecordHasNoColumn()
+void tst_VariableLayout::variableOutsideTheRecordHasNoColumn()
 {
     RecordingVariable outside{"Speed", irsdk_double};
     outside.offset = 1;
     const auto recording =
         Recording::empty().variables({{"Speed", irsdk_float, "m/s"}, outside}).recordSize(8);
-    const RecordLayout layout = layoutOf(recording);
+    const VariableLayout layout = layoutOf(recording);
     QCOMPARE(layout.columns().size(), std::size_t(2));
     QCOMPARE(layout.columns().back().unit, QStringLiteral("m/s"));
 }
 
-void tst_RecordLayout::fileVariableOfTheMarkersNameIsOverruledInLaps()
+void tst_VariableLayout::fileVariableOfTheMarkersNameIsOverruledInLaps()
 {
     auto recording = Recording::empty().variables({{"FullTelemetry", irsdk_int, "x"}});
     recording.set("FullTelemetry", 7).ticks(1);
-    const RecordLayout layout = layoutOf(recording);
+    const VariableLayout layout = layoutOf(recording);
     QCOMPARE(layout.columns().size(), std::size_t(1));
     QCOMPARE(layout.columns().front().element.type(), RecordElement::NoType);
     QCOMPARE(layout.columns().front().constant, 1.0);
@@ -92,10 +92,10 @@ void tst_RecordLayout::fileVariableOfTheMarkersNameIsOverruledInLaps()
     QCOMPARE(sample.value(QStringLiteral("fulltelemetry")).value, QVariant(7));
 }
 
-void tst_RecordLayout::lapVariablesAreFound()
+void tst_VariableLayout::lapVariablesAreFound()
 {
     const Recording recording;
-    const RecordLayout layout = layoutOf(recording);
+    const VariableLayout layout = layoutOf(recording);
     const QByteArray record(recording.recordSize(), '\0');
     const RecordSource source(layout, record.constData());
     for (std::size_t i = 0; i < LapVariableCount; ++i)
@@ -105,14 +105,14 @@ void tst_RecordLayout::lapVariablesAreFound()
     QVERIFY(!source.isSlow());
 }
 
-void tst_RecordLayout::missingLapVariableIsNone()
+void tst_VariableLayout::missingLapVariableIsNone()
 {
-    const RecordLayout layout = layoutOf(Recording::empty().variables({{"Speed"}}));
+    const VariableLayout layout = layoutOf(Recording::empty().variables({{"Speed"}}));
     for (std::size_t i = 0; i < LapVariableCount; ++i)
         QVERIFY(!layout.element(LapVariable(i)).has_value());
 }
 
-void tst_RecordLayout::sampleHoldsEveryVariable()
+void tst_VariableLayout::sampleHoldsEveryVariable()
 {
     Recording recording;
     recording.set("Lap", 3).set("LapDistPct", 0.5).set("IsOnTrack", true).ticks(1);
@@ -125,16 +125,16 @@ void tst_RecordLayout::sampleHoldsEveryVariable()
     QVERIFY(!sample.containsValue(QStringLiteral("fulltelemetry")));
 }
 
-void tst_RecordLayout::tableLongerThanItsNamesIsCut()
+void tst_VariableLayout::tableLongerThanItsNamesIsCut()
 {
     const auto recording = Recording::empty().variables({{"Speed"}, {"Brake"}});
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    const RecordLayout layout(recording.header(), table.constData(), {QStringLiteral("speed")},
-                              {QStringLiteral("m/s")});
+    const VariableLayout layout(recording.header(), table.constData(), {QStringLiteral("speed")},
+                                {QStringLiteral("m/s")});
     QCOMPARE(layout.columnNames(),
              (QList<QString>{QStringLiteral("fulltelemetry"), QStringLiteral("speed")}));
 }
 
-NAPAMMUL_TEST(tst_RecordLayout)
+NAPAMMUL_TEST(tst_VariableLayout)
 
-#include "tst_recordlayout.moc"
+#include "tst_variablelayout.moc"

@@ -1,7 +1,7 @@
-#include "reader/recordblock.h"
+#include "reader/pendingrecords.h"
 
 #include "model/lap.h"
-#include "reader/recordlayout.h"
+#include "reader/variablelayout.h"
 
 #include <algorithm>
 #include <memory>
@@ -25,7 +25,7 @@ void loadColumn(double *samples, const char *records, int count, int recordBytes
 }
 
 void convert(double *samples, const char *records, int count, int recordBytes,
-             const RecordLayout::Column &column)
+             const VariableLayout::Column &column)
 {
     switch (column.element.type()) {
     case irsdk_char:
@@ -57,31 +57,31 @@ void reserve(QVector<double> *samples, int more)
 
 } // namespace
 
-void RecordBlock::append(const char *record, const RecordLayout &layout)
+void PendingRecords::append(const char *record, const VariableLayout &layout)
 {
     m_records.insert(m_records.end(), record, record + layout.recordBytes());
     count();
 }
 
-void RecordBlock::count()
+void PendingRecords::count()
 {
     ++m_count;
     ++m_recorded;
 }
 
-bool RecordBlock::isFull() const
+bool PendingRecords::isFull() const
 {
     return m_records.size() >= MaxBlockBytes;
 }
 
-void RecordBlock::flushInto(ZEP::Lap *lap, const RecordLayout &layout)
+void PendingRecords::flushInto(ZEP::Lap *lap, const VariableLayout &layout)
 {
     if (m_count == 0)
         return;
 
     const QList<QString> channels = lap->getAvailableChannels();
     if (channels.isEmpty()) {
-        for (const RecordLayout::Column &column : layout.columns()) {
+        for (const VariableLayout::Column &column : layout.columns()) {
             auto channel = std::make_unique<ZEP::Channel>();
             channel->setUnit(column.unit);
             lap->addChannel(channel.release(), column.name);
@@ -96,7 +96,7 @@ void RecordBlock::flushInto(ZEP::Lap *lap, const RecordLayout &layout)
     m_count = 0;
 }
 
-void RecordBlock::startWith(RecordBlock *next)
+void PendingRecords::startWith(PendingRecords *next)
 {
     // Copied, not swapped: as a rule a few records, and only one block grows to the size of a lap.
     m_records.assign(next->m_records.begin(), next->m_records.end());
@@ -106,7 +106,7 @@ void RecordBlock::startWith(RecordBlock *next)
 }
 
 /// Appends the records to channels that are exactly the layout's columns.
-void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
+void PendingRecords::appendColumns(ZEP::Lap *lap, const VariableLayout &layout) const
 {
     const auto all = int(m_count); // a block is full long before
     std::vector<QVector<double> *> channels;
@@ -134,18 +134,19 @@ void RecordBlock::appendColumns(ZEP::Lap *lap, const RecordLayout &layout) const
 }
 
 /// Appends the records one by one, for a lap whose channels somebody has changed.
-void RecordBlock::appendSamples(ZEP::Lap *lap, const RecordLayout &layout) const
+void PendingRecords::appendSamples(ZEP::Lap *lap, const VariableLayout &layout) const
 {
     const char *record = m_records.data();
     for (qint64 i = 0; i < m_count; ++i, record += layout.recordBytes()) {
         ZEP::Sample sample;
         layout.addTo(&sample, record);
-        sample.addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry, QString());
+        sample.addValue(VariableLayout::fullTelemetryName(), VariableLayout::FullTelemetry,
+                        QString());
         lap->addSample(sample);
     }
 }
 
-void RecordBlock::clear()
+void PendingRecords::clear()
 {
     m_records.clear();
     m_count = 0;

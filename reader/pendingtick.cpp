@@ -1,11 +1,11 @@
-#include "reader/recordtick.h"
+#include "reader/pendingtick.h"
 
 #include "model/sample.h"
-#include "reader/recordlayout.h"
+#include "reader/variablelayout.h"
 
 #include <algorithm>
 
-void RecordTick::take(const char *record, const RecordLayout &layout)
+void PendingTick::take(const char *record, const VariableLayout &layout)
 {
     const auto bytes = std::size_t(layout.recordBytes());
     m_record.resize(bytes + 1); // a record of no bytes is a record too
@@ -13,18 +13,19 @@ void RecordTick::take(const char *record, const RecordLayout &layout)
     m_isTaken = true;
 }
 
-void RecordTick::clear()
+void PendingTick::clear()
 {
     m_isTaken = false;
     m_isMarked = false;
 }
 
-void RecordTick::spreadInto(ZEP::Sample *sample, const RecordLayout &layout)
+void PendingTick::spreadInto(ZEP::Sample *sample, const VariableLayout &layout)
 {
     if (!m_isTaken)
         return;
     layout.addTo(sample, m_record.data());
     if (m_isMarked)
-        sample->addValue(RecordLayout::fullTelemetryName(), RecordLayout::FullTelemetry, QString());
+        sample->addValue(VariableLayout::fullTelemetryName(), VariableLayout::FullTelemetry,
+                         QString());
     clear();
 }

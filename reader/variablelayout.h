@@ -17,7 +17,7 @@ class Sample;
 
 /// A variable table compiled once: what a sample of each record would hold, in the order of its
 /// names, without making that sample.
-class RecordLayout
+class VariableLayout
 {
 public:
     /// One named value of every record.
@@ -29,8 +29,8 @@ public:
     };
 
     /// \a names and \a units are those of the table's variables, in its order.
-    RecordLayout(const irsdk_header &header, const irsdk_varHeader *varHeaders,
-                 const QVector<QString> &names, const QVector<QString> &units);
+    VariableLayout(const irsdk_header &header, const irsdk_varHeader *varHeaders,
+                   const QVector<QString> &names, const QVector<QString> &units);
 
     /// Bytes of one record.
     int recordBytes() const { return m_recordBytes; }
@@ -65,7 +65,7 @@ private:
 class RecordSource
 {
 public:
-    RecordSource(const RecordLayout &layout, const char *record)
+    RecordSource(const VariableLayout &layout, const char *record)
         : m_layout(layout), m_record(record)
     {
     }
@@ -80,6 +80,6 @@ public:
 private:
     const RecordElement &element(LapVariable variable) const { return *m_layout.element(variable); }
 
-    const RecordLayout &m_layout;
+    const VariableLayout &m_layout;
     const char *m_record;
 };

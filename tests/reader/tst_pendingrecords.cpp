@@ -1,8 +1,8 @@
 // Records on their way into the channels of a lap.
 
 #include "model/lap.h"
-#include "reader/recordblock.h"
-#include "reader/recordlayout.h"
+#include "reader/pendingrecords.h"
+#include "reader/variablelayout.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
 #include "tools/recording.h"
@@ -43,17 +43,17 @@ public:
             names.append(QString::fromLatin1(variable.name).toLower());
             units.append(QString::fromLatin1(variable.unit));
         }
-        m_layout = std::make_unique<RecordLayout>(m_header, m_table.constData(), names, units);
+        m_layout = std::make_unique<VariableLayout>(m_header, m_table.constData(), names, units);
     }
 
-    const RecordLayout &layout() const { return *m_layout; }
+    const VariableLayout &layout() const { return *m_layout; }
     int count() const { return m_bytes.size() / m_header.bufLen; }
     const char *at(int tick) const { return m_bytes.constData() + tick * m_header.bufLen; }
 
-    void append(RecordBlock *block, int from, int to) const
+    void append(PendingRecords *pending, int from, int to) const
     {
         for (int tick = from; tick < to; ++tick)
-            block->append(at(tick), layout());
+            pending->append(at(tick), layout());
     }
 
     /// The lap that the samples make, one by one.
@@ -71,7 +71,7 @@ private:
     QVector<irsdk_varHeader> m_table;
     irsdk_header m_header;
     QByteArray m_bytes;
-    std::unique_ptr<RecordLayout> m_layout;
+    std::unique_ptr<VariableLayout> m_layout;
 };
 
 void compareChannels(const ZEP::Lap &actual, const ZEP::Lap &expected)
@@ -87,7 +87,7 @@ void compareChannels(const ZEP::Lap &actual, const ZEP::Lap &expected)
 
 } // namespace
 
-class tst_RecordBlock : public QObject
+class tst_PendingRecords : public QObject
 {
     Q_OBJECT
 
@@ -102,7 +102,7 @@ private Q_SLOTS:
     void blockIsFullBeforeItTakesMuchMemory();
 };
 
-void tst_RecordBlock::columnsAreWhatSamplesMake_data()
+void tst_PendingRecords::columnsAreWhatSamplesMake_data()
 {
     QTest::addColumn<QVector<int>>("flushes"); // after how many records each
 
@@ -116,20 +116,20 @@ void tst_RecordBlock::columnsAreWhatSamplesMake_data()
     QTest::newRow("many, then a few") << QVector<int>{400, 401, 450, 500};
 }
 
-void tst_RecordBlock::columnsAreWhatSamplesMake()
+void tst_PendingRecords::columnsAreWhatSamplesMake()
 {
     QFETCH(QVector<int>, flushes);
 
     const Records records(everyType(500));
-    RecordBlock block;
+    PendingRecords pending;
     ZEP::Lap lap;
     int done = 0;
     for (const int end : flushes) {
-        records.append(&block, done, end);
-        QVERIFY(!block.isEmpty());
-        block.flushInto(&lap, records.layout());
-        QVERIFY(block.isEmpty());
-        QCOMPARE(block.recorded(), qint64(end));
+        records.append(&pending, done, end);
+        QVERIFY(!pending.isEmpty());
+        pending.flushInto(&lap, records.layout());
+        QVERIFY(pending.isEmpty());
+        QCOMPARE(pending.recorded(), qint64(end));
         done = end;
     }
 
@@ -138,14 +138,14 @@ void tst_RecordBlock::columnsAreWhatSamplesMake()
     compareChannels(lap, expected);
 }
 
-void tst_RecordBlock::channelsChangedInBetweenAreMergedAsSamplesAre()
+void tst_PendingRecords::channelsChangedInBetweenAreMergedAsSamplesAre()
 {
     const Records records(everyType(30));
     ZEP::Lap lap;
     ZEP::Lap expected;
-    RecordBlock block;
-    records.append(&block, 0, 10);
-    block.flushInto(&lap, records.layout());
+    PendingRecords pending;
+    records.append(&pending, 0, 10);
+    pending.flushInto(&lap, records.layout());
     records.addSamples(&expected, 0, 10);
 
     for (ZEP::Lap *changed : {&lap, &expected}) {
@@ -154,88 +154,88 @@ void tst_RecordBlock::channelsChangedInBetweenAreMergedAsSamplesAre()
         extra->data.fill(1.0, 10);
         changed->addChannel(extra, QStringLiteral("extra"));
     }
-    records.append(&block, 10, 30);
-    block.flushInto(&lap, records.layout());
+    records.append(&pending, 10, 30);
+    pending.flushInto(&lap, records.layout());
     records.addSamples(&expected, 10, 30);
     compareChannels(lap, expected);
 }
 
-void tst_RecordBlock::finishedLapHasNoSpareCapacity()
+void tst_PendingRecords::finishedLapHasNoSpareCapacity()
 {
     const Records records(everyType(500));
-    RecordBlock block;
+    PendingRecords pending;
     ZEP::Lap lap;
-    records.append(&block, 0, 500);
-    block.flushInto(&lap, records.layout());
+    records.append(&pending, 0, 500);
+    pending.flushInto(&lap, records.layout());
     for (const QString &name : lap.getAvailableChannels()) {
         QCOMPARE(lap.channel(name)->data.size(), 500);
         QCOMPARE(lap.channel(name)->data.capacity(), 500);
     }
 }
 
-void tst_RecordBlock::countedRecordsAreNotKept()
+void tst_PendingRecords::countedRecordsAreNotKept()
 {
-    RecordBlock block;
-    QVERIFY(block.isEmpty());
+    PendingRecords pending;
+    QVERIFY(pending.isEmpty());
     for (int i = 0; i < 100000; ++i)
-        block.count();
-    QCOMPARE(block.recorded(), qint64(100000));
-    QVERIFY(!block.isEmpty());
-    QVERIFY(!block.isFull());
+        pending.count();
+    QCOMPARE(pending.recorded(), qint64(100000));
+    QVERIFY(!pending.isEmpty());
+    QVERIFY(!pending.isFull());
 
-    RecordBlock started;
-    started.startWith(&block);
+    PendingRecords started;
+    started.startWith(&pending);
     QCOMPARE(started.recorded(), qint64(100000));
-    QVERIFY(block.isEmpty());
-    QCOMPARE(block.recorded(), qint64(0));
+    QVERIFY(pending.isEmpty());
+    QCOMPARE(pending.recorded(), qint64(0));
 }
 
-void tst_RecordBlock::emptyBlockLeavesTheLapAlone()
+void tst_PendingRecords::emptyBlockLeavesTheLapAlone()
 {
     const Records records(everyType(1));
-    RecordBlock block;
+    PendingRecords pending;
     ZEP::Lap lap;
-    block.flushInto(&lap, records.layout());
+    pending.flushInto(&lap, records.layout());
     QVERIFY(lap.isEmpty());
     QVERIFY(lap.calculatedValuesNames().isEmpty());
 }
 
-void tst_RecordBlock::startWithTakesOverAndEmptiesTheNext()
+void tst_PendingRecords::startWithTakesOverAndEmptiesTheNext()
 {
     const Records records(everyType(20));
-    RecordBlock block;
-    RecordBlock next;
-    records.append(&block, 0, 5);
+    PendingRecords pending;
+    PendingRecords next;
+    records.append(&pending, 0, 5);
     records.append(&next, 10, 20);
 
-    block.startWith(&next);
+    pending.startWith(&next);
     QVERIFY(next.isEmpty());
     QCOMPARE(next.recorded(), qint64(0));
-    QCOMPARE(block.recorded(), qint64(10));
+    QCOMPARE(pending.recorded(), qint64(10));
 
     ZEP::Lap lap;
     ZEP::Lap expected;
-    block.flushInto(&lap, records.layout());
+    pending.flushInto(&lap, records.layout());
     records.addSamples(&expected, 10, 20);
     compareChannels(lap, expected);
 }
 
-void tst_RecordBlock::blockIsFullBeforeItTakesMuchMemory()
+void tst_PendingRecords::blockIsFullBeforeItTakesMuchMemory()
 {
     const Records records(everyType(1));
-    RecordBlock block;
+    PendingRecords pending;
     qint64 bytes = 0;
-    while (!block.isFull()) {
-        block.append(records.at(0), records.layout());
+    while (!pending.isFull()) {
+        pending.append(records.at(0), records.layout());
         bytes += records.layout().recordBytes();
         QVERIFY(bytes <= 32 * 1024 * 1024);
     }
     ZEP::Lap lap;
-    block.flushInto(&lap, records.layout());
-    QVERIFY(!block.isFull());
+    pending.flushInto(&lap, records.layout());
+    QVERIFY(!pending.isFull());
     QCOMPARE(lap.size(), int(bytes / records.layout().recordBytes()));
 }
 
-NAPAMMUL_TEST(tst_RecordBlock)
+NAPAMMUL_TEST(tst_PendingRecords)
 
-#include "tst_recordblock.moc"
+#include "tst_pendingrecords.moc"
