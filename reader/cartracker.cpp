@@ -12,9 +12,9 @@ constexpr double BeforeLineOnGrid = 0.65;
 constexpr double BeforeLineFromPits = 0.8;
 /// A lap that came further than this is near its end,
 constexpr double EndOfLap = 0.9;
-/// and a tick that lies this far behind it is past the line.
+/// and a tick whose fraction is less by this much is past the line.
 constexpr double BackAtStart = 0.5;
-/// A running lap time that falls back by more than this has started anew, seconds.
+/// A running lap time that falls back by more than this has started again, seconds.
 constexpr float LapTimeReset = 5.0f;
 
 bool isBeforeStart(qint32 sessionState)
@@ -81,9 +81,9 @@ void CarTracker::updateCarStatus(bool stationary, bool onPitRoad, bool onTrack)
 
 void CarTracker::startLap()
 {
+    // Copied, not swapped: the next lap has few ticks as a rule, so only one of the two ever needs
+    // room for the records of a whole lap.
     lap = nextLap;
-    lapRecords.startWith(&nextLapRecords);
-    m_collectedMaxLapDistPct.reset();
     lapReady = false;
     nextLap.clear();
 
@@ -113,7 +113,7 @@ bool CarTracker::isLapCompleted() const
     return true;
 }
 
-/// The player's car tells its lap times; they are better than its lap counter, which may change
+/// The player's car has lap times, which are better than its lap counter: the counter may change
 /// some ticks away from the line.
 bool CarTracker::isOwnLapCompleted() const
 {
@@ -125,55 +125,14 @@ bool CarTracker::isOwnLapCompleted() const
     if (qFuzzyIsNull(now))
         return current.lap >= 0 && current.lap > previous.lap;
     if (diskLoading)
-        return before < 1.0e24f && before - now > LapTimeReset;
+        return double(before) < ZEP::Channel::ValidBelow && before - now > LapTimeReset;
     return now > 0 && before > 0 && before > now;
-}
-
-std::optional<double> CarTracker::maxLapDistPct() const
-{
-    if (m_collectedMaxLapDistPct)
-        return double(*m_collectedMaxLapDistPct);
-    if (lap.containsCalculatedValue(maxLapDistPctName()))
-        return lap.calculatedValue(maxLapDistPctName()).value.toDouble();
-    return std::nullopt;
 }
 
 bool CarTracker::hasCrossedLine() const
 {
-    const std::optional<double> max = maxLapDistPct();
+    const std::optional<double> max = lap.maxLapDistPct();
     return max && *max > EndOfLap && *max - double(current.lapDistPct) > BackAtStart;
-}
-
-void CarTracker::keepMaxLapDistPct(bool isCollected)
-{
-    const std::optional<double> max = maxLapDistPct();
-    if (max && !(double(current.lapDistPct) > *max))
-        return;
-    if (isCollected)
-        m_collectedMaxLapDistPct = current.lapDistPct;
-    else
-        lap.setCalculatedValue(maxLapDistPctName(), current.lapDistPct, QString());
-}
-
-void CarTracker::flushLapRecords(const VariableLayout &layout)
-{
-    if (m_collectedMaxLapDistPct) {
-        lap.setCalculatedValue(maxLapDistPctName(), *m_collectedMaxLapDistPct, QString());
-        m_collectedMaxLapDistPct.reset();
-    }
-    lapRecords.flushInto(&lap, layout);
-}
-
-void CarTracker::flushRecords(const VariableLayout &layout)
-{
-    flushLapRecords(layout);
-    nextLapRecords.flushInto(&nextLap, layout);
-}
-
-const QString &CarTracker::maxLapDistPctName()
-{
-    static const QString name = QStringLiteral("maxLapDistPct");
-    return name;
 }
 
 void CarTracker::prepareTick()

@@ -71,8 +71,8 @@ void iRTelemetryReader::startCounting()
 void iRTelemetryReader::prepareTick()
 {
     m_tick.clear();
-    if (isMyLapReady() && !m_cars.at(m_myCarIdx).lapRecords.isEmpty())
-        flushLaps(); // what came behind the end of a lap belongs to its copies too
+    if (isMyLapReady() && !m_cars.at(m_myCarIdx).lap.pending.isEmpty())
+        flushLaps(); // what came after the end of a lap belongs to its copies too
     if (m_othersAreIdle) {
         if (hasMyCar())
             m_cars[m_myCarIdx].prepareTick();
@@ -237,7 +237,7 @@ void iRTelemetryReader::followCar(int index, int sessionNumber)
         processLap(index, true);
     else if (car.current.carStatus == CarStatusBeforeLine)
         return; // a lap begins at the line
-    else if (car.isLapEmpty()
+    else if (!car.lap.isStarted()
              && (car.current.carStatus == CarStatusStopped
                  || car.current.carStatus == CarStatusPitRoad))
         return; // a lap never begins in the pits
@@ -271,19 +271,18 @@ void iRTelemetryReader::recordTick(int index)
         flushLaps();
     const bool toNextLap = car.hasCrossedLine();
     if (!toNextLap)
-        car.keepMaxLapDistPct(raw != nullptr);
+        car.lap.raiseMaxLapDistPct(car.current.lapDistPct, raw != nullptr);
 
-    ZEP::Lap &lap = toNextLap ? car.nextLap : car.lap;
+    GrowingLap &lap = toNextLap ? car.nextLap : car.lap;
     if (!raw) {
         lap.addSample(car.sample);
         return;
     }
-    PendingRecords &pending = toNextLap ? car.nextLapRecords : car.lapRecords;
     if (m_isCounting)
-        return pending.count();
-    pending.append(raw, *m_layout);
-    if (pending.isFull())
-        pending.flushInto(&lap, *m_layout);
+        return lap.pending.count();
+    lap.pending.append(raw, *m_layout);
+    if (lap.pending.isFull())
+        lap.pending.flushInto(&lap, *m_layout);
 }
 
 /// The record that holds the car's values of this tick; null when its sample holds them.
@@ -304,14 +303,15 @@ void iRTelemetryReader::spreadTick()
 void iRTelemetryReader::flushLap()
 {
     if (m_layout && hasMyCar() && !m_isCounting)
-        m_cars[m_myCarIdx].flushLapRecords(*m_layout);
+        m_cars[m_myCarIdx].lap.flush(*m_layout);
 }
 
 /// Brings all collected records of the player's car into its laps.
 void iRTelemetryReader::flushLaps()
 {
+    flushLap();
     if (m_layout && hasMyCar() && !m_isCounting)
-        m_cars[m_myCarIdx].flushRecords(*m_layout);
+        m_cars[m_myCarIdx].nextLap.flush(*m_layout);
 }
 
 /// For everything that may give another car values, or have it start a lap.

@@ -33,8 +33,8 @@ CollectedLaps iRTelemetryReader::collectedLaps() const
         return laps;
     const CarTracker &car = m_cars.at(m_myCarIdx);
     if (!car.lapReady)
-        laps.add(car.lapRecords.recorded());
-    laps.add(car.nextLapRecords.recorded());
+        laps.add(car.lap.pending.recorded());
+    laps.add(car.nextLap.pending.recorded());
     laps.channels = qint64(m_layout->columns().size());
     return laps;
 }
@@ -42,10 +42,10 @@ CollectedLaps iRTelemetryReader::collectedLaps() const
 void iRTelemetryReader::processLap(int index, bool completed)
 {
     CarTracker &car = m_cars[index];
-    if (car.isLapEmpty())
+    if (!car.lap.isStarted())
         return;
     if (index == m_myCarIdx) {
-        m_finishedLaps.add(car.lapRecords.recorded());
+        m_finishedLaps.add(car.lap.pending.recorded());
     } else {
         forgetIdleCars();
     }
@@ -83,7 +83,7 @@ void iRTelemetryReader::processLap(int index, bool completed)
     lap.setStintInSession(car.previous.stintCount);
     lap.setCompleted(completed);
     lap.setCalculatedValue(QStringLiteral("DateTime"), QDateTime::currentDateTime(), QString());
-    lap.removeCalculatedValue(CarTracker::maxLapDistPctName());
+    lap.removeCalculatedValue(GrowingLap::maxLapDistPctName());
 
     getSessionInfo(index, &lap);
     cleanupLap(index);

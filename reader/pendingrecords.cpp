@@ -10,7 +10,7 @@ namespace {
 
 /// Enough for a lap of four minutes of full telemetry: most laps become columns in one go, with
 /// every channel allocated once and in its final size.
-constexpr std::size_t MaxBlockBytes = 16 * 1024 * 1024;
+constexpr std::size_t MaxBytes = 16 * 1024 * 1024;
 
 /// Records that are converted at a time. A tile stays in the second-level cache while all channels
 /// take their values from it.
@@ -71,7 +71,7 @@ void PendingRecords::count()
 
 bool PendingRecords::isFull() const
 {
-    return m_records.size() >= MaxBlockBytes;
+    return m_records.size() >= MaxBytes;
 }
 
 void PendingRecords::flushInto(ZEP::Lap *lap, const VariableLayout &layout)
@@ -96,19 +96,10 @@ void PendingRecords::flushInto(ZEP::Lap *lap, const VariableLayout &layout)
     m_count = 0;
 }
 
-void PendingRecords::startWith(PendingRecords *next)
-{
-    // Copied, not swapped: as a rule a few records, and only one block grows to the size of a lap.
-    m_records.assign(next->m_records.begin(), next->m_records.end());
-    m_count = next->m_count;
-    m_recorded = next->m_recorded;
-    next->clear();
-}
-
 /// Appends the records to channels that are exactly the layout's columns.
 void PendingRecords::appendColumns(ZEP::Lap *lap, const VariableLayout &layout) const
 {
-    const auto all = int(m_count); // a block is full long before
+    const auto all = int(m_count); // pending records are full long before
     std::vector<QVector<double> *> channels;
     channels.reserve(layout.columns().size());
     for (const QSharedPointer<ZEP::Channel> &channel : lap->channels()) {
@@ -121,7 +112,7 @@ void PendingRecords::appendColumns(ZEP::Lap *lap, const VariableLayout &layout) 
     std::vector<char> tile;
     for (int done = 0; done < all; done += TileRecords) {
         const int count = qMin(TileRecords, all - done);
-        // In one stroke: channel by channel each record would be fetched from afar on its own.
+        // All at once: channel by channel, each record would be fetched from memory on its own.
         tile.assign(records, records + qint64(count) * recordBytes);
         for (std::size_t c = 0; c < channels.size(); ++c) {
             QVector<double> &samples = *channels[c];

@@ -97,9 +97,9 @@ private Q_SLOTS:
     void channelsChangedInBetweenAreMergedAsSamplesAre();
     void finishedLapHasNoSpareCapacity();
     void countedRecordsAreNotKept();
-    void emptyBlockLeavesTheLapAlone();
-    void startWithTakesOverAndEmptiesTheNext();
-    void blockIsFullBeforeItTakesMuchMemory();
+    void nothingPendingLeavesTheLapAlone();
+    void assignmentReplacesTheRecords();
+    void isFullBeforeItTakesMuchMemory();
 };
 
 void tst_PendingRecords::columnsAreWhatSamplesMake_data()
@@ -183,14 +183,14 @@ void tst_PendingRecords::countedRecordsAreNotKept()
     QVERIFY(!pending.isEmpty());
     QVERIFY(!pending.isFull());
 
-    PendingRecords started;
-    started.startWith(&pending);
-    QCOMPARE(started.recorded(), qint64(100000));
+    const PendingRecords copy = pending;
+    pending.clear();
+    QCOMPARE(copy.recorded(), qint64(100000));
     QVERIFY(pending.isEmpty());
     QCOMPARE(pending.recorded(), qint64(0));
 }
 
-void tst_PendingRecords::emptyBlockLeavesTheLapAlone()
+void tst_PendingRecords::nothingPendingLeavesTheLapAlone()
 {
     const Records records(everyType(1));
     PendingRecords pending;
@@ -200,7 +200,7 @@ void tst_PendingRecords::emptyBlockLeavesTheLapAlone()
     QVERIFY(lap.calculatedValuesNames().isEmpty());
 }
 
-void tst_PendingRecords::startWithTakesOverAndEmptiesTheNext()
+void tst_PendingRecords::assignmentReplacesTheRecords()
 {
     const Records records(everyType(20));
     PendingRecords pending;
@@ -208,7 +208,8 @@ void tst_PendingRecords::startWithTakesOverAndEmptiesTheNext()
     records.append(&pending, 0, 5);
     records.append(&next, 10, 20);
 
-    pending.startWith(&next);
+    pending = next;
+    next.clear();
     QVERIFY(next.isEmpty());
     QCOMPARE(next.recorded(), qint64(0));
     QCOMPARE(pending.recorded(), qint64(10));
@@ -220,7 +221,7 @@ void tst_PendingRecords::startWithTakesOverAndEmptiesTheNext()
     compareChannels(lap, expected);
 }
 
-void tst_PendingRecords::blockIsFullBeforeItTakesMuchMemory()
+void tst_PendingRecords::isFullBeforeItTakesMuchMemory()
 {
     const Records records(everyType(1));
     PendingRecords pending;
