@@ -4,23 +4,19 @@
 
 void iRTelemetryReader::setYaml(const char *text)
 {
-    forgetSessionInfo();
+    settle();
     TYamlTree::setYaml(text);
 }
 
 bool iRTelemetryReader::updateCarList()
 {
-    spreadTick();
-    flushLaps();
-    forgetIdleCars();
-    forgetSessionInfo();
-
+    settle();
     m_myCarIdx = -1;
     if (const TStringTree *driverInfo = sub(QStringLiteral("DriverInfo"))) {
         bool isNumber = false;
-        const int index = driverInfo->value(QStringLiteral("DriverCarIdx")).toInt(&isNumber);
+        const int carIdx = driverInfo->value(QStringLiteral("DriverCarIdx")).toInt(&isNumber);
         if (isNumber)
-            m_myCarIdx = index;
+            m_myCarIdx = carIdx;
     }
 
     const TStringTree *drivers = pathSub(QStringLiteral("DriverInfo/Drivers"));
@@ -34,12 +30,12 @@ bool iRTelemetryReader::updateCarList()
         *name = value;
         changed = true;
     };
-    for (int index = 0; index < m_cars.size(); ++index) {
-        CarTracker &car = m_cars[index];
-        car.sample.setCarId(index);
-        car.isPlayerCar = index == m_myCarIdx;
-        // An item of the list is named after its first entry, which is the car's index.
-        const TStringTree *driver = drivers->sub(QString::number(index));
+    for (int carIdx = 0; carIdx < m_cars.size(); ++carIdx) {
+        CarTracker &car = m_cars[carIdx];
+        car.sample.setCarId(carIdx);
+        car.isPlayerCar = carIdx == m_myCarIdx;
+        // An item of the list is named after its first entry, which is the car's number.
+        const TStringTree *driver = drivers->sub(QString::number(carIdx));
         if (!driver)
             continue;
         update(&car.driverName, driver->value(QStringLiteral("UserName")));
@@ -50,30 +46,32 @@ bool iRTelemetryReader::updateCarList()
 
 void iRTelemetryReader::setDiskLoading(bool on)
 {
-    spreadTick();
-    forgetIdleCars();
+    settle();
     m_diskLoading = on;
     for (CarTracker &car : m_cars)
         car.diskLoading = on;
 }
 
-QString &iRTelemetryReader::driverName(int car)
+QString &iRTelemetryReader::driverName(int carIdx)
 {
-    return m_cars[car].driverName;
+    settle();
+    return m_cars[carIdx].driverName;
 }
 
-QString &iRTelemetryReader::teamName(int car)
+QString &iRTelemetryReader::teamName(int carIdx)
 {
-    return m_cars[car].teamName;
+    settle();
+    return m_cars[carIdx].teamName;
 }
 
-void iRTelemetryReader::setCarActive(int car, bool on)
+void iRTelemetryReader::setCarActive(int carIdx, bool on)
 {
-    if (isCar(car))
-        m_cars[car].active = on;
+    settle();
+    if (isCar(carIdx))
+        m_cars[carIdx].active = on;
 }
 
-bool iRTelemetryReader::isCarActive(int car) const
+bool iRTelemetryReader::isCarActive(int carIdx) const
 {
-    return isCar(car) && m_cars.at(car).active;
+    return isCar(carIdx) && m_cars.at(carIdx).active;
 }

@@ -2,9 +2,9 @@
 
 #include "reader/irtelemetryreader.h"
 
-void iRTelemetryReader::normalizeChannelBeginning(int car, const QString &channelName)
+void iRTelemetryReader::normalizeChannelBeginning(int carIdx, const QString &channelName)
 {
-    ZEP::Lap &closed = lap(car);
+    ZEP::Lap &closed = lap(carIdx);
     const auto channel = closed.channel(channelName);
     const auto pct = closed.channel(QStringLiteral("lapdistpct"));
     if (!channel || !pct || channel->data.size() < 2)

@@ -13,8 +13,48 @@ QString fieldText(const char (&field)[N])
     return QString::fromLatin1(field, int(qstrnlen(field, N)));
 }
 
+/// A car is followed at ticks with a greater lap fraction: -1 says that it is not in the world, and
+/// places begin at 0, so the middle between them tells the two apart whatever was rounded.
+constexpr float FollowedAbove = -0.5f;
+/// Hosts are told that a car with a greater lap fraction is in the world. It is a limit of its own:
+/// they have always been told so, whichever cars are followed.
+constexpr double InWorldAbove = -0.2;
 /// A car that moves less than this fraction of the lap in a tick stands still.
 constexpr double StandstillPct = 0.001;
+
+/// Where a car is, as CarTracker::updateCarStatus() asks for it.
+struct Whereabouts {
+    bool stationary = false;
+    bool onPitRoad = false;
+    bool onTrack = false;
+};
+
+/// The player's car has its own variables. Off the track its lap times are not read and stay.
+Whereabouts updatePlayersCar(CarTrackerSample *current, const TickValues &tick)
+{
+    Whereabouts where;
+    current->lap = tick.lap;
+    if (!tick.isOnTrack) {
+        where.stationary = true;
+        return where;
+    }
+    where.onPitRoad = tick.onPitRoad.value_or(false);
+    where.onTrack = !where.onPitRoad;
+    current->lapLastLapTime = tick.lapLastLapTime;
+    current->lapCurrentLapTime = tick.lapCurrentLapTime;
+    return where;
+}
+
+/// Of other cars only the place and the pit road are known; without the latter they are on it.
+Whereabouts whereaboutsOfOther(const CarTracker &car, const TickValues &tick)
+{
+    Whereabouts where;
+    where.onPitRoad = tick.onPitRoad.value_or(true);
+    where.onTrack = !where.onPitRoad;
+    const float driven = car.current.lapDistPct - car.previous.lapDistPct;
+    where.stationary = where.onPitRoad && StandstillPct > double(std::abs(driven));
+    return where;
+}
 
 } // namespace
 
@@ -23,82 +63,92 @@ iRTelemetryReader::iRTelemetryReader()
     resize(CarCount);
 }
 
+/// The gate: every operation that is not const begins here, except those that say why not.
+///
+/// Brings everything to where the plain meaning of the operations has it, as if nobody had called
+/// compileVariables(): the tick of the player's car into its sample, its records into its laps. And
+/// forgets all that was found out for speed: which cars are idle, what the session info says. So
+/// whatever an operation does next, nothing is left that it could make wrong.
+void iRTelemetryReader::settle()
+{
+    if (hasMyCar())
+        m_raw.settle(&m_cars[m_myCarIdx]);
+    m_sessionInfo.forget();
+    m_othersAreIdle = false;
+}
+
 void iRTelemetryReader::resize(int count)
 {
+    // What is pending goes with the laps and samples to which it belongs: it is dropped before
+    // settle() would bring it there.
     m_cars.resize(qMax(0, count));
     m_cars.fill(CarTracker());
-    m_tick.clear();
-    m_isCounting = false;
-    m_finishedLaps = CollectedLaps();
-    forgetIdleCars();
+    m_raw.restart();
+    settle();
 }
 
-const CarTracker &iRTelemetryReader::car(int car)
+const CarTracker &iRTelemetryReader::car(int carIdx)
 {
-    spreadTick();
-    flushLaps();
-    return m_cars.at(car);
+    settle();
+    return m_cars.at(carIdx);
 }
 
-ZEP::Sample &iRTelemetryReader::sample(int car)
+ZEP::Sample &iRTelemetryReader::sample(int carIdx)
 {
-    spreadTick();
-    forgetIdleCars();
-    return m_cars[car].sample;
+    settle();
+    return m_cars[carIdx].sample;
 }
 
-bool iRTelemetryReader::isCarInWorld(int car) const
+bool iRTelemetryReader::isCarInWorld(int carIdx) const
 {
-    return double(m_cars.at(car).current.lapDistPct) > -0.2;
+    return double(m_cars.at(carIdx).current.lapDistPct) > InWorldAbove;
 }
 
 void iRTelemetryReader::compileVariables(const irsdk_header *header,
                                          const irsdk_varHeader *varHeaders)
 {
-    spreadTick();
-    flushLaps();
-    forgetSessionInfo();
-    m_layout.reset();
-    m_header = header;
-    m_varHeaders = varHeaders;
+    settle();
+    m_raw.compile(header, varHeaders);
 }
 
 void iRTelemetryReader::startCounting()
 {
-    m_isCounting = true;
+    settle();
+    m_raw.startCounting();
 }
 
+/// Not through the gate, being called for every tick: it drops the tick, and each car moves its own
+/// laps on together with what is pending of them. Idle cars stay as they are at a tick.
 void iRTelemetryReader::prepareTick()
 {
-    m_tick.clear();
-    if (isMyLapReady() && !m_cars.at(m_myCarIdx).lap.pending.isEmpty())
-        flushLaps(); // what came after the end of a lap belongs to its copies too
+    m_raw.dropTick();
+    // Ticks that came after the end of a lap belong to copies of it too: they share its channels.
+    if (isMyLapReady())
+        m_raw.flush(&m_cars[m_myCarIdx].lap);
     if (m_othersAreIdle) {
         if (hasMyCar())
             m_cars[m_myCarIdx].prepareTick();
-    } else {
-        for (CarTracker &car : m_cars)
-            car.prepareTick();
+        return;
     }
-    m_mySampleIsEmpty = true;
+    for (CarTracker &car : m_cars)
+        car.prepareTick();
 }
 
+/// Passes by the gate with the first record of a tick, which only becomes the pending tick: the
+/// sample of the player's car is empty, and other cars get no values while a recording is read.
 void iRTelemetryReader::getRawData(const irsdk_header *header, const irsdk_varHeader *varHeaders,
                                    char *data)
 {
     cacheNames(*header, varHeaders);
-    if (m_diskLoading && header == m_header && varHeaders == m_varHeaders) {
+    if (m_diskLoading && m_raw.isCompiled(header, varHeaders)) {
         if (!hasMyCar())
             return;
-        if (m_mySampleIsEmpty && !m_tick.record()) {
-            if (!m_layout)
-                m_layout.emplace(*header, varHeaders, m_varNames, m_varUnits);
-            m_tick.take(data, *m_layout);
+        if (!m_raw.hasTick() && !m_cars.at(m_myCarIdx).sample.hasValues()) {
+            m_raw.takeTick(data, m_varNames, m_varUnits);
             return;
         }
     }
-    spreadTick();
-    forgetIdleCars();
+    settle();
     extract(*header, varHeaders, data);
     if (!m_diskLoading)
         copySessionClock();
@@ -123,10 +173,10 @@ void iRTelemetryReader::extract(const irsdk_header &header, const irsdk_varHeade
 
     forEachVariable(header, varHeaders, count, [&](int v, const StoredElements &elements) {
         const QString &name = m_varNames.at(v);
-        const auto add = [&](int car, const QString &valueName, int index) {
-            if (isCar(car))
-                m_cars[car].sample.addValue(valueName, elements.at(index).toVariant(data),
-                                            m_varUnits.at(v));
+        const auto add = [&](int carIdx, const QString &valueName, int element) {
+            if (isCar(carIdx))
+                m_cars[carIdx].sample.addValue(valueName, elements.at(element).toVariant(data),
+                                               m_varUnits.at(v));
         };
 
         if (m_diskLoading || !name.startsWith(carPrefix)) {
@@ -135,8 +185,8 @@ void iRTelemetryReader::extract(const irsdk_header &header, const irsdk_varHeade
         }
         const QString carName = name.mid(carPrefix.size());
         const int last = qMin(elements.last(), m_cars.size() - 1);
-        for (int car = elements.first(); car <= last; ++car)
-            add(car, car == m_myCarIdx ? name : carName, car);
+        for (int carIdx = elements.first(); carIdx <= last; ++carIdx)
+            add(carIdx, carIdx == m_myCarIdx ? name : carName, carIdx);
     });
 }
 
@@ -153,16 +203,18 @@ void iRTelemetryReader::copySessionClock()
     const ZEP::Value time = mine.value(timeName);
     const ZEP::Value remain = mine.value(remainName);
     const QVariant tick = unsignedOf(mine.value(tickName).value);
-    for (int car = 0; car < m_cars.size(); ++car) {
-        if (car == m_myCarIdx)
+    for (int carIdx = 0; carIdx < m_cars.size(); ++carIdx) {
+        if (carIdx == m_myCarIdx)
             continue;
-        ZEP::Sample &sample = m_cars[car].sample;
+        ZEP::Sample &sample = m_cars[carIdx].sample;
         sample.addValue(timeName, time);
         sample.addValue(remainName, remain);
         sample.addValue(tickName, tick, QString());
     }
 }
 
+/// Not through the gate, being called for every tick: it reads the tick of the player's car where
+/// it is and records it as what it is, and visits all cars unless the others are idle.
 void iRTelemetryReader::processData()
 {
     const int session = m_myCarIdx >= 0 ? sessionNumber() : -1;
@@ -173,68 +225,61 @@ void iRTelemetryReader::processData()
     }
 
     bool othersAreIdle = true;
-    for (int car = 0; car < m_cars.size(); ++car) {
-        followCar(car, session);
-        if (isCompiled() && car != m_myCarIdx)
-            othersAreIdle = othersAreIdle && m_cars.at(car).isIdle();
+    for (int carIdx = 0; carIdx < m_cars.size(); ++carIdx) {
+        followCar(carIdx, session);
+        if (m_raw.isCompiled() && carIdx != m_myCarIdx)
+            othersAreIdle = othersAreIdle && m_cars.at(carIdx).isIdle();
     }
     // While a recording is read only the player's car gets values.
-    m_othersAreIdle = isCompiled() && m_diskLoading && othersAreIdle;
+    m_othersAreIdle = m_raw.isCompiled() && m_diskLoading && othersAreIdle;
 }
 
-void iRTelemetryReader::followCar(int index, int sessionNumber)
+/// The number of the session at this tick of the player's car; 0 when it is missing.
+int iRTelemetryReader::sessionNumber() const
 {
-    CarTracker &car = m_cars[index];
+    if (!hasMyCar())
+        return 0;
+    return m_raw.hasTick() ? TickValues::sessionNumber(m_raw.tick())
+                           : TickValues::sessionNumber(SampleSource(m_cars.at(m_myCarIdx).sample));
+}
+
+void iRTelemetryReader::followCar(int carIdx, int sessionNumber)
+{
+    CarTracker &car = m_cars[carIdx];
     if (car.driverName.isEmpty())
         return;
 
-    const char *raw = record(index);
-    const TickValues tick = raw ? TickValues::from(RecordSource(*m_layout, raw))
-                                : TickValues::from(SampleSource(car.sample));
+    const bool isRaw = hasRawTick(carIdx);
+    const TickValues tick =
+        isRaw ? TickValues::from(m_raw.tick()) : TickValues::from(SampleSource(car.sample));
     car.current.lapDistPct = tick.lapDistPct;
     car.current.sessionState = tick.sessionState;
-    const bool isInWorld = car.current.lapDistPct > -0.5f;
-    if (!isInWorld)
+    if (!(car.current.lapDistPct > FollowedAbove))
         return;
 
-    bool stationary = false;
-    bool onPitRoad = false;
-    bool onTrack = false;
-    if (index == m_myCarIdx) {
-        car.current.lap = tick.lap;
-        if (tick.isOnTrack) {
-            onPitRoad = tick.onPitRoad.value_or(false);
-            onTrack = !onPitRoad;
-            car.current.lapLastLapTime = tick.lapLastLapTime;
-            car.current.lapCurrentLapTime = tick.lapCurrentLapTime;
-        } else {
-            stationary = true;
-        }
-        if (raw) {
-            m_tick.mark();
-        } else {
+    Whereabouts where;
+    if (carIdx == m_myCarIdx) {
+        where = updatePlayersCar(&car.current, tick);
+        if (isRaw)
+            m_raw.markTick();
+        else
             car.sample.addValue(VariableLayout::fullTelemetryName(), VariableLayout::FullTelemetry,
                                 QString());
-            m_mySampleIsEmpty = false;
-        }
     } else {
         if (sessionNumber < 0)
             return;
-        car.current.lap = lapsComplete(index, sessionNumber);
-        onPitRoad = tick.onPitRoad.value_or(true);
-        onTrack = !onPitRoad;
-        const float driven = car.current.lapDistPct - car.previous.lapDistPct;
-        stationary = onPitRoad && StandstillPct > double(std::abs(driven));
+        car.current.lap = lapsComplete(carIdx, sessionNumber);
+        where = whereaboutsOfOther(car, tick);
     }
 
     if (car.current.sessionType == ZEP::SessionNotSet)
-        car.current.sessionType = sessionType(sessionNumber);
-    car.updateCarStatus(stationary, onPitRoad, onTrack);
+        car.current.sessionType = sessionInfo()->type(*this, sessionNumber);
+    car.updateCarStatus(where.stationary, where.onPitRoad, where.onTrack);
     car.current.completionHold = false;
     car.current.spareFlag2 = false;
 
     if (car.current.lapCompleted)
-        processLap(index, true);
+        closeLap(carIdx, true);
     else if (car.current.carStatus == CarStatusBeforeLine)
         return; // a lap begins at the line
     else if (!car.lap.isStarted()
@@ -242,11 +287,11 @@ void iRTelemetryReader::followCar(int index, int sessionNumber)
                  || car.current.carStatus == CarStatusPitRoad))
         return; // a lap never begins in the pits
     else if (!tick.isSlow)
-        recordTick(index);
+        recordTick(carIdx);
 }
 
 /// The lap counter of another car, from the results of the session; -1 when they do not have it.
-int iRTelemetryReader::lapsComplete(int car, int sessionNumber) const
+int iRTelemetryReader::lapsComplete(int carIdx, int sessionNumber) const
 {
     const TStringTree *session =
         pathSub(QStringLiteral("SessionInfo/Sessions/") % QString::number(sessionNumber));
@@ -256,66 +301,35 @@ int iRTelemetryReader::lapsComplete(int car, int sessionNumber) const
         return -1;
     for (int entry = 0; entry < m_cars.size(); ++entry) {
         const TStringTree *result = results->sub(QString::number(entry));
-        if (result && result->value(QStringLiteral("CarIdx")).toInt() == car)
+        if (result && result->value(QStringLiteral("CarIdx")).toInt() == carIdx)
             return result->value(QStringLiteral("LapsComplete")).toInt();
     }
     return -1;
 }
 
 /// Appends the tick to the lap being recorded, or to the next one.
-void iRTelemetryReader::recordTick(int index)
+void iRTelemetryReader::recordTick(int carIdx)
 {
-    CarTracker &car = m_cars[index];
-    const char *raw = record(index);
-    if (!raw)
-        flushLaps();
+    CarTracker &car = m_cars[carIdx];
+    const bool isRaw = hasRawTick(carIdx);
     const bool toNextLap = car.hasCrossedLine();
-    if (!toNextLap)
-        car.lap.raiseMaxLapDistPct(car.current.lapDistPct, raw != nullptr);
-
     GrowingLap &lap = toNextLap ? car.nextLap : car.lap;
-    if (!raw) {
-        lap.addSample(car.sample);
+    if (!toNextLap)
+        lap.raiseMaxLapDistPct(car.current.lapDistPct, isRaw);
+    if (isRaw) {
+        m_raw.appendTickTo(&lap);
         return;
     }
-    if (m_isCounting)
-        return lap.pending.count();
-    lap.pending.append(raw, *m_layout);
-    if (lap.pending.isFull())
-        lap.pending.flushInto(&lap, *m_layout);
+    // Values come into a sample through the gate only, so no earlier tick is still pending.
+    Q_ASSERT(lap.pending.isEmpty());
+    lap.addSample(car.sample);
 }
 
-/// The record that holds the car's values of this tick; null when its sample holds them.
-const char *iRTelemetryReader::record(int car) const
+/// What the session info says. Without the promise of compileVariables() the tree may have changed
+/// since it was read.
+SessionInfo *iRTelemetryReader::sessionInfo()
 {
-    return car == m_myCarIdx ? m_tick.record() : nullptr;
-}
-
-/// Brings the tick of the player's car into its sample, for whoever may look there or change it.
-void iRTelemetryReader::spreadTick()
-{
-    if (m_tick.record())
-        m_tick.spreadInto(&m_cars[m_myCarIdx].sample, *m_layout);
-    m_mySampleIsEmpty = false;
-}
-
-/// Brings the collected records of the player's lap into it; those of the next one can wait.
-void iRTelemetryReader::flushLap()
-{
-    if (m_layout && hasMyCar() && !m_isCounting)
-        m_cars[m_myCarIdx].lap.flush(*m_layout);
-}
-
-/// Brings all collected records of the player's car into its laps.
-void iRTelemetryReader::flushLaps()
-{
-    flushLap();
-    if (m_layout && hasMyCar() && !m_isCounting)
-        m_cars[m_myCarIdx].nextLap.flush(*m_layout);
-}
-
-/// For everything that may give another car values, or have it start a lap.
-void iRTelemetryReader::forgetIdleCars()
-{
-    m_othersAreIdle = false;
+    if (!m_raw.isCompiled())
+        m_sessionInfo.forget();
+    return &m_sessionInfo;
 }

@@ -2,7 +2,7 @@
 
 #include "reader/irtelemetryreader.h"
 
-void iRTelemetryReader::cleanupLap(int car)
+void iRTelemetryReader::cleanupLap(int carIdx)
 {
     // The spelling is part of what hosts rely on: recorded names are lower-case, so of these only
     // "sessionnum" leaves a recorded lap; the others leave laps from sources that keep capitals.
@@ -23,7 +23,7 @@ void iRTelemetryReader::cleanupLap(int car)
         QStringLiteral("TireRF_RumblePitch"),
         QStringLiteral("TireRR_RumblePitch"),
     };
-    ZEP::Lap &closed = lap(car);
+    ZEP::Lap &closed = lap(carIdx);
     for (const QString &name : names)
         closed.removeChannel(name);
 }

@@ -13,12 +13,48 @@ static_assert(int(NoLapTime * 1000.0f) == ZEP::LapHeader::NoLapTime);
 /// The first float, in milliseconds, that no int holds.
 constexpr float MsLimit = 2147483648.0f;
 
+/// Writes what the rules know of the lap that \a car has driven. The ids and counters are those of
+/// the tick before: the current one may already belong to the next lap.
+void setHeader(CarTracker *car, bool completed)
+{
+    ZEP::Lap &lap = car->lap;
+    if (car->previous.carStatus == CarStatusLapDone)
+        lap.setLapType(ZEP::LapTypeTimed);
+    else if (car->previous.carStatus == CarStatusOnLap)
+        lap.setLapType(ZEP::LapTypeOutLap);
+
+    // Only in a race does the first lap of a stint begin at a line that counts.
+    const bool isOutLap =
+        lap.getLapType() == ZEP::LapTypeOutLap && car->current.sessionType != ZEP::SessionRace;
+    float &seconds = car->current.lapLastLapTime;
+    if (!completed || isOutLap || seconds < 0 || qFuzzyIsNull(seconds)
+        || !(seconds * 1000.0f < MsLimit))
+        seconds = NoLapTime;
+    lap.setLapTime(QTime(0, 0).addMSecs(int(seconds * 1000.0f)));
+
+    lap.setLapId(car->previous.lapId);
+    lap.setStintId(car->previous.stintId);
+    if (completed) {
+        lap.setLapInSession(car->previous.lap < 1 ? 0 : car->previous.lap - 1);
+        lap.setLapInStint(car->previous.lapInStint);
+    } else {
+        lap.setLapInSession(car->current.lap);
+        lap.setLapInStint(car->current.lapInStint);
+    }
+    lap.setStintInSession(car->previous.stintCount);
+    lap.setCompleted(completed);
+}
+
 } // namespace
 
-ZEP::Lap &iRTelemetryReader::lap(int car)
+/// Passes by the gate, since an import asks for every finished lap: the caller gets this lap, for
+/// which its own records are enough, and those of the next lap can wait. The steps of closing a lap
+/// change it through here as well.
+ZEP::Lap &iRTelemetryReader::lap(int carIdx)
 {
-    flushLap();
-    return m_cars[car].lap;
+    GrowingLap &lap = m_cars[carIdx].lap;
+    m_raw.flush(&lap);
+    return lap;
 }
 
 ZEP::Lap *iRTelemetryReader::myLap()
@@ -28,77 +64,56 @@ ZEP::Lap *iRTelemetryReader::myLap()
 
 CollectedLaps iRTelemetryReader::collectedLaps() const
 {
-    CollectedLaps laps = m_finishedLaps;
-    if (!m_layout || !hasMyCar())
-        return laps;
-    const CarTracker &car = m_cars.at(m_myCarIdx);
-    if (!car.lapReady)
-        laps.add(car.lap.pending.recorded());
-    laps.add(car.nextLap.pending.recorded());
-    laps.channels = qint64(m_layout->columns().size());
-    return laps;
+    return m_raw.collected(hasMyCar() ? &m_cars.at(m_myCarIdx) : nullptr);
 }
 
-void iRTelemetryReader::processLap(int index, bool completed)
+void iRTelemetryReader::processLap(int carIdx, bool completed)
 {
-    CarTracker &car = m_cars[index];
-    if (!car.lap.isStarted())
-        return;
-    if (index == m_myCarIdx) {
-        m_finishedLaps.add(car.lap.pending.recorded());
-    } else {
-        forgetIdleCars();
-    }
-    if (m_isCounting) {
-        car.lapReady = true;
-        return;
-    }
-    flushLap();
-    ZEP::Lap &lap = car.lap;
-
-    if (car.previous.carStatus == CarStatusLapDone)
-        lap.setLapType(ZEP::LapTypeTimed);
-    else if (car.previous.carStatus == CarStatusOnLap)
-        lap.setLapType(ZEP::LapTypeOutLap);
-
-    // Only in a race does the first lap of a stint begin at a line that counts.
-    const bool isOutLap =
-        lap.getLapType() == ZEP::LapTypeOutLap && car.current.sessionType != ZEP::SessionRace;
-    float &seconds = car.current.lapLastLapTime;
-    if (!completed || isOutLap || seconds < 0 || qFuzzyIsNull(seconds)
-        || !(seconds * 1000.0f < MsLimit))
-        seconds = NoLapTime;
-    lap.setLapTime(QTime(0, 0).addMSecs(int(seconds * 1000.0f)));
-
-    // The current tick may already belong to the next lap.
-    lap.setLapId(car.previous.lapId);
-    lap.setStintId(car.previous.stintId);
-    if (completed) {
-        lap.setLapInSession(car.previous.lap < 1 ? 0 : car.previous.lap - 1);
-        lap.setLapInStint(car.previous.lapInStint);
-    } else {
-        lap.setLapInSession(car.current.lap);
-        lap.setLapInStint(car.current.lapInStint);
-    }
-    lap.setStintInSession(car.previous.stintCount);
-    lap.setCompleted(completed);
-    lap.setCalculatedValue(QStringLiteral("DateTime"), QDateTime::currentDateTime(), QString());
-    lap.removeCalculatedValue(GrowingLap::maxLapDistPctName());
-
-    getSessionInfo(index, &lap);
-    cleanupLap(index);
-    preprocessLap(index);
-    for (const char *counter :
-         {"lapcurrentlaptime", "energybatterytomgu_klap", "energymgu_klapdeploypct"})
-        normalizeChannelBeginning(index, QLatin1String(counter));
-    // The host keeps the lap; what growing took beyond it is given back.
-    for (const QSharedPointer<ZEP::Channel> &channel : lap.channels())
-        channel->data.squeeze();
-    car.lapReady = true;
+    settle();
+    closeLap(carIdx, completed);
 }
 
 void iRTelemetryReader::processMyLap(bool completed)
 {
     if (hasMyCar())
         processLap(m_myCarIdx, completed);
+}
+
+void iRTelemetryReader::getSessionInfo(int carIdx, ZEP::Lap *lap)
+{
+    settle();
+    sessionInfo()->ofCar(*this, carIdx, carIdx == m_myCarIdx, sessionNumber()).copyTo(lap);
+}
+
+/// Not through the gate, being called at the end of every lap: it looks at the tick where it is,
+/// and at the lap with its own records.
+void iRTelemetryReader::closeLap(int carIdx, bool completed)
+{
+    CarTracker &car = m_cars[carIdx];
+    if (!car.lap.isStarted())
+        return;
+    const bool isMine = carIdx == m_myCarIdx;
+    if (isMine)
+        m_raw.addFinished(car.lap);
+    if (m_raw.isCounting()) {
+        car.lapReady = true;
+        return;
+    }
+
+    m_raw.flush(&car.lap);
+    setHeader(&car, completed);
+    ZEP::Lap &lap = car.lap;
+    lap.setCalculatedValue(QStringLiteral("DateTime"), QDateTime::currentDateTime(), QString());
+    lap.removeCalculatedValue(GrowingLap::maxLapDistPctName());
+
+    sessionInfo()->ofCar(*this, carIdx, isMine, sessionNumber()).copyTo(&lap);
+    cleanupLap(carIdx);
+    preprocessLap(carIdx);
+    for (const char *counter :
+         {"lapcurrentlaptime", "energybatterytomgu_klap", "energymgu_klapdeploypct"})
+        normalizeChannelBeginning(carIdx, QLatin1String(counter));
+    // The host keeps the lap; memory that its growing left unused is given back.
+    for (const QSharedPointer<ZEP::Channel> &channel : lap.channels())
+        channel->data.squeeze();
+    car.lapReady = true;
 }

@@ -9,7 +9,7 @@ namespace {
 using ChannelPtr = QSharedPointer<ZEP::Channel>;
 
 /// Turns the heading by the lap's yaw offset. Both names differ in case from those of a recording
-/// on purpose: only laps of other sources carry them.
+/// on purpose: only laps of other sources have them.
 void addYawOffset(ZEP::Lap *lap)
 {
     const QString offsetName = QStringLiteral("yawOffset");
@@ -37,7 +37,7 @@ void addFuelWeight(ZEP::Lap *lap)
     lap->addChannel(weight.release(), QStringLiteral("fuelweight"));
 }
 
-/// Recordings say "%" where they hold fractions of one; hosts know those as per unit.
+/// Recordings say "%" where they contain fractions of one; hosts know those as per unit.
 void relabelPercent(ZEP::Lap *lap)
 {
     for (const ChannelPtr &channel : lap->channels()) {
@@ -46,21 +46,9 @@ void relabelPercent(ZEP::Lap *lap)
     }
 }
 
-} // namespace
-
-void iRTelemetryReader::preprocessLap(int car)
-{
-    ZEP::Lap &closed = lap(car);
-    addYawOffset(&closed);
-    addFuelWeight(&closed);
-    relabelPercent(&closed);
-    if (car != m_myCarIdx)
-        addMotionChannels(&closed);
-}
-
 /// Time step, distance and speed of a car that does not record them itself. The last tick repeats
 /// the step before it; samples without data enter the arithmetic as they are.
-void iRTelemetryReader::addMotionChannels(ZEP::Lap *lap) const
+void addMotionChannels(ZEP::Lap *lap)
 {
     const ChannelPtr pct = lap->channel(QStringLiteral("lapdistpct"));
     const ChannelPtr time = lap->channel(QStringLiteral("sessiontime"));
@@ -92,4 +80,16 @@ void iRTelemetryReader::addMotionChannels(ZEP::Lap *lap) const
         lap->addChannel(distance.release(), QStringLiteral("lapdist"));
     }
     lap->addChannel(dt.release(), QStringLiteral("dt"));
+}
+
+} // namespace
+
+void iRTelemetryReader::preprocessLap(int carIdx)
+{
+    ZEP::Lap &closed = lap(carIdx);
+    addYawOffset(&closed);
+    addFuelWeight(&closed);
+    relabelPercent(&closed);
+    if (carIdx != m_myCarIdx)
+        addMotionChannels(&closed);
 }

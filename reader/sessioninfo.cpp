@@ -1,5 +1,8 @@
 // What the session info says of a lap: track, weather, session, car and driver.
 
+#include "reader/sessioninfo.h"
+
+#include "model/lap.h"
 #include "reader/irtelemetryreader.h"
 
 #include <QColor>
@@ -43,7 +46,7 @@ constexpr NamedKey DriverTexts[] = {
     {"Division", "DivisionName"},
 };
 
-/// A text of number, blank and unit ("3.70 km"). Text that is none of it is 0.0 without a unit.
+/// A text of a number, a space and a unit ("3.70 km"). Any other text is 0.0 without a unit.
 ZEP::Value measurement(const QString &text)
 {
     // Not split: a list of all words of a long text takes many times its memory.
@@ -56,21 +59,21 @@ ZEP::Value measurement(const QString &text)
                       words.mid(numberEnd + 1, unitEnd < 0 ? -1 : unitEnd - numberEnd - 1));
 }
 
-/// The colour of a licence ("0xfc0706"); invalid for text that names none.
+/// The colour of a licence ("0xfc0706"); invalid for any other text.
 QColor licenceColor(QString text)
 {
-    // No colour has a name as long as that, and replacing is slow in long text.
+    // No name of a colour is that long, and replacing is slow in long text.
     constexpr int MaxName = 255;
     if (text.size() > 2 * MaxName)
         return QColor();
     text.replace(QLatin1String("0x"), QLatin1String("#"));
-    // Asked first: setting a name that is not known writes a warning.
+    // Checked first: an unknown name would write a warning.
     return QColor::isValidColor(text) ? QColor(text) : QColor();
 }
 
 ZEP::Session sessionFromName(const QString &name)
 {
-    // Exactly these spellings: hosts have always shown the others as a session that is not set.
+    // Exactly these spellings: hosts have always shown all others as a session that is not set.
     static const struct {
         QLatin1String name;
         ZEP::Session session;
@@ -137,6 +140,32 @@ void readFuel(const TStringTree &driverInfo, const QString &level, ZEP::DynamicD
     }
 }
 
+/// What the session info calls the type of a session.
+QString sessionTypeName(const TYamlTree &tree, int sessionNumber)
+{
+    return tree.pathValue(QLatin1String("SessionInfo/Sessions/") % QString::number(sessionNumber)
+                          % QLatin1String("/SessionType"));
+}
+
+/// All that does not depend on the session being driven.
+CarSessionInfo readCar(const TYamlTree &tree, int carIdx, bool isPlayersCar)
+{
+    CarSessionInfo info;
+    info.carIdx = carIdx;
+    if (const TStringTree *weekend = tree.sub(QStringLiteral("WeekendInfo")))
+        info.weekend = readWeekend(*weekend, &info.values);
+    if (const TStringTree *driverInfo = tree.sub(QStringLiteral("DriverInfo"))) {
+        if (isPlayersCar) {
+            const QString level = tree.pathValue(QStringLiteral("CarSetup/Chassis/Rear/FuelLevel"));
+            readFuel(*driverInfo, level, &info.values);
+        }
+        const QString path = QLatin1String("Drivers/") % QString::number(carIdx);
+        if (const TStringTree *driver = driverInfo->pathSub(path))
+            info.driver = readDriver(*driver, &info.values);
+    }
+    return info;
+}
+
 } // namespace
 
 QUuid iRTelemetryReader::sessionId(const QString &text)
@@ -149,7 +178,7 @@ QUuid iRTelemetryReader::sessionId(const QString &text)
 
 void CarSessionInfo::copyTo(ZEP::Lap *lap) const
 {
-    lap->setCarId(car);
+    lap->setCarId(carIdx);
     if (weekend) {
         lap->setTrackName(weekend->trackName);
         lap->setSessionId(weekend->sessionId);
@@ -171,73 +200,29 @@ void CarSessionInfo::copyTo(ZEP::Lap *lap) const
         lap->addValue(name, values.value(name));
 }
 
-void iRTelemetryReader::getSessionInfo(int car, ZEP::Lap *lap)
+void SessionInfo::forget()
 {
-    sessionInfo(car, sessionNumber()).copyTo(lap);
+    m_type.reset();
+    m_car.reset();
 }
 
-const CarSessionInfo &iRTelemetryReader::sessionInfo(int car, int sessionNumber)
+ZEP::Session SessionInfo::type(const TYamlTree &tree, int sessionNumber)
 {
-    if (!isCompiled() || !m_sessionInfo || m_sessionInfo->car != car)
-        m_sessionInfo = readSessionInfo(car);
-    if (m_sessionInfo->sessionNumber != sessionNumber) {
-        const QString name = sessionTypeName(sessionNumber);
-        m_sessionInfo->sessionNumber = sessionNumber;
-        m_sessionInfo->session = sessionFromName(name);
-        m_sessionInfo->values.addValue(QStringLiteral("Session name"), name, QString());
+    if (!m_type || m_type->sessionNumber != sessionNumber)
+        m_type = KnownType{sessionNumber, sessionFromName(sessionTypeName(tree, sessionNumber))};
+    return m_type->type;
+}
+
+const CarSessionInfo &SessionInfo::ofCar(const TYamlTree &tree, int carIdx, bool isPlayersCar,
+                                         int sessionNumber)
+{
+    if (!m_car || m_car->carIdx != carIdx)
+        m_car = readCar(tree, carIdx, isPlayersCar);
+    if (m_car->sessionNumber != sessionNumber) {
+        const QString name = sessionTypeName(tree, sessionNumber);
+        m_car->sessionNumber = sessionNumber;
+        m_car->session = sessionFromName(name);
+        m_car->values.addValue(QStringLiteral("Session name"), name, QString());
     }
-    return *m_sessionInfo;
-}
-
-/// All that does not depend on the session being driven.
-CarSessionInfo iRTelemetryReader::readSessionInfo(int car) const
-{
-    CarSessionInfo info;
-    info.car = car;
-    if (const TStringTree *weekend = sub(QStringLiteral("WeekendInfo")))
-        info.weekend = readWeekend(*weekend, &info.values);
-    if (const TStringTree *driverInfo = sub(QStringLiteral("DriverInfo"))) {
-        if (car == m_myCarIdx) {
-            const QString level = pathValue(QStringLiteral("CarSetup/Chassis/Rear/FuelLevel"));
-            readFuel(*driverInfo, level, &info.values);
-        }
-        const QString path = QLatin1String("Drivers/") % QString::number(car);
-        if (const TStringTree *driver = driverInfo->pathSub(path))
-            info.driver = readDriver(*driver, &info.values);
-    }
-    return info;
-}
-
-void iRTelemetryReader::forgetSessionInfo()
-{
-    m_sessionType.reset();
-    m_sessionInfo.reset();
-}
-
-/// The number of the session at this tick of the player's car; 0 when it is missing.
-int iRTelemetryReader::sessionNumber() const
-{
-    if (!hasMyCar())
-        return 0;
-    if (const char *raw = record(m_myCarIdx))
-        return TickValues::sessionNumber(RecordSource(*m_layout, raw));
-    return TickValues::sessionNumber(SampleSource(m_cars.at(m_myCarIdx).sample));
-}
-
-/// What the session info calls the type of a session.
-QString iRTelemetryReader::sessionTypeName(int sessionNumber) const
-{
-    return pathValue(QLatin1String("SessionInfo/Sessions/") % QString::number(sessionNumber)
-                     % QLatin1String("/SessionType"));
-}
-
-ZEP::Session iRTelemetryReader::sessionType(int sessionNumber)
-{
-    // Asked at every tick for as long as the type is not a known one.
-    if (isCompiled() && m_sessionType && m_sessionType->sessionNumber == sessionNumber)
-        return m_sessionType->type;
-    const ZEP::Session type = sessionFromName(sessionTypeName(sessionNumber));
-    if (isCompiled())
-        m_sessionType = KnownSessionType{sessionNumber, type};
-    return type;
+    return *m_car;
 }
