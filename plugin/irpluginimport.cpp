@@ -1,16 +1,14 @@
 #include "plugin/irpluginimport.h"
 
 #include "ibt/ibtfile.h"
-#include "ibt/ibtlimits.h"
+#include "plugin/boundedimport.h"
+#include "plugin/laplist.h"
 #include "reader/irtelemetryreader.h"
 
 #include <QElapsedTimer>
 
-#include <limits>
 #include <memory>
 #include <new>
-#include <optional>
-#include <utility>
 
 namespace {
 
@@ -23,58 +21,6 @@ const QString &ibtFormat()
     return format;
 }
 
-/// The laps read so far; deletes those that nobody takes.
-class LapList
-{
-public:
-    LapList() = default;
-    ~LapList() { clear(); }
-    Q_DISABLE_COPY(LapList)
-
-    void clear() { qDeleteAll(take()); }
-
-    /// Adds a copy of the lap that the reader holds for the player's car.
-    void addMyLap(iRTelemetryReader *reader)
-    {
-        // Without a player's car the reader hands out a lap that nobody else owns.
-        ZEP::Lap *lap = reader->myLap();
-        const std::unique_ptr<ZEP::Lap> unowned(reader->hasMyCar() ? nullptr : lap);
-
-        auto copy = std::make_unique<ZEP::Lap>();
-        *copy = *lap;
-        m_laps.append(copy.get());
-        copy.release();
-    }
-
-    const QVector<ZEP::Lap *> &all() const { return m_laps; }
-    int count() const { return m_laps.size(); }
-    QVector<ZEP::Lap *> take() { return std::exchange(m_laps, {}); }
-
-private:
-    QVector<ZEP::Lap *> m_laps;
-};
-
-/// What \a laps take, in bytes.
-qint64 askedBytes(const CollectedLaps &laps)
-{
-    constexpr qint64 SampleBytes = 8;
-    constexpr qint64 ChannelBytes = 256; // beside its samples
-    constexpr qint64 LapBytes = 2 * 1024;
-    return laps.ticks * laps.channels * SampleBytes
-        + laps.laps * (laps.channels * ChannelBytes + LapBytes);
-}
-
-/// Whether records of \a recordBytes bytes can make more of laps of \a channels channels than those
-/// may take.
-bool canGetOutOfProportion(qint64 channels, qint64 recordBytes)
-{
-    CollectedLaps most;
-    most.laps = 1;
-    most.ticks = 2; // a lap ends every other tick at most
-    most.channels = channels;
-    return askedBytes(most) > IbtLapMemory::AllowedPerRecordByte * recordBytes * most.ticks;
-}
-
 QString sessionInfoError()
 {
     return QStringLiteral("IBT import error:  Failed to read sessionInfoString");
@@ -85,60 +31,13 @@ QString varHeaderError()
     return QStringLiteral("IBT import error:  Failed to read irsdk_varHeader");
 }
 
-/// What came of a pass through all records.
-struct Pass {
-    qint64 recordBytes = 0;
-    qint64 mostAsked = 0; ///< at any tick, since a lap that gets dropped took its bytes as well
-};
-
-/// Follows the cars through all records, from a new start. The laps go to \a laps, or are only
-/// counted if there is no list. Returns nothing as soon as they take more than \a most.
-std::optional<Pass> readRecords(IbtFile *file, iRTelemetryReader *reader, LapList *laps,
-                                qint64 most)
+/// Adds the lap that was still being driven. There is always one, empty if nobody drove it.
+void addLastLap(iRTelemetryReader *reader, LapList *laps)
 {
-    const irsdk_header &header = file->header();
-    file->rewindRecords();
-    reader->resize(iRTelemetryReader::CarCount);
-    reader->setDiskLoading(true);
-    reader->updateCarList();
-    reader->compileVariables(&header, file->varHeaders());
-    if (!laps)
-        reader->startCounting();
-
-    Pass pass;
-    while (char *record = file->nextRecord()) {
-        reader->prepareTick();
-        reader->getRawData(&header, file->varHeaders(), record);
-        reader->processData();
-        if (laps && reader->isMyLapReady())
-            laps->addMyLap(reader);
-
-        pass.recordBytes += header.bufLen;
-        const CollectedLaps collected = reader->collectedLaps();
-        pass.mostAsked = qMax(pass.mostAsked, askedBytes(collected));
-        if (pass.mostAsked > most && canGetOutOfProportion(collected.channels, header.bufLen))
-            return std::nullopt;
-    }
-    return pass;
-}
-
-/// Reads the records into \a laps, unless those would take too much. It takes all records to tell,
-/// so laps that can get out of proportion are counted before many of them are made.
-bool readLapsInProportion(IbtFile *file, iRTelemetryReader *reader, LapList *laps)
-{
-    constexpr qint64 Uncounted = 32 * IbtLapMemory::MB;
-    constexpr qint64 Countable = std::numeric_limits<qint64>::max() / 4;
-
-    if (readRecords(file, reader, laps, Uncounted))
-        return true;
-    laps->clear();
-    const std::optional<Pass> counted = readRecords(file, reader, nullptr, Countable);
-    if (!counted)
-        return false;
-    // Binding the third time, whatever else the file may hold by then.
-    const qint64 allowed = qMax<qint64>(counted->recordBytes * IbtLapMemory::AllowedPerRecordByte,
-                                        IbtLapMemory::AlwaysAllowed);
-    return counted->mostAsked <= allowed && readRecords(file, reader, laps, allowed);
+    ZEP::Lap *lap = reader->myLap();
+    // Without a player's car nobody else owns the lap.
+    const std::unique_ptr<ZEP::Lap> unowned(reader->hasMyCar() ? nullptr : lap);
+    laps->add(*lap);
 }
 
 /// Reads all laps of a recording. Returns what went wrong, or a null string.
@@ -151,7 +50,7 @@ QString readLaps(const QString &fileName, LapList *laps)
         return QStringLiteral("IBT import error:  Error reading irsdk_header");
     if (!file.readDiskSubHeader())
         return QStringLiteral("IBT import error:  Error reading irsdk_diskSubHeader");
-    // Both claims first: reading a text is for nothing where the table is missing.
+    // Both claims first: the text is read for nothing if the table is missing.
     if (!file.holdsSessionInfo())
         return sessionInfoError();
     if (!file.holdsVarHeaders())
@@ -163,10 +62,10 @@ QString readLaps(const QString &fileName, LapList *laps)
     if (!file.readVarHeaders())
         return varHeaderError();
 
-    if (!readLapsInProportion(&file, &reader, laps))
+    if (!BoundedImport(&file, &reader, laps).run())
         return varHeaderError();
     reader.processMyLap(false);
-    laps->addMyLap(&reader);
+    addLastLap(&reader, laps);
     return QString();
 }
 
@@ -219,12 +118,12 @@ QVector<ZEP::Lap *> iRPluginImport::import(const QString &fileName, const QStrin
                 LevelInfo);
         return laps.take();
     } catch (const std::bad_alloc &) {
-        // The file backs what was asked for, but this machine does not.
+        // The file contains what memory was asked for, but this machine has too little.
     }
     try {
         message(varHeaderError(), LevelError);
     } catch (const std::bad_alloc &) {
-        // Not even for words.
+        // There is not even memory for the message.
     }
     return {};
 }
