@@ -5,7 +5,7 @@
 
 namespace {
 
-/// Pipes and devices: opening one may wait for ever, and reading one need not end.
+/// Pipes and devices: opening one may wait for ever, and reading one may never end.
 bool isEndless(const char *fileName)
 {
     namespace fs = std::filesystem;
@@ -81,7 +81,7 @@ void IbtFile::rewindRecords()
     m_nextRecord = 0;
 }
 
-/// Nothing at all lies anywhere, also beyond the end of the file.
+/// An empty part fits anywhere, even past the end of the file.
 bool IbtFile::holds(std::int64_t offset, std::int64_t size)
 {
     if (offset < 0 || size < 0 || std::fseek(m_file.get(), 0, SEEK_END) != 0)
@@ -90,7 +90,7 @@ bool IbtFile::holds(std::int64_t offset, std::int64_t size)
     return size == 0 || (offset <= end && size <= end - offset);
 }
 
-/// Reads \a count items at \a offset, which the file holds. False if it has become shorter.
+/// Reads \a count items at \a offset, which the file contains. False if it has become shorter.
 template <typename T>
 bool IbtFile::readItems(std::vector<T> &items, std::int32_t offset, std::int32_t count)
 {
@@ -103,7 +103,7 @@ bool IbtFile::readItems(std::vector<T> &items, std::int32_t offset, std::int32_t
 bool IbtFile::readRecords()
 {
     if (m_place == Records::NotReached) {
-        // Asks for no record that the file does not hold.
+        // No memory for a record that the file does not contain.
         const std::int32_t offset = m_header.varBuf[0].bufOffset;
         const bool isThere = m_header.bufLen > 0 && holds(offset, m_header.bufLen)
             && std::fseek(m_file.get(), offset, SEEK_SET) == 0;

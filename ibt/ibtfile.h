@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-/// Reads a recording part by part, in the order of the operations below, and believes no number of
-/// it: memory is asked for what lies in the file, as far as its size tells, and for one block.
+/// Reads a recording part by part, in the order of the operations below, and trusts no number of
+/// it: memory is only asked for what the file is large enough to contain, and for one block.
 class IbtFile
 {
 public:
@@ -21,12 +21,12 @@ public:
 
     /// Reads the main header. False when the file ends before it does.
     bool readHeader();
-    /// Reads the disk sub-header behind the main header. False when the file ends before it does.
+    /// Reads the disk sub-header after the main header. False when the file ends before it does.
     bool readDiskSubHeader();
-    /// Whether the session-info text lies in the file, as far as the file's size tells: neither its
+    /// Whether the file is large enough to contain the session-info text: neither its
     /// offset nor its length is negative, and the file does not end before it does.
     bool holdsSessionInfo();
-    /// The same of the variable table.
+    /// The same for the variable table.
     bool holdsVarHeaders();
 
     /// Reads the session-info text. False when its offset or length is negative, or when the text
@@ -38,12 +38,12 @@ public:
 
     const irsdk_header &header() const { return m_header; }
     const irsdk_diskSubHeader &diskSubHeader() const { return m_diskSubHeader; }
-    /// The session-info text. Its last byte counts as the terminating zero, whatever it is.
+    /// The session-info text. Its last byte is read as the terminating zero, whatever it is.
     const char *sessionInfo() const { return m_sessionInfo.data(); }
     /// The variable table, header().numVars entries.
     const irsdk_varHeader *varHeaders() const { return m_varHeaders.data(); }
 
-    /// The next record, header().bufLen bytes, valid until the next call; null behind the last one
+    /// The next record, header().bufLen bytes, valid until the next call; null after the last one
     /// that is complete.
     char *nextRecord();
     /// Makes the first record the next one.

@@ -10,8 +10,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Type of a variable's elements, as irsdk_varHeader::type holds it. Files may hold any other
-/// number; see irsdk_varTypeSize().
+/// Type of a variable's elements, the values of irsdk_varHeader::type. Files may contain any
+/// other number; see irsdk_varTypeSize().
 enum irsdk_VarType : std::int32_t {
     irsdk_char = 0, ///< 1 byte, a signed character; a variable of this type is read as one element
     irsdk_bool = 1, ///< 1 byte, true unless zero
@@ -64,7 +64,7 @@ struct irsdk_header {
     irsdk_varBuf varBuf[MaxBuffers];
 };
 
-/// The disk sub-header, directly behind the main header. The simulator fills in the counts and the
+/// The disk sub-header, directly after the main header. The simulator fills in the counts and the
 /// end time when it closes the file, so they are zero in a recording that was cut off.
 struct irsdk_diskSubHeader {
     std::int64_t sessionStartDate; ///< seconds since 1970-01-01 UTC
@@ -85,8 +85,8 @@ struct irsdk_varHeader {
     std::uint8_t countAsTime; ///< not 0: the elements are successive in time
     std::int8_t pad[3];
     char name[MaxString]; ///< Latin-1, zero-terminated unless it fills the field
-    char desc[MaxDesc]; ///< description, likewise
-    char unit[MaxString]; ///< unit of every element, likewise
+    char desc[MaxDesc]; ///< description, ended in the same way
+    char unit[MaxString]; ///< unit of every element, ended in the same way
 };
 
 static_assert(sizeof(irsdk_header) == 112 && offsetof(irsdk_header, varBuf) == 48);

@@ -2,7 +2,7 @@
 //
 // They exist so that code written against the live interface links. There is no simulator to
 // connect to on this platform: every function returns at once, ignores its arguments, touches
-// nothing and gives the fixed result named below.
+// nothing and returns the fixed result named below.
 #pragma once
 
 #include "ibt/ibtformat.h"

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// A message as hosts show it: behind the display name of the plug-in that it comes from.
+/// A message as hosts show it: after the display name of the plug-in that it comes from.
 inline QString pluginMessage(const QString &pluginName, const QString &text)
 {
     return QLatin1Char('[') + pluginName + QLatin1String(" plugin] ") + text;

@@ -33,7 +33,7 @@ public:
 
     /// The signals of this plug-in; owned by the plug-in.
     ZepDataEmitter *dataEmitter() { return &m_dataEmitter; }
-    /// Sends \a text to the host behind the plug-in's name; \a level is 0 for information and
+    /// Sends \a text to the host, after the plug-in's name; \a level is 0 for information and
     /// negative for errors.
     void message(const QString &text, int level);
 

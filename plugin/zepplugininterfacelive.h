@@ -26,7 +26,7 @@ public:
     /// Time between two polls of the source, milliseconds.
     virtual int pollInterval() const = 0;
     virtual void setPollInterval(int milliseconds) = 0;
-    /// True while samples are sent one by one besides whole laps.
+    /// True while samples are sent one by one, in addition to whole laps.
     virtual bool sendsSamples() const = 0;
     virtual void setSendsSamples(bool on) = 0;
 
@@ -46,7 +46,7 @@ public:
     /// A copy of the car list and the plug-in's names.
     ZEP::LivePluginInfo getTelemetryCarInfoList() const { return m_info; }
 
-    /// Sends \a text to the host behind the plug-in's name; \a level is 0 for information and
+    /// Sends \a text to the host, after the plug-in's name; \a level is 0 for information and
     /// negative for errors.
     void message(const QString &text, int level);
 

@@ -1,9 +1,7 @@
 #include "reader/growinglap.h"
 
-std::optional<double> GrowingLap::maxLapDistPct() const
+std::optional<double> GrowingLap::flushedMaxLapDistPct() const
 {
-    if (m_pendingMaxLapDistPct)
-        return double(*m_pendingMaxLapDistPct);
     if (containsCalculatedValue(maxLapDistPctName()))
         return calculatedValue(maxLapDistPctName()).value.toDouble();
     return std::nullopt;

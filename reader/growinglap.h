@@ -23,7 +23,10 @@ public:
 
     /// The greatest fraction of the lap so far; none at its start. It is the lap's calculated value
     /// maxLapDistPctName() while it is recorded.
-    std::optional<double> maxLapDistPct() const;
+    std::optional<double> maxLapDistPct() const
+    {
+        return m_pendingMaxLapDistPct ? double(*m_pendingMaxLapDistPct) : flushedMaxLapDistPct();
+    }
     /// Takes \a lapDistPct for the greatest fraction if it is. With \a isPending it becomes a
     /// calculated value only in flush(), since setting one at every tick is slow.
     void raiseMaxLapDistPct(float lapDistPct, bool isPending);
@@ -39,5 +42,7 @@ public:
     PendingRecords pending;
 
 private:
+    std::optional<double> flushedMaxLapDistPct() const;
+
     std::optional<float> m_pendingMaxLapDistPct; ///< where it is greater than the calculated value
 };

@@ -13,11 +13,11 @@ QString fieldText(const char (&field)[N])
     return QString::fromLatin1(field, int(qstrnlen(field, N)));
 }
 
-/// A car is followed at ticks with a greater lap fraction: -1 says that it is not in the world, and
-/// places begin at 0, so the middle between them tells the two apart whatever was rounded.
+/// A car is followed at ticks with a greater lap fraction. A car that is not in the world has -1,
+/// places begin at 0, and half-way between them no rounding matters.
 constexpr float FollowedAbove = -0.5f;
-/// Hosts are told that a car with a greater lap fraction is in the world. It is a limit of its own:
-/// they have always been told so, whichever cars are followed.
+/// Hosts are told that a car with a greater lap fraction is in the world. They have always had this
+/// limit, which is not the one above which a car is followed.
 constexpr double InWorldAbove = -0.2;
 /// A car that moves less than this fraction of the lap in a tick stands still.
 constexpr double StandstillPct = 0.001;
@@ -45,7 +45,8 @@ Whereabouts updatePlayersCar(CarTrackerSample *current, const TickValues &tick)
     return where;
 }
 
-/// Of other cars only the place and the pit road are known; without the latter they are on it.
+/// Only the place and the pit road are known of other cars. A car without the latter is on pit
+/// road.
 Whereabouts whereaboutsOfOther(const CarTracker &car, const TickValues &tick)
 {
     Whereabouts where;
@@ -64,11 +65,10 @@ iRTelemetryReader::iRTelemetryReader()
 }
 
 /// The gate: every operation that is not const begins here, except those that say why not.
-///
-/// Brings everything to where the plain meaning of the operations has it, as if nobody had called
-/// compileVariables(): the tick of the player's car into its sample, its records into its laps. And
-/// forgets all that was found out for speed: which cars are idle, what the session info says. So
-/// whatever an operation does next, nothing is left that it could make wrong.
+/// It puts everything where it would be if nobody had called compileVariables(): the tick of the
+/// player's car into its sample, its records into its laps. And it forgets what was found out for
+/// speed: which cars are idle, and what the session info says. After that, whatever an operation
+/// changes, nothing is left that the change could make wrong.
 void iRTelemetryReader::settle()
 {
     if (hasMyCar())
@@ -117,8 +117,8 @@ void iRTelemetryReader::startCounting()
     m_raw.startCounting();
 }
 
-/// Not through the gate, being called for every tick: it drops the tick, and each car moves its own
-/// laps on together with what is pending of them. Idle cars stay as they are at a tick.
+/// Not through the gate, since it is called for every tick: the tick is dropped, each car moves its
+/// laps on together with what is pending of them, and a tick without values changes no idle car.
 void iRTelemetryReader::prepareTick()
 {
     m_raw.dropTick();
@@ -134,7 +134,7 @@ void iRTelemetryReader::prepareTick()
         car.prepareTick();
 }
 
-/// Passes by the gate with the first record of a tick, which only becomes the pending tick: the
+/// Not through the gate with the first record of a tick, which only becomes the pending tick: the
 /// sample of the player's car is empty, and other cars get no values while a recording is read.
 void iRTelemetryReader::getRawData(const irsdk_header *header, const irsdk_varHeader *varHeaders,
                                    char *data)
@@ -213,8 +213,8 @@ void iRTelemetryReader::copySessionClock()
     }
 }
 
-/// Not through the gate, being called for every tick: it reads the tick of the player's car where
-/// it is and records it as what it is, and visits all cars unless the others are idle.
+/// Not through the gate, since it is called for every tick: it reads the tick of the player's car
+/// where it is, records it as what it is, and visits all cars unless the others are idle.
 void iRTelemetryReader::processData()
 {
     const int session = m_myCarIdx >= 0 ? sessionNumber() : -1;
@@ -249,7 +249,7 @@ void iRTelemetryReader::followCar(int carIdx, int sessionNumber)
     if (car.driverName.isEmpty())
         return;
 
-    const bool isRaw = hasRawTick(carIdx);
+    const bool isRaw = carIdx == m_myCarIdx && m_raw.hasTick();
     const TickValues tick =
         isRaw ? TickValues::from(m_raw.tick()) : TickValues::from(SampleSource(car.sample));
     car.current.lapDistPct = tick.lapDistPct;
@@ -287,7 +287,7 @@ void iRTelemetryReader::followCar(int carIdx, int sessionNumber)
                  || car.current.carStatus == CarStatusPitRoad))
         return; // a lap never begins in the pits
     else if (!tick.isSlow)
-        recordTick(carIdx);
+        recordTick(&car, isRaw);
 }
 
 /// The lap counter of another car, from the results of the session; -1 when they do not have it.
@@ -307,22 +307,21 @@ int iRTelemetryReader::lapsComplete(int carIdx, int sessionNumber) const
     return -1;
 }
 
-/// Appends the tick to the lap being recorded, or to the next one.
-void iRTelemetryReader::recordTick(int carIdx)
+/// Appends the tick, which is a raw record or the sample of \a car, to the lap being recorded or to
+/// the next one.
+void iRTelemetryReader::recordTick(CarTracker *car, bool isRaw)
 {
-    CarTracker &car = m_cars[carIdx];
-    const bool isRaw = hasRawTick(carIdx);
-    const bool toNextLap = car.hasCrossedLine();
-    GrowingLap &lap = toNextLap ? car.nextLap : car.lap;
+    const bool toNextLap = car->hasCrossedLine();
+    GrowingLap &lap = toNextLap ? car->nextLap : car->lap;
     if (!toNextLap)
-        lap.raiseMaxLapDistPct(car.current.lapDistPct, isRaw);
+        lap.raiseMaxLapDistPct(car->current.lapDistPct, isRaw);
     if (isRaw) {
         m_raw.appendTickTo(&lap);
         return;
     }
-    // Values come into a sample through the gate only, so no earlier tick is still pending.
+    // Values only get into a sample through the gate, so no earlier tick is still pending.
     Q_ASSERT(lap.pending.isEmpty());
-    lap.addSample(car.sample);
+    lap.addSample(car->sample);
 }
 
 /// What the session info says. Without the promise of compileVariables() the tree may have changed

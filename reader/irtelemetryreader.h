@@ -128,10 +128,9 @@ private:
     void extract(const irsdk_header &header, const irsdk_varHeader *varHeaders, const char *data);
     void copySessionClock();
 
-    bool hasRawTick(int carIdx) const { return carIdx == m_myCarIdx && m_raw.hasTick(); }
     void followCar(int carIdx, int sessionNumber);
     int lapsComplete(int carIdx, int sessionNumber) const;
-    void recordTick(int carIdx);
+    void recordTick(CarTracker *car, bool isRaw);
     void closeLap(int carIdx, bool completed);
 
     int sessionNumber() const;

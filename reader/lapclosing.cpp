@@ -10,11 +10,11 @@ namespace {
 constexpr float NoLapTime = float(ZEP::LapHeader::NoLapTime) / 1000.0f;
 static_assert(int(NoLapTime * 1000.0f) == ZEP::LapHeader::NoLapTime);
 
-/// The first float, in milliseconds, that no int holds.
+/// The smallest float of milliseconds that is too large for an int.
 constexpr float MsLimit = 2147483648.0f;
 
-/// Writes what the rules know of the lap that \a car has driven. The ids and counters are those of
-/// the tick before: the current one may already belong to the next lap.
+/// Writes into the lap what the rules know of it. The ids and counters of a completed lap are those
+/// of the tick before: the current tick may already belong to the next lap.
 void setHeader(CarTracker *car, bool completed)
 {
     ZEP::Lap &lap = car->lap;
@@ -47,9 +47,9 @@ void setHeader(CarTracker *car, bool completed)
 
 } // namespace
 
-/// Passes by the gate, since an import asks for every finished lap: the caller gets this lap, for
-/// which its own records are enough, and those of the next lap can wait. The steps of closing a lap
-/// change it through here as well.
+/// Not through the gate, since an import asks for every finished lap: the caller only gets this
+/// lap, which needs only its own records, and those of the next lap can wait. The steps of closing
+/// a lap get it here as well.
 ZEP::Lap &iRTelemetryReader::lap(int carIdx)
 {
     GrowingLap &lap = m_cars[carIdx].lap;
@@ -73,10 +73,12 @@ void iRTelemetryReader::processLap(int carIdx, bool completed)
     closeLap(carIdx, completed);
 }
 
+/// Not through the gate, just as closeLap(): an import ends with it, and unlike other cars the
+/// player's is never taken for idle.
 void iRTelemetryReader::processMyLap(bool completed)
 {
     if (hasMyCar())
-        processLap(m_myCarIdx, completed);
+        closeLap(m_myCarIdx, completed);
 }
 
 void iRTelemetryReader::getSessionInfo(int carIdx, ZEP::Lap *lap)
@@ -85,8 +87,8 @@ void iRTelemetryReader::getSessionInfo(int carIdx, ZEP::Lap *lap)
     sessionInfo()->ofCar(*this, carIdx, carIdx == m_myCarIdx, sessionNumber()).copyTo(lap);
 }
 
-/// Not through the gate, being called at the end of every lap: it looks at the tick where it is,
-/// and at the lap with its own records.
+/// Not through the gate, since it is called at the end of every lap: it looks at the tick where it
+/// is, at the lap with its own records, and at the session info as it still is.
 void iRTelemetryReader::closeLap(int carIdx, bool completed)
 {
     CarTracker &car = m_cars[carIdx];

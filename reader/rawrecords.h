@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ibt/ibtformat.h"
 #include "reader/cartracker.h"
 #include "reader/pendingtick.h"
 #include "reader/variablelayout.h"
@@ -8,9 +9,6 @@
 #include <QVector>
 
 #include <optional>
-
-struct irsdk_header;
-struct irsdk_varHeader;
 
 /// How much came of raw records, in finished laps and in those being recorded.
 struct CollectedLaps {
@@ -29,7 +27,8 @@ struct CollectedLaps {
 ///
 /// Once a variable table is compiled, the values of a tick are either here, as a record, or in the
 /// car's sample, never in both; and the latest ticks of the car's laps are records as well.
-/// settle() puts all of them where they would be without a compiled table.
+/// settle() puts all of them where they would be without a compiled table. What is called for every
+/// tick is inline.
 class RawRecords
 {
 public:
@@ -48,7 +47,12 @@ public:
 
     /// Takes a copy of \a record, of the compiled table, as the values of the tick. \a names and
     /// \a units are those of the table's variables; they count when the first record comes.
-    void takeTick(const char *record, const QVector<QString> &names, const QVector<QString> &units);
+    void takeTick(const char *record, const QVector<QString> &names, const QVector<QString> &units)
+    {
+        if (!m_layout)
+            m_layout.emplace(*m_header, m_varHeaders, names, units);
+        m_tick.take(record, *m_layout);
+    }
     bool hasTick() const { return m_tick.record() != nullptr; }
     /// The values of the tick, which there has to be.
     RecordSource tick() const { return RecordSource(*m_layout, m_tick.record()); }
@@ -59,7 +63,15 @@ public:
     // --- Laps
 
     /// Appends the tick, which there has to be, to \a lap.
-    void appendTickTo(GrowingLap *lap);
+    void appendTickTo(GrowingLap *lap)
+    {
+        PendingRecords &pending = lap->pending;
+        if (m_isCounting)
+            return pending.count();
+        pending.append(m_tick.record(), *m_layout);
+        if (pending.isFull())
+            pending.flushInto(lap, *m_layout);
+    }
     /// Brings what is pending of \a lap into it.
     void flush(GrowingLap *lap) const;
     /// Brings the tick into the sample of \a car and all pending records into its laps.
@@ -73,7 +85,17 @@ public:
     /// Adds \a lap, which is being closed, to collected().
     void addFinished(const GrowingLap &lap) { m_finishedLaps.add(lap.pending.recorded()); }
     /// What came of all records since the start. \a car is null if there is no player's car.
-    CollectedLaps collected(const CarTracker *car) const;
+    CollectedLaps collected(const CarTracker *car) const
+    {
+        CollectedLaps laps = m_finishedLaps;
+        if (!m_layout || !car)
+            return laps;
+        if (!car->lapReady)
+            laps.add(car->lap.pending.recorded());
+        laps.add(car->nextLap.pending.recorded());
+        laps.channels = qint64(m_layout->columns().size());
+        return laps;
+    }
 
     /// Drops the tick and the count, and ends counting. The table stays.
     void restart();

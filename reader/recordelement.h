@@ -7,10 +7,10 @@
 
 #include <cstring>
 
-/// One element of a record: where it lies and how it is read.
+/// One element of a record: where it is and how it is read.
 ///
-/// A default element lies nowhere and reads as an invalid variant. The conversions are those of a
-/// sample that holds toVariant(), so a caller may ask either and gets the same answer.
+/// A default element is nowhere and reads as an invalid variant. The conversions are those of a
+/// sample that contains toVariant(), so both give a caller the same answer.
 class RecordElement
 {
 public:

@@ -14,8 +14,8 @@ class Sample;
 /// The name under which a sample contains \a variable: recorded names in lower case.
 const QString &sampleName(LapVariable variable);
 
-/// The few values of a tick that decide which lap it belongs to, with their defaults where the tick
-/// lacks one.
+/// The few values of a tick that decide which lap it belongs to, with defaults for those that the
+/// tick does not have.
 struct TickValues {
     float lapDistPct; ///< fraction of the lap driven; -1 when missing
     int sessionState; ///< 1 to 3 before the start, 4 racing; 0 when missing

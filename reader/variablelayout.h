@@ -15,8 +15,8 @@ namespace ZEP {
 class Sample;
 }
 
-/// A variable table compiled once: what a sample of each record would hold, in the order of its
-/// names, without making that sample.
+/// A variable table compiled once: what a sample of each record would contain, in the order
+/// of its names, without making that sample.
 class VariableLayout
 {
 public:
@@ -25,7 +25,7 @@ public:
         QString name;
         QString unit;
         RecordElement element;
-        double constant = 0.0; ///< the sample of a column whose element lies nowhere
+        double constant = 0.0; ///< the sample of a column whose element is nowhere
     };
 
     /// \a names and \a units are those of the table's variables, in its order.
@@ -49,7 +49,7 @@ public:
         return m_lapElements[std::size_t(variable)];
     }
 
-    /// The value that marks a tick of the player's car: it alone is recorded with all variables.
+    /// The value that marks a tick of the player's car, the only one recorded with all variables.
     static const QString &fullTelemetryName();
     static constexpr int FullTelemetry = 1;
 
