@@ -17,7 +17,7 @@ ChannelStatistics channelStatistics(const ZEP::Channel &channel)
         ++result.valid;
         sum += sample;
     }
-    // Rounding must not carry the mean of an almost constant channel beyond its samples.
+    // Rounding must not move the mean of an almost constant channel outside its samples.
     if (result.valid > 0)
         result.mean = std::clamp(sum / result.valid, result.minimum, result.maximum);
     return result;

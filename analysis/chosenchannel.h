@@ -6,14 +6,14 @@
 #include <QString>
 #include <QVector>
 
-/// A channel to show. Laps have recorded and calculated ones, and one of each may share a name.
+/// A channel to show. A recorded and a calculated channel of a lap may have the same name.
 struct ChosenChannel {
     QString name;
     bool isCalculated = false;
 
-    /// The channel in \a lap, or null: a lap need not have every channel of its file.
+    /// The channel in \a lap, or null: a lap may lack channels that other laps of its file have.
     QSharedPointer<ZEP::Channel> in(const ZEP::Lap &lap) const;
 };
 
-/// The channels that any of \a laps has: recorded, then calculated, each by name.
+/// The channels that at least one of \a laps has: recorded, then calculated, each sorted by name.
 QVector<ChosenChannel> allChannels(const QVector<const ZEP::Lap *> &laps);

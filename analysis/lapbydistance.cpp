@@ -8,7 +8,7 @@
 
 namespace {
 
-/// How much of a lap may be missing at its end.
+/// The part of a lap that may be missing at its end.
 constexpr double MissingPart = 0.02;
 
 } // namespace
@@ -32,7 +32,7 @@ std::optional<LapByDistance> LapByDistance::of(const ZEP::Lap &lap, QString *pro
         const double distance = trace.distance.at(i);
         const double time = trace.time.at(i);
         const bool isFirst = curve.m_distances.empty();
-        // Also false where one of both is not known.
+        // Also false if one of them is unknown.
         const bool isProgress = isFirst
             ? distance >= 0 && std::isfinite(time)
             : distance > curve.m_distances.back() && time > curve.m_times.back();
@@ -57,7 +57,7 @@ std::optional<LapByDistance> LapByDistance::of(const ZEP::Lap &lap, QString *pro
 
 double LapByDistance::interpolated(const std::vector<double> &values, double distance) const
 {
-    // The first tick at or behind the distance; at the ends of the lap the outermost ones go on.
+    // The first tick at or after the distance. At the ends of the lap, the outermost ticks are used.
     const auto next = std::lower_bound(m_distances.begin() + 1, m_distances.end() - 1, distance);
     const auto i = std::size_t(std::distance(m_distances.begin(), next));
     const double part = (distance - m_distances[i - 1]) / (m_distances[i] - m_distances[i - 1]);

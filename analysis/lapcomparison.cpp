@@ -8,11 +8,11 @@ namespace {
 using Point = LapComparison::Point;
 using Stretch = LapComparison::Stretch;
 
-/// Seconds by which the difference has to turn before another stretch begins: what rounds to
-/// nothing in a table of hundredths.
+/// Seconds by which the difference must turn before another stretch begins. Less than this would
+/// be rounded to zero in a table of hundredths.
 constexpr double DifferenceFlutter = 0.005;
 
-/// Metres per second by which a car slows down for a corner, and not for a bump or a shift.
+/// Metres per second by which a car slows down for a corner; a bump or a gear change takes less.
 constexpr double SpeedFlutter = 3;
 
 struct Turn {
@@ -20,7 +20,8 @@ struct Turn {
     bool isHigh;
 };
 
-/// Where \a value, a function of an index below \a count, turns by at least \a flutter.
+/// The indices at which \a value, a function of an index below \a count, turns by at least
+/// \a flutter.
 template <typename Function>
 std::vector<Turn> turns(std::size_t count, Function value, double flutter)
 {
@@ -28,7 +29,7 @@ std::vector<Turn> turns(std::size_t count, Function value, double flutter)
     std::size_t lowest = 0; // since the last high turn
     std::size_t highest = 0; // since the last low turn
     bool rises = false;
-    bool falls = false; // neither of both while the direction is not known yet
+    bool falls = false; // both are false until the direction is known
     for (std::size_t i = 1; i < count; ++i) {
         if (value(i) < value(lowest))
             lowest = i;
@@ -64,7 +65,7 @@ std::vector<Stretch> cut(const std::vector<Point> &points)
     std::vector<std::size_t> cuts{0, points.size() - 1};
     const auto difference = [&points](std::size_t i) { return points[i].difference(); };
     std::vector<Turn> lead = turns(points.size(), difference, DifferenceFlutter);
-    // Before the first turn there may be less than flutter.
+    // The change before the first turn may be less than the flutter.
     if (!lead.empty() && std::abs(difference(lead.front().index)) < DifferenceFlutter)
         lead.erase(lead.begin());
     for (const Turn &turn : lead)
@@ -93,7 +94,7 @@ LapComparison::LapComparison(const LapByDistance &first, const LapByDistance &se
                           {first.time(distance), second.time(distance)},
                           {first.speed(distance), second.speed(distance)}});
     };
-    // Multiplied, not added up: a million steps of 0.1 m end where they should.
+    // Multiplied instead of added up, so that a million steps of 0.1 m end where they should.
     const auto steps = static_cast<qint64>(std::ceil(length / step));
     for (qint64 i = 0; i < steps; ++i)
         place(double(i) * step);

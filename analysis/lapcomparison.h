@@ -6,8 +6,8 @@
 
 /// Two laps of one track side by side, place by place.
 ///
-/// The difference is the time of the second lap less that of the first: positive where the second
-/// one is behind.
+/// The difference is the time of the second lap minus that of the first: positive where the second
+/// lap is slower so far.
 struct LapComparison {
     /// Both laps at one distance from the line.
     struct Point {
@@ -18,19 +18,20 @@ struct LapComparison {
         double difference() const { return times[1] - times[0]; }
     };
 
-    /// A part of the lap on which one lap gains on the other all the way, but for less than half a
-    /// hundredth of a second. It ends where the other begins to gain, and at the next corner at the
-    /// latest: where the first lap has been fastest and slows down by 3 m/s or more.
+    /// A part of the lap on which one lap gains on the other all the way; losses of less than half a
+    /// hundredth of a second do not count. It ends where the other lap begins to gain, or at the
+    /// next corner if that comes first: where the first lap has been fastest and slows down by 3 m/s
+    /// or more.
     struct Stretch {
         double begin; ///< m
         double end; ///< m
-        double seconds; ///< what the second lap lost, or, negative, gained
+        double seconds; ///< what the second lap lost; negative if it gained
         double speeds[2]; ///< means over the stretch, m/s
     };
 
-    /// Compares \a first with \a second every \a step metres, more than 0, up to their line.
+    /// Compares \a first with \a second every \a step metres (more than 0), from line to line.
     LapComparison(const LapByDistance &first, const LapByDistance &second, double step);
 
     std::vector<Point> points; ///< from the line to the line, at least two
-    std::vector<Stretch> stretches; ///< where most time was lost or gained first
+    std::vector<Stretch> stretches; ///< the greatest loss or gain first
 };

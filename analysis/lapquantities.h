@@ -9,11 +9,11 @@
 
 // Single numbers of a lap, taken from its channels, for tables of laps.
 
-/// The mean of the valid samples of the channel called \a name; none without any.
+/// The mean of the valid samples of the channel called \a name; none if no sample is valid.
 std::optional<Quantity> meanOf(const ZEP::Lap &lap, const QString &name);
 /// The first valid sample.
 std::optional<Quantity> firstOf(const ZEP::Lap &lap, const QString &name);
 /// The last valid sample.
 std::optional<Quantity> lastOf(const ZEP::Lap &lap, const QString &name);
-/// The quantity of the value called \a name; none if it is not a number.
+/// The value called \a name; none if it is not a number.
 std::optional<Quantity> valueOf(const ZEP::Lap &lap, const QString &name);

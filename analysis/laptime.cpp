@@ -4,6 +4,7 @@
 
 namespace {
 
+/// 00:59:59.000 in milliseconds. Plug-ins set this lap time for a lap without a valid one.
 constexpr int NoTimeMark = 3599000;
 
 } // namespace

@@ -6,20 +6,20 @@
 #include <QDateTime>
 #include <QString>
 
-/// Where, in what, by whom and when the laps of a file were driven; texts are empty if not known.
+/// Where, in which car, by whom and when the laps of a file were driven. Unknown texts are empty.
 struct SessionSummary {
     QString track;
     QString configuration; ///< layout of the track
     QString car;
     QString driver;
-    QString session; ///< as the source names it, else sessionName()
-    QDateTime date; ///< of the lap, else when the file was last changed
-    bool isFileDate = false; ///< \a date is that of the file
+    QString session; ///< as the source names it; if it does not, sessionName()
+    QDateTime date; ///< of the lap; if it has none, when the file was last changed
+    bool isFileDate = false; ///< true if \a date is that of the file
 };
 
 /// "race", "practice" and so on; empty if it is not set.
 QString sessionName(ZEP::Session session);
 
-/// As the representative one of \a laps, which are not empty, tells. \a fileDate is the date where
-/// no lap has one.
+/// Taken from the representativeLap() of \a laps, which must not be empty. \a fileDate is the date
+/// if that lap has none.
 SessionSummary sessionSummary(const Laps &laps, const QDateTime &fileDate);

@@ -8,8 +8,8 @@ namespace {
 
 constexpr double NotKnown = std::numeric_limits<double>::quiet_NaN();
 
-/// The samples of the channel called \a name, recorded or calculated, times \a factor; NaN for the
-/// missing ones. Empty if there is no such channel, or no sample of it is valid.
+/// The samples of the channel called \a name, recorded or calculated, times \a factor; NaN for
+/// missing ones. Empty if there is no such channel, or if none of its samples is valid.
 QVector<double> samples(const ZEP::Lap &lap, const char *name, double factor = 1)
 {
     const QString key = QString::fromLatin1(name);
@@ -29,7 +29,7 @@ QVector<double> samples(const ZEP::Lap &lap, const char *name, double factor = 1
     return isEmpty ? QVector<double>() : result;
 }
 
-/// A tick across the line belongs to the lap before or behind it: the last tick is on this one.
+/// Makes the distance of ticks before the line negative. The last tick is taken to be on this lap.
 void unwrap(QVector<double> &distance, double trackLength)
 {
     double next = NotKnown;
@@ -43,7 +43,7 @@ void unwrap(QVector<double> &distance, double trackLength)
     }
 }
 
-/// The tick from \a first on at which both are known; the size of \a a if there is none.
+/// The first tick from \a first on at which both are known; the size of \a a if there is none.
 int firstKnown(const QVector<double> &a, const QVector<double> &b, int first)
 {
     while (first < a.size() && (std::isnan(a.at(first)) || std::isnan(b.at(first))))
@@ -101,8 +101,8 @@ TickTrace tickTrace(const ZEP::Lap &lap, double trackLength)
     double start = *std::find_if(trace.time.cbegin(), trace.time.cend(),
                                  [](double time) { return !std::isnan(time); });
     if (trace.isFromLine) {
-        // The line was crossed before the first tick or behind it; of a race start, which is
-        // further away, the time counts from the first tick.
+        // The line was crossed shortly before or after the first tick. If a race starts further
+        // before the line, the time counts from the first tick.
         const int second = firstKnown(trace.distance, trace.time, first + 1);
         if (second < trace.time.size() && trace.distance.at(second) > trace.distance.at(first)
             && trace.distance.at(second) > 0) {

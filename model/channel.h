@@ -7,14 +7,14 @@ namespace ZEP {
 
 /// One quantity over one lap: a sample per recorded tick, all in one unit.
 ///
-/// A tick without a measurement holds NoData. Ask isValid() instead of comparing: NaN, and
-/// everything from ValidBelow up, counts as missing too. Zero is an ordinary value, and so is a
+/// A tick without a measurement has the sample NoData. Use isValid() instead of comparing: NaN, and
+/// everything from ValidBelow up, also counts as missing. Zero is an ordinary value, and so is a
 /// negative one of any size.
 class Channel
 {
 public:
-    /// 1e25 in single precision, widened: 9.999999562023526e24. Hosts test for this very number; it
-    /// is interface, not taste.
+    /// 1e25 in single precision, widened: 9.999999562023526e24. It is part of the interface: hosts
+    /// test for exactly this number.
     static constexpr double NoData = 1e25f;
     /// 1e24 in single precision, widened: 1.0000000138484279e24.
     static constexpr double ValidBelow = 1e24f;
@@ -23,15 +23,15 @@ public:
     QString unit() const { return m_unit; }
     void setUnit(const QString &unit) { m_unit = unit; }
 
-    /// The sample at \a index, in unit(); NoData where \a index is outside.
+    /// The sample at \a index, in unit(); NoData if \a index is outside.
     double sample(int index) const { return contains(index) ? data.at(index) : NoData; }
     /// True when \a index is inside and its sample is less than ValidBelow.
     bool isValid(int index) const { return contains(index) && data.at(index) < ValidBelow; }
 
-    /// Overwrites one sample. Outside the channel it does nothing: it never grows.
+    /// Overwrites one sample. If \a index is outside, it does nothing: the channel never grows.
     void setSample(int index, double value);
 
-    /// The samples, by tick of the lap from 0. Whoever records a lap appends here.
+    /// The samples, by tick of the lap, from 0. Whoever records a lap appends to them.
     QVector<double> data;
 
 private:

@@ -10,7 +10,7 @@ namespace ZEP {
 
 /// An open set of named values, in ascending and case-sensitive order of their names.
 ///
-/// Copies are cheap and independent: the map is implicitly shared.
+/// Copies are cheap and independent, because the map is implicitly shared.
 class DynamicData
 {
 public:
@@ -26,7 +26,7 @@ public:
     bool hasValues() const { return !m_values.isEmpty(); }
     bool containsValue(const QString &name) const { return m_values.contains(name); }
 
-    /// Inserts a value, or replaces quantity and unit of the one with the same name.
+    /// Inserts a value, or replaces the quantity and unit of the value with the same name.
     void addValue(const QString &name, const ZEP::Value &value) { m_values.insert(name, value); }
     void addValue(const QString &name, const QVariant &value, const QString &unit);
 
@@ -40,7 +40,7 @@ public:
     QList<QString> valueNameList() const { return m_values.keys(); }
 
 private:
-    friend class Lap; // walks the values of a sample while it merges them into its channels
+    friend class Lap; // iterates over the values of a sample while it merges them into its channels
 
     QMap<QString, ZEP::Value> m_values;
 };

@@ -25,7 +25,7 @@ QString generateUniqueFileName(QDir *dir, const QString &fileName)
 
 QString printTime(int milliseconds)
 {
-    // The magnitude of the smallest int does not fit an int.
+    // The magnitude of the smallest int does not fit into an int.
     const qint64 magnitude = std::abs(qint64(milliseconds));
     const QString sign(milliseconds > 0       ? QStringLiteral("+")
                            : milliseconds < 0 ? QStringLiteral("-")

@@ -6,7 +6,7 @@ namespace ZEP {
 
 namespace {
 
-/// Owns \a channel, also where there is no memory for doing so.
+/// Takes ownership of \a channel, which is deleted if there is no memory for the pointer.
 QSharedPointer<Channel> shared(Channel *channel)
 {
     std::unique_ptr<Channel> owned(channel);
@@ -70,7 +70,7 @@ void Lap::addSample(const Sample &sample)
 
 void Lap::addChannel(Channel *channel, const QString &name)
 {
-    // Many channels come in ascending order; none of their names has to be looked for then.
+    // Channels often arrive in ascending order. With the hint, their names are not searched for.
     m_channels.insert(m_channels.cend(), name, shared(channel));
 }
 

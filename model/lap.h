@@ -13,8 +13,8 @@ namespace ZEP {
 /// One lap of one car: its header, the channels recorded tick by tick, and the channels and values
 /// calculated from them.
 ///
-/// A lap holds its channels through shared pointers, and a copy of a lap shares them: a sample
-/// changed through one is changed in the other. Names are case-sensitive and in ascending order.
+/// A copy of a lap shares its channels: a sample changed in one lap is changed in the other. Names
+/// are case-sensitive and in ascending order.
 class Lap : public LapHeader
 {
 public:
@@ -39,12 +39,12 @@ public:
     void removeCalculatedValue(const QString &name) { m_calculatedValues.removeValue(name); }
     void removeAllCalculatedValues() { m_calculatedValues.removeValues(); }
 
-    /// Appends one tick: every value of \a sample, converted to double (0.0 where that fails), goes
-    /// to the recorded channel of its name; a channel without a value gets Channel::NoData.
+    /// Appends one tick. Every value of \a sample is converted to double (0.0 if that fails) and
+    /// appended to the recorded channel of its name. A channel without a value gets Channel::NoData.
     ///
-    /// A value without a channel opens one, in the value's unit, filled up with NoData for the
-    /// ticks before. The fill is measured on the first channel at the moment the name's turn comes,
-    /// so a channel that sorts first stays one sample short; hosts know laps that way.
+    /// A value without a channel opens one, in the value's unit, filled with NoData for the earlier
+    /// ticks. Their number is taken from the first channel when the name has its turn, so a new
+    /// channel that sorts first is one sample short. Hosts expect laps to be like that.
     void addSample(const ZEP::Sample &sample);
 
     /// Takes ownership of \a channel and replaces any recorded channel called \a name.
@@ -54,16 +54,16 @@ public:
     void removeChannel(const QString &name) { m_channels.remove(name); }
     void removeCalculatedChannel(const QString &name) { m_calculatedChannels.remove(name); }
 
-    /// Removes all channels and values; the header's fixed fields stay.
+    /// Removes all channels and values. The fixed fields of the header stay.
     void clear();
 
     /// Samples of the first recorded channel, else of the first calculated one, else 0.
     int size() const;
-    /// True when there is no channel; values do not count.
+    /// True if there are no channels; values do not count.
     bool isEmpty() const { return m_channels.isEmpty() && m_calculatedChannels.isEmpty(); }
 
-    /// The header's value called \a name; else, for "Lap time", the header's lap time; else the
-    /// calculated value of that name.
+    /// The header's value called \a name. If there is none: the header's lap time for "Lap time",
+    /// and the calculated value of that name for other names.
     ZEP::Value value(const QString &name) const;
 
 private:

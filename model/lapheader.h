@@ -17,7 +17,7 @@ enum Session : qint32 {
     SessionPractice = 1,
     SessionQualify = 2,
     SessionWarmup = 3,
-    SessionRace = 5, ///< 4 belongs to another source and is never set here
+    SessionRace = 5, ///< 4 is not used here; other sources set it
 };
 
 /// Kind of lap. Hosts store the numbers.
@@ -27,8 +27,8 @@ enum LapType : qint32 {
     LapTypeTimed = 1, ///< a later lap of a stint
 };
 
-/// Who drove a lap, where, in which car and session, when and how fast, and where it was read from;
-/// besides these fields, an open set of named values (track, weather, car, driver).
+/// Who drove a lap, where, in which car and session, when and how fast, and where it was read from.
+/// Besides these fields, it has an open set of named values (track, weather, car, driver).
 class LapHeader : public DynamicData
 {
 public:

@@ -17,7 +17,7 @@ public:
     QString unit() const { return m_unit; }
     void setUnit(const QString &unit) { m_unit = unit; }
 
-    /// The quantity as text, followed by a blank and the unit if there is one.
+    /// The quantity as text, followed by a space and the unit if there is one.
     QString print() const;
 
     /// The quantity: a number, text, time or colour.

@@ -9,7 +9,7 @@ namespace ZEP {
 class CarInfo
 {
 public:
-    /// The car as its live source knows it.
+    /// The car's identifier in its live source.
     QVariant id() const { return m_id; }
     void setId(const QVariant &id) { m_id = id; }
 
@@ -17,7 +17,7 @@ public:
     QString displayName() const { return m_displayName; }
     void setDisplayName(const QString &displayName) { m_displayName = displayName; }
 
-    /// True when telemetry of this car is wanted.
+    /// True if telemetry of this car is wanted.
     bool isActive() const { return m_active; }
     void setActive(bool active) { m_active = active; }
 

@@ -7,8 +7,8 @@
 
 #include <QObject>
 
-/// The signals by which a plug-in reaches its host. They are emitted synchronously, on the thread
-/// that called the plug-in; hosts may connect to them by position, so their order is fixed.
+/// The signals that a plug-in sends to its host. They are emitted synchronously, on the thread that
+/// called the plug-in. Their order is fixed, because hosts may connect to them by position.
 class ZepDataEmitter : public QObject
 {
     Q_OBJECT
@@ -26,6 +26,6 @@ Q_SIGNALS:
     void sendSample(const ZEP::Sample &sample);
     /// \a verbose is 0 for information and negative for errors.
     void sendMessage(const QString &message, int verbose);
-    /// \a percent runs from 0 to 100.
+    /// \a percent is from 0 to 100.
     void sendProgress(int percent);
 };

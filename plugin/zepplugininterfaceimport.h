@@ -11,8 +11,8 @@
 #include <QVariant>
 #include <QVector>
 
-/// A plug-in that reads laps from files. The order of the virtual operations is fixed: hosts are
-/// built against it.
+/// A plug-in that reads laps from files. The order of the virtual operations is fixed, because hosts
+/// are built against it.
 class ZepPluginInterfaceImport
 {
 public:
@@ -23,7 +23,7 @@ public:
     /// Name of the data source.
     virtual QString sourceName() const = 0;
     virtual QString pluginVersion() const = 0;
-    /// What import() reads, as a file dialog shows it: "Name (*.suffix)".
+    /// The formats that import() reads, as a file dialog shows them: "Name (*.suffix)".
     virtual QStringList availableImportFormats() const = 0;
     /// Reads all laps of \a fileName, on the calling thread. \a format is one of
     /// availableImportFormats(). The caller owns the laps. On failure the result is empty, and a
@@ -33,7 +33,7 @@ public:
 
     /// The signals of this plug-in; owned by the plug-in.
     ZepDataEmitter *dataEmitter() { return &m_dataEmitter; }
-    /// Sends \a text to the host, after the plug-in's name; \a level is 0 for information and
+    /// Sends the plug-in's name followed by \a text to the host. \a level is 0 for information and
     /// negative for errors.
     void message(const QString &text, int level);
 

@@ -22,8 +22,8 @@ TStringTree::~TStringTree()
 
 void TStringTree::clear()
 {
-    // Neither recursion, since a tree may be as deep as its text is long, nor memory, since this
-    // may run because there is none left.
+    // It must not recurse, because a tree may be as deep as its text is long. It must not allocate,
+    // because it may run after memory ran out.
     TStringTree *node = this;
     while (node != this || !node->subTrees.isEmpty()) {
         if (node->subTrees.isEmpty()) {

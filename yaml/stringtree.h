@@ -3,11 +3,11 @@
 #include <QMap>
 #include <QString>
 
-/// A tree of strings: each node holds named values and named child nodes.
+/// A tree of strings: each node contains named values and named child nodes.
 ///
-/// Paths name children from node to node, separated by "/"; there is no escaping, and an empty
+/// A path names children from node to node, separated by "/". There is no escaping, and an empty
 /// segment is a name like any other. Names are case-sensitive and ordered as text ("10" before
-/// "2"). One name may stand for a value and for a child at once. A node owns its children.
+/// "2"). A value and a child may have the same name. A node owns its children.
 class TStringTree
 {
 public:
@@ -35,7 +35,7 @@ public:
     /// The node's own value called \a key; a null string if there is none.
     QString value(const QString &key) const { return values.value(key); }
     /// Stores \a value under the last segment of \a path, in the node that the segments before it
-    /// lead to; missing nodes are created.
+    /// lead to. Missing nodes are created.
     void pathSet(const QString &path, const QString &value);
     /// The value under the last segment of \a path, in the node that the segments before it lead
     /// to; a null string if there is none.

@@ -46,7 +46,7 @@ void YamlLineReader::enterListItem(const QString &lastPart)
 
 void YamlLineReader::enterKey(const QString &line, int indentation)
 {
-    // Two keys in a row at one level: the first one turned out to be empty.
+    // Two keys in a row at one level: the first one was empty.
     if (m_lastKind == LineKind::Key && m_indentation == indentation)
         leaveNode();
     m_node = m_node->addSub(withoutBlanks(line.chopped(1)));
@@ -59,7 +59,7 @@ void YamlLineReader::storeValue(const QString &firstPart, const QString &lastPar
     m_lastKind = LineKind::KeyValue;
 }
 
-/// Steps up one level; the root is never left.
+/// Moves up one level, except from the root.
 void YamlLineReader::leaveNode()
 {
     if (m_node->hasParent())

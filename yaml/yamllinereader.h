@@ -2,16 +2,16 @@
 
 #include "yaml/stringtree.h"
 
-/// Files one line after the other under the node that its indentation asks for.
+/// Stores one line after the other under the node that its indentation selects.
 ///
-/// Behind a key without value and behind a list item the current node is one level deeper than the
-/// line, behind a value it stays at the line's level.
+/// After a key without a value and after a list item, the current node is one level deeper than the
+/// line. After a value it is at the line's level.
 class YamlLineReader
 {
 public:
     explicit YamlLineReader(TStringTree *root);
 
-    /// Files \a line, which has no line feed any more. An empty one is passed over.
+    /// Stores \a line, given without its line feed. An empty line is skipped.
     void read(const QString &line);
 
     /// The node that the last line opened, or in which its value was stored.
