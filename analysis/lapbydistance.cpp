@@ -57,7 +57,7 @@ std::optional<LapByDistance> LapByDistance::of(const ZEP::Lap &lap, QString *pro
 
 double LapByDistance::interpolated(const std::vector<double> &values, double distance) const
 {
-    // The first tick at or after the distance. At the ends of the lap, the outermost ticks are used.
+    // The first tick at or after the distance. The outermost ticks serve the ends of the lap.
     const auto next = std::lower_bound(m_distances.begin() + 1, m_distances.end() - 1, distance);
     const auto i = std::size_t(std::distance(m_distances.begin(), next));
     const double part = (distance - m_distances[i - 1]) / (m_distances[i] - m_distances[i - 1]);

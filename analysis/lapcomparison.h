@@ -18,10 +18,10 @@ struct LapComparison {
         double difference() const { return times[1] - times[0]; }
     };
 
-    /// A part of the lap on which one lap gains on the other all the way; losses of less than half a
-    /// hundredth of a second do not count. It ends where the other lap begins to gain, or at the
-    /// next corner if that comes first: where the first lap has been fastest and slows down by 3 m/s
-    /// or more.
+    /// A part of the lap on which one lap gains on the other all the way. Losses of less than half
+    /// a hundredth of a second do not count. It ends where the other lap begins to gain, or at the
+    /// next corner if that comes first: where the first lap was fastest before it slows down by at
+    /// least 3 m/s.
     struct Stretch {
         double begin; ///< m
         double end; ///< m

@@ -43,7 +43,7 @@ QVector<LapSummary> summarize(const Laps &laps);
 /// The index of the fastest timed lap; if several are equal, of the first.
 std::optional<int> bestLap(const Laps &laps);
 
-/// The index of the lap that represents the file if no lap was chosen: the best timed lap, or, if no
-/// lap is timed, the lap with the most samples. If several are equal, it is the first. \a laps must
-/// not be empty.
+/// The index of the lap that represents the file if no lap was chosen: the best timed lap, or, if
+/// no lap is timed, the lap with the most samples. If several are equal, it is the first. \a laps
+/// must not be empty.
 int representativeLap(const Laps &laps);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Reads single values of a recording, wherever they lie.
+/// Reads single values of a recording, wherever they are.
 class RecordingValues
 {
 public:
@@ -103,7 +103,7 @@ QString checkLaps(const QByteArray &fileName, const Laps &laps,
             .arg(expected->ticks);
     }
 
-    // Not as the file holds them: dropped, calculated, or corrected at the start of a lap.
+    // These differ from the file: they are dropped, calculated, or corrected at the start of a lap.
     const QStringList special{QStringLiteral("sessionnum"), QStringLiteral("lapcurrentlaptime"),
                               QStringLiteral("energybatterytomgu_klap"),
                               QStringLiteral("energymgu_klapdeploypct")};

@@ -9,11 +9,11 @@
 
 // Each check returns what is wrong, or a null string.
 
-/// Laps and ticks are as expected where that is known, and the first, middle and last sample of
-/// every channel of every lap is what the file holds at that tick.
+/// The numbers of laps and ticks are as expected, if known. The first, middle and last sample of
+/// every channel of every lap is the value in the file at that tick.
 QString checkLaps(const QByteArray &fileName, const Laps &laps,
                   const std::optional<ExpectedLaps> &expected);
-/// Both importers give the same channels.
+/// Both importers return the same channels.
 QString checkSame(const Laps &laps, const reference::Import &reference);
-/// The first and the last record are in the columns.
+/// The columns contain the first and the last record.
 QString checkFloor(const QByteArray &fileName, const FloorColumns &floor);

@@ -30,7 +30,7 @@ QVector<RecordingVariable> table(int count)
     return variables;
 }
 
-/// Records whose values differ from tick to tick, none of them of an unusual kind.
+/// Records whose values differ from tick to tick, without unusual ones.
 QByteArray fillRecord(const Recording &recording, const QVector<irsdk_varHeader> &variables,
                       std::mt19937 *random)
 {

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// A block stays in the second-level cache until all columns have taken their values from it; among
-/// 16 KB to 4 MB this was the fastest.
+/// A block stays in the second-level cache until all columns have read their values from it. Of all
+/// sizes from 16 KB to 4 MB, this was the fastest.
 constexpr std::size_t BlockBytes = 64 * 1024;
 
 template <typename T>

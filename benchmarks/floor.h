@@ -10,11 +10,11 @@ struct FloorColumns {
     std::int64_t records = 0;
 };
 
-/// What an import cannot do without, and no more: reads the records of \a fileName in blocks
-/// through stdio and writes each variable into a column of its own.
+/// Does only what an import cannot leave out: reads the records of \a fileName in blocks through
+/// stdio and writes each variable into its own column.
 ///
-/// It knows beforehand what an import learns only at the end (how many records there are), it has
-/// neither laps nor names, it uses the last element of an array as an import does, and it expects
-/// a sound recording. The columns are allocated anew and handed out, as the laps of an import are.
-/// No records on any failure.
+/// It knows in advance what an import learns only at the end, the number of records. It has neither
+/// laps nor names, it uses the last element of an array as an import does, and it expects a sound
+/// recording. As with the laps of an import, every call allocates new columns and hands them out.
+/// After any failure, the number of records is 0.
 FloorColumns readFloor(const char *fileName);

@@ -21,8 +21,8 @@ reference::Import importReference(const QByteArray &fileName)
                                  plugin()->availableImportFormats().first());
 }
 
-/// Runs \a work as often as asked; its result is destroyed outside the measured time, and what the
-/// allocator keeps goes back to the system, so that every run begins like the first of a program.
+/// Runs \a work as often as the benchmark asks. Outside the measured time, its result is destroyed
+/// and free memory is returned to the system, so that every run begins like a program's first.
 template <typename Work>
 void measure(benchmark::State &state, const QByteArray &fileName, Work work)
 {
@@ -43,7 +43,7 @@ void measure(benchmark::State &state, const QByteArray &fileName, Work work)
         double(recordCount(fileName) * state.iterations()), benchmark::Counter::kIsRate);
 }
 
-/// Calls \a check once per benchmark name; a check of a whole import takes longer than the import.
+/// Calls \a check once per benchmark name, because checking an import takes longer than the import.
 template <typename Check>
 bool isRightOnce(benchmark::State &state, const std::string &name, Check check)
 {

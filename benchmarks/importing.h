@@ -13,15 +13,15 @@ class ZepPluginInterfaceImport;
 
 using Laps = std::vector<std::unique_ptr<ZEP::Lap>>;
 
-/// The built plug-in, loaded as a host does. Ends the program where that fails.
+/// The built plug-in, loaded as a host loads it. Ends the program if that fails.
 ZepPluginInterfaceImport *plugin();
 
 /// Imports a file through plugin().
 Laps importFile(const QByteArray &fileName);
 
-/// Samples of all laps, over all channels.
+/// The number of samples in all channels of all laps.
 qint64 sampleCount(const Laps &laps);
-/// Samples of the laps' first channels.
+/// The number of samples in the laps' first channels.
 qint64 tickCount(const Laps &laps);
-/// Complete records of a sound recording.
+/// The number of complete records of a sound recording.
 qint64 recordCount(const QByteArray &fileName);

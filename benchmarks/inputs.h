@@ -13,18 +13,18 @@ struct ExpectedLaps {
     qint64 ticks; ///< over all laps
 };
 
-/// One recording to measure with. It is written when somebody first asks for it.
+/// One recording to measure with. It is written when it is first used.
 struct Input {
     QString name;
     std::function<bool(const QString &fileName)> write;
-    std::optional<ExpectedLaps> expected; ///< where the input was made so that this is known
+    std::optional<ExpectedLaps> expected; ///< if known from how the input was made
 };
 
 /// The inputs of the benchmarks, each written once into a folder.
 class Inputs
 {
 public:
-    /// \a small: a tenth of a second's work each, for a test that everything runs. \a large: also
+    /// \a small: each takes about a tenth of a second, to test that everything runs. \a large: also
     /// the recording of more than 4 GiB. \a recordings: a folder with real recordings, or empty.
     Inputs(const QString &folder, const QString &recordings, bool small, bool large);
 

@@ -1,4 +1,4 @@
-// Measures an import, its stages and what an import is compared with.
+// Measures an import, its stages, and what an import is compared with.
 #include "benchmarks/benchmarks.h"
 #include "benchmarks/inputs.h"
 
@@ -12,11 +12,11 @@ namespace {
 bool anythingWrong = false;
 
 const char *const Usage =
-    "napammul_bench measures imports; beside the options of Google Benchmark it takes\n"
-    "  --small            everything once, on small inputs\n"
-    "  --large            also a recording of more than 4 GiB\n"
-    "  --inputs=FOLDER    where the inputs are written once and kept\n"
-    "  --recordings=FOLDER  with real recordings; else the environment's NAPAMMUL_RECORDINGS\n";
+    "napammul_bench measures imports. It has the options of Google Benchmark, and these:\n"
+    "  --small              run everything once, on small inputs\n"
+    "  --large              include a recording of more than 4 GiB\n"
+    "  --inputs=FOLDER      write the inputs here, once, and keep them\n"
+    "  --recordings=FOLDER  use a real recording from here (default: NAPAMMUL_RECORDINGS)\n";
 
 } // namespace
 

@@ -1,6 +1,6 @@
-// Imports a recording through the plug-in and prints what memory that took.
+// Imports a recording with the plug-in and prints the peak memory.
 //   napammul_peak FILE
-//   napammul_peak --demo FOLDER    the demo recording, written there
+//   napammul_peak --demo FOLDER    writes the demo recording there and imports it
 #include "benchmarks/importing.h"
 #include "benchmarks/inputs.h"
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// What the program, Qt and the plug-in take by themselves.
+/// Memory that the program, Qt and the plug-in need without an import.
 constexpr qint64 AlwaysAllowed = 32 * 1024 * 1024;
 
 /// The greatest resident size of this process so far, bytes.

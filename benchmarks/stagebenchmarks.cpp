@@ -78,7 +78,7 @@ void setRecords(benchmark::State &state, std::size_t records)
         double(std::int64_t(records) * state.iterations()), benchmark::Counter::kIsRate);
 }
 
-/// Headers, session text and cars: all that comes before the records.
+/// Headers, session text and cars: everything before the records.
 void open(benchmark::State &state, const QByteArray &fileName)
 {
     const auto read = [&fileName] {
@@ -111,7 +111,7 @@ void text(benchmark::State &state, int bytes)
     const bool isSame = name == QLatin1String("Driver 3") && type == QLatin1String("Practice");
     if (!isRight(state, isSame ? QString() : QStringLiteral("another tree")))
         return;
-    // Memory goes back to the system, so that a short text pays for its pages like a long one.
+    // Memory is returned to the system, so that a short text needs new pages just like a long one.
     double processor = 0.0;
     for (auto _ : state) {
         malloc_trim(0);

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <ctime>
 
-/// Time since it was made.
+/// Measures the time since it was constructed.
 class Stopwatch
 {
 public:
@@ -11,7 +11,7 @@ public:
     {
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - m_start).count();
     }
-    /// What this thread had of the processor; other programs on the machine disturb it less.
+    /// Processor time of this thread. Other programs on the machine affect it less.
     double processorSeconds() const { return processorTime() - m_processorStart; }
 
 private:

@@ -1,4 +1,4 @@
-// Choices out of a fuzzer's input.
+// Makes choices from a fuzzer's input.
 #pragma once
 
 #include <QByteArray>
@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-/// Takes values from the front of an input, and zeros once it is used up, so that every input means
-/// something.
+/// Reads values from the start of an input, and zeros once it is used up, so that any input works.
 class ByteSource
 {
 public:
@@ -39,7 +38,7 @@ public:
         return choice[std::size_t(below(int(Size)))];
     }
 
-    /// The next \a size bytes, filled up with zeros.
+    /// The next \a size bytes, padded with zeros.
     QByteArray bytes(int size)
     {
         const auto there = int(qMin(m_left, std::size_t(size)));
@@ -49,7 +48,7 @@ public:
         return taken;
     }
 
-    /// All that is left.
+    /// The rest of the input.
     QByteArray rest() { return bytes(int(m_left)); }
 
 private:

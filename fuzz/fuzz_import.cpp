@@ -1,5 +1,5 @@
-// Input: a recording. It is imported as a host does it, the laps are walked completely, and they
-// are what the plain importer makes of it. An inspection finds out why there are none.
+// Input: a recording. It is imported as a host imports it, and everything in the laps is read. They
+// must be the same as with the plain importer. An inspection must know why there are none.
 
 #include "fuzz/memoryfile.h"
 #include "fuzz/promises.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The descriptor that the next file would get: the same as before unless one was left open.
+/// The descriptor that the next file would get. It stays the same unless a file was left open.
 int nextDescriptor()
 {
     const int descriptor = ::dup(STDERR_FILENO);

@@ -1,5 +1,5 @@
-// Input: session-info text. Its tree, and what a lap takes from it, are what the plain importer
-// makes of it.
+// Input: session-info text. Its tree, and the values that a lap gets from it, must be the same as
+// with the plain importer.
 
 #include "fuzz/require.h"
 #include "reader/irtelemetryreader.h"
@@ -12,16 +12,16 @@
 
 namespace {
 
-/// Enough for lists of more than one digit; each one costs time.
+/// Enough for indexes of more than one digit; more of them only take time.
 constexpr int Cars = 12;
 
-/// Opens the insides of a node.
+/// Gives access to the members of a node.
 struct Node : TStringTree {
     using TStringTree::subTrees;
     using TStringTree::values;
 };
 
-/// Compares whole trees, one node after the other: they may be as deep as the text is long.
+/// Compares whole trees without recursion, because they may be as deep as the text is long.
 QString treeDifference(const TStringTree *tree, const reference::Tree *expected)
 {
     QVector<QPair<const TStringTree *, const reference::Tree *>> todo = {{tree, expected}};

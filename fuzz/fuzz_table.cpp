@@ -1,5 +1,5 @@
-// Input: a variable table, then the bytes of a record. Both ways to read the record agree with each
-// other and with the plain importer, value by value.
+// Input: a variable table, then the bytes of a record. Both ways to read the record must agree with
+// each other and with the plain importer, value by value.
 
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
@@ -41,7 +41,7 @@ std::int32_t anyType(ByteSource *source)
     return choice < 9 ? choice - 1 : source->take<std::int32_t>();
 }
 
-/// One of \a usual, or any number at all.
+/// One of \a usual, or any other number.
 template <std::size_t Size>
 std::int32_t anyNumber(ByteSource *source, const std::array<std::int32_t, Size> &usual)
 {
@@ -117,7 +117,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     irsdk_header header{};
     header.numVars = table.size();
     header.bufLen = source.below(80);
-    // An array of its own and exactly as long as the record: reading beyond it does not go unseen.
+    // A separate array, exactly as long as the record, so that reading beyond it is detected.
     const auto recordBytes = std::size_t(header.bufLen);
     const auto record = std::make_unique<char[]>(recordBytes + (recordBytes == 0));
     std::memcpy(record.get(), source.bytes(header.bufLen).constData(), recordBytes);

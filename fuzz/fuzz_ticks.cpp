@@ -1,6 +1,6 @@
-// Input: a drive, told in single bytes. Three readers follow it: one with a compiled table, one
-// without, and the plain one. They find the same laps and the same states. A fourth one only counts
-// the laps, and counts what the first one makes.
+// Input: a drive, described in single bytes. Three readers follow it: one with a compiled table,
+// one without, and the plain one. They must find the same laps and the same states. A fourth one
+// only counts the laps, and must count as many as the first one makes.
 
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
@@ -16,7 +16,7 @@
 namespace {
 
 constexpr int MaxTicks = 400;
-/// Fewer than a session has: what another car costs is not what is tested.
+/// Fewer than a session has, because the time that more cars take is not what is tested.
 constexpr int Cars = 3;
 
 constexpr float Inf = std::numeric_limits<float>::infinity();
@@ -36,11 +36,11 @@ constexpr std::array<std::int32_t, 8> Laps = {-1,
                                               std::numeric_limits<std::int32_t>::max(),
                                               std::numeric_limits<std::int32_t>::min()};
 
-/// What the car does, and the record that tells it.
+/// What the car does, and the record of it.
 class Drive
 {
 public:
-    /// Bit after bit of \a choices makes a variable another type than usual.
+    /// Each bit of \a choices gives one variable an unusual type.
     explicit Drive(std::uint8_t choices)
     {
         m_variables = Recording::defaultVariables();
@@ -63,7 +63,7 @@ public:
         }
     }
 
-    /// The record of the present tick; then the car moves on.
+    /// Returns the record of the present tick, and moves the car on.
     QByteArray next()
     {
         store("SessionTime", time);
@@ -77,7 +77,7 @@ public:
         return record;
     }
 
-    /// Over the line, as one drives over it: everything starts anew at once.
+    /// Crosses the line as in a normal drive: everything starts again at once.
     void crossLine()
     {
         place = 0.001f;
@@ -100,7 +100,7 @@ private:
     QByteArray m_record;
 };
 
-/// A reader of the product beside the plain one.
+/// A reader of the product, side by side with the plain one.
 class FollowedReader
 {
 public:
@@ -155,7 +155,7 @@ void requireSameCount(const iRTelemetryReader &counting, const iRTelemetryReader
             "laps as counted");
 }
 
-/// The counters of a lap that has just been closed fit those of the tick before.
+/// Checks that the counters of a lap that has just been closed fit those of the tick before.
 void requireCounters(const CarTracker &car)
 {
     const ZEP::Lap &lap = car.lap;
@@ -235,7 +235,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
             drive.crossLine();
             break;
         case 15:
-            // Looking at a car in the middle of a lap changes nothing.
+            // Looking at a car in the middle of a lap must not change anything.
             require(compiled.stateDifference(&plain, choice % 2 ? mine : 0));
             break;
         default:

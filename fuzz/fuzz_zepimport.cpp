@@ -1,7 +1,7 @@
-// Input: what users type and recordings hold, as `zepimport` reads and shows it. Choices find what
-// they name or say why not, tables fit, JSON comes back as it was, and an inspection finds nobody
-// in the player's car exactly where the reader follows nobody. What becomes of laps is in
-// zepimportlaps.cpp.
+// Input: what users type and recordings contain, as `zepimport` reads and shows it. Choices must
+// find what they name or say why not, tables must fit, JSON must be read back unchanged, and an
+// inspection must find nobody in the player's car exactly if the reader follows nobody. Laps are
+// tested in zepimportlaps.cpp.
 
 #include "fuzz/bytesource.h"
 #include "fuzz/require.h"
@@ -31,14 +31,14 @@ namespace {
 
 constexpr int MaxText = 40;
 
-/// Qt warns of what it is not meant to be asked; users would see it.
+/// Qt prints warnings about wrong calls, and users would see them.
 void refuseWarnings(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (type != QtDebugMsg)
         require(QLatin1String("no warning: ") % message);
 }
 
-/// Text of any characters, lone surrogates among them, or of Latin-1 only.
+/// Text of any characters, including lone surrogates, or of Latin-1 only.
 QString text(ByteSource *source)
 {
     const int form = source->below(4);
@@ -145,7 +145,7 @@ void writeTable(ByteSource *source)
     for (int row = 0; row < rows; ++row) {
         QStringList cells = texts(source, columns.size() + 1);
         for (QString &cell : cells)
-            cell = cell.trimmed(); // blanks at the end of a line take room, but are not in it
+            cell = cell.trimmed(); // spaces at the end of a line are counted, but not written
         table.addRow(cells);
     }
 
@@ -159,7 +159,7 @@ void writeTable(ByteSource *source)
     const int width = 1 + source->below(120);
     const QString fitted = table.text(width);
     require(fitted.count(QLatin1Char('\n')) <= whole.count(QLatin1Char('\n')), "as many lines");
-    const int gaps = 2 * columns.size(); // also beside columns that are empty everywhere
+    const int gaps = 2 * columns.size(); // also next to columns in which every cell is empty
     if (widest + gaps <= width)
         require(fitted == whole, "what fits stays");
     const bool canShrink =

@@ -10,11 +10,10 @@
 
 namespace {
 
-/// Longer inputs say nothing that shorter ones do not, and cost time.
+/// Longer inputs find nothing that shorter ones do not, and take more time.
 constexpr int MaxSeedSize = 10 * 1024;
 
-/// The parts of fuzz_zepimport: choices, suggestions, tables and values in front, then an
-/// inspection, and what becomes of laps.
+/// The parts of fuzz_zepimport: choices, suggestions, tables and values, an inspection, then laps.
 constexpr int InspectPart = 6;
 constexpr int PartCount = 13;
 
@@ -62,7 +61,7 @@ QByteArray drivenLap(float metresPerTick)
 {
     constexpr char ticks = 100;
     const auto channel = [](char name, float step) -> QByteArray {
-        // Recorded, without a unit, in even steps from 0.
+        // Recorded, without a unit, in equal steps from 0.
         const char form[] = {3, name, 0, 1, 0};
         QByteArray bytes(form, sizeof form);
         bytes.append(reinterpret_cast<const char *>(&step), sizeof step);
@@ -105,7 +104,7 @@ void writeSeeds(const QString &folder)
     for (const char *choice :
          {"best", "all", "3,5-7", "1-99", "0", "speed", "tire*", "[lr]f*", "[z-a]"}) {
         const QByteArray typed(choice);
-        // Latin-1 of that length; for laps behind one lap, for channels behind one without names.
+        // Latin-1 of that length. For laps it follows one lap, for channels one without a name.
         const QByteArray text = QByteArray("\1") + char(typed.size()) + typed;
         shown.add(QByteArray("\0\0\1\1\1\1", 6) + text);
         shown.add(QByteArray("\1\0\0\1", 4) + text);
@@ -115,7 +114,7 @@ void writeSeeds(const QString &folder)
         shown.add(char(part) + drivenLap(40.0F) + drivenLap(41.0F));
         shown.add(char(part) + QByteArray(3, '\1') + drivenLap(40.0F) + drivenLap(41.0F));
     }
-    // Race and practice, on track all the time, lap after lap.
+    // A race and a practice, always on track, lap after lap.
     for (const char type : {'\0', '\1', '\2', '\3'}) {
         QByteArray drive(1, type);
         drive.append(char(0)).append(char(0)).append(char(0x18)).append(char(0x17));

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Session info with one driver and \a more lines behind it, or inside "WeekendInfo" if
+/// Session info with one driver and \a more lines: after the driver, or inside "WeekendInfo" if
 /// \a inWeekend.
 QByteArray textWith(const QByteArray &more, bool inWeekend = false)
 {
@@ -25,7 +25,7 @@ QByteArray repeated(int bytes, LineOf lineOf)
     return text;
 }
 
-/// A car that ends a lap at every second tick: the running lap time falls back again and again.
+/// A car that ends a lap at every second tick, because its running lap time falls back each time.
 void driveShortLaps(Recording *recording, int bytes)
 {
     recording->set("IsOnTrack", 1);
@@ -35,7 +35,7 @@ void driveShortLaps(Recording *recording, int bytes)
     });
 }
 
-/// The variables that make laps and no more, and in front of them \a more.
+/// \a more, followed by just the variables that are needed for laps.
 Recording smallTable(QVector<RecordingVariable> more = {})
 {
     more += {{"IsOnTrack", irsdk_bool},
@@ -72,7 +72,7 @@ QByteArray textOfNodes(int bytes)
         bytes, [](int i) -> QByteArray { return "Node" + QByteArray::number(i) + ":\n"; })));
 }
 
-/// List items of one line each lie inside each other.
+/// List items of one line, each inside the one before.
 QByteArray deepText(int bytes)
 {
     return withText(textWith(repeated(bytes, [](int) { return QByteArray("- A: 1\n"); })));
@@ -84,7 +84,7 @@ QByteArray textOfSeparators(int bytes)
         textWith(repeated(bytes, [](int) { return QByteArray(": "); }) + "\nDone: yes\n"));
 }
 
-/// Half of the file is one value of the text, the other half short laps that all carry it.
+/// Half of the file is one value of the text, the other half is short laps that all carry it.
 QByteArray longValue(const QByteArray &before, const QByteArray &piece, bool inWeekend, int bytes)
 {
     Recording recording = smallTable();
@@ -114,7 +114,7 @@ QByteArray longLicenceColor(int bytes)
     return longValue("DriverInfo:\n Drivers:\n - CarIdx: 0\n   LicColor: ", "0x", false, bytes);
 }
 
-/// A table of as many variables as fit, all in the same byte.
+/// A table of as many variables as fit, all of them the same byte of the record.
 QByteArray largeTable(int bytes, bool sameName)
 {
     const int count = bytes / Recording::VariableSize;
@@ -146,7 +146,7 @@ QByteArray shortLaps(int bytes)
     return recording.bytes();
 }
 
-/// Records as long as the limit of the result asks for, so that no lap is refused for it.
+/// Records long enough that the limit of the result does not refuse any lap.
 QByteArray shortLapsInLongRecords(int bytes)
 {
     Recording recording = smallTable();
@@ -155,7 +155,7 @@ QByteArray shortLapsInLongRecords(int bytes)
     return recording.bytes();
 }
 
-/// One lap that takes little less than its records allow, and short ones that take more.
+/// One lap that needs slightly less memory than its records allow, and short ones that need more.
 QByteArray shortLapsBehindALongOne(int bytes)
 {
     QVector<RecordingVariable> more(95);
@@ -195,7 +195,7 @@ QByteArray oneByteVariables(int bytes)
     return bytesSideBySide(300, false, bytes);
 }
 
-/// Records of one byte that is on track, place and time at once.
+/// Records of one byte, which is at the same time "on track", the place and the time.
 QByteArray oneByteRecords(int bytes)
 {
     Recording recording = Recording::empty();
@@ -206,7 +206,7 @@ QByteArray oneByteRecords(int bytes)
     return recording.bytes();
 }
 
-/// Variables laid over each other: a few bytes of record make thousands of samples.
+/// Variables that share their bytes: a few bytes of a record become thousands of samples.
 QByteArray overlaid(int bytes)
 {
     QVector<RecordingVariable> more(8000);

@@ -1,5 +1,4 @@
-// Recordings that are sound in every part and still ask for more time or memory than they are
-// worth.
+// Recordings that are sound in every part, and still would need far too much time or memory.
 #pragma once
 
 #include <QByteArray>
@@ -10,11 +9,11 @@ struct HostileKind {
     const char *name;
     /// A recording of about \a bytes bytes.
     QByteArray (*make)(int bytes);
-    bool makesLaps; ///< more than two
-    bool isRefused; ///< from 64 KB on
+    bool makesLaps; ///< an import returns more than two laps
+    bool isRefused; ///< an import refuses it if it has 64 KB or more
 };
 
 const QVector<HostileKind> &hostileKinds();
 
-/// The one called \a name, which has to be one of them.
+/// The one called \a name, which must exist.
 const HostileKind &hostileKind(const char *name);

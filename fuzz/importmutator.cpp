@@ -1,6 +1,6 @@
 // Changes a recording where it hurts: numbers of the header to the edges of the file, entries of
-// the variable table, lines of the session info, values of the records. What stands behind a part
-// that grows or shrinks moves along, so that inputs stay recordings.
+// the variable table, lines of the session info, values of the records. If a part grows or shrinks,
+// everything after it moves along, so that the input remains a recording.
 
 #include "ibt/ibtformat.h"
 
@@ -113,7 +113,7 @@ private:
         return choice[below(Size)];
     }
 
-    /// True when the file holds \a size bytes from \a offset on.
+    /// True if the file contains \a size bytes from \a offset on.
     bool holds(std::int64_t offset, std::int64_t size) const
     {
         return offset >= 0 && size > 0 && offset <= std::int64_t(m_file.size()) - size;
@@ -205,7 +205,7 @@ private:
         put(place, &variable, sizeof variable);
     }
 
-    /// Replaces bytes; the offsets of what stands behind follow.
+    /// Replaces bytes, and adjusts the offsets of everything after them.
     void replace(std::size_t place, std::size_t oldSize, const Bytes &bytes)
     {
         if (place < HeadersSize || m_file.size() - oldSize + bytes.size() > m_maxSize)
@@ -223,7 +223,7 @@ private:
         }
     }
 
-    /// Inserts, drops or doubles a line of the session info.
+    /// Inserts, removes or duplicates a line of the session info.
     void changeLines()
     {
         if (!holds(m_header.sessionInfoOffset, m_header.sessionInfoLen))
@@ -275,7 +275,7 @@ private:
         return std::size_t(m_header.varBuf[0].bufOffset) + index * std::size_t(m_header.bufLen);
     }
 
-    /// Doubles, drops or cuts off records.
+    /// Duplicates, removes or cuts off records.
     void changeRecords()
     {
         const std::size_t count = recordCount();
@@ -298,7 +298,7 @@ private:
         }
     }
 
-    /// Sets a variable from some record on, for a few records.
+    /// Sets a variable in a few records, starting anywhere.
     void changeValues()
     {
         std::size_t place;

@@ -1,4 +1,4 @@
-// measurehostile [MEGABYTES [KIND]]: what it costs to import each hostile recording, as a table.
+// measurehostile [MEGABYTES [KIND]]: prints the time and memory of imports of hostile recordings.
 
 #include "fuzz/hostile.h"
 #include "plugin/irpluginimport.h"
@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Runs \a work in a process of its own and returns what that process cost.
+/// Runs \a work in a separate process and returns the time and memory of that process.
 rusage costOf(const std::function<void()> &work)
 {
     std::fflush(stdout);

@@ -6,7 +6,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// A regular file that no disk has to keep up with.
+/// A regular file in memory, so that no disk slows the fuzzer down.
 class MemoryFile
 {
 public:

@@ -106,7 +106,7 @@ QString brokenByHeader(const ZEP::Lap &lap, bool isLast)
     return QString();
 }
 
-/// Laps in the order in which they were driven.
+/// Checks that laps are in the order in which they were driven.
 QString brokenByOrder(const ZEP::Lap &before, const ZEP::Lap &lap)
 {
     const bool sameStint = lap.getStintInSession() == before.getStintInSession();

@@ -1,4 +1,4 @@
-// Runs a fuzz target over files, or over the files of folders, where there is no fuzzer to do it.
+// Runs a fuzz target over files, or over the files in folders, in builds without a fuzzer.
 
 #include <QDirIterator>
 #include <QFileInfo>
@@ -18,7 +18,7 @@ bool replay(const QString &fileName)
         return false;
     }
     const QByteArray input = file.readAll();
-    // The name comes first: a broken promise ends the program.
+    // The name is printed first, because a broken promise ends the program.
     std::printf("%s\n", qPrintable(fileName));
     std::fflush(stdout);
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(input.constData()),

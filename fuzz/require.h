@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// Ends the program with \a broken unless that is empty; a fuzzer then keeps the input.
+/// Ends the program and prints \a broken, unless that is empty. A fuzzer then keeps the input.
 inline void require(const QString &broken)
 {
     if (broken.isEmpty())

@@ -76,7 +76,7 @@ QString text(ByteSource *source)
     return QString::fromLatin1(source->bytes(source->below(12)).replace('9', '8'));
 }
 
-/// As cars drive, or as no car does.
+/// Sometimes as cars drive, sometimes as no car does.
 QVector<double> samples(ByteSource *source, int count)
 {
     QVector<double> result(count);
@@ -135,7 +135,7 @@ QVector<ChosenChannel> allChannels(const Laps &laps)
     return ChannelChoice().channels(pointers(laps), &problem);
 }
 
-/// What \a write makes of a file.
+/// The content of a file after \a write.
 template <typename Write>
 QByteArray written(Write write)
 {
@@ -149,7 +149,7 @@ QByteArray written(Write write)
     return file.readAll();
 }
 
-/// Fields of lines, where quotes stand around what would end one.
+/// The fields of each line. Fields with separators, quotes or line breaks are in quotes.
 QVector<QStringList> parsedCsv(const QByteArray &csv, char separator)
 {
     QVector<QStringList> lines;
@@ -185,7 +185,7 @@ int longestChannel(const ZEP::Lap &lap, const QVector<ChosenChannel> &channels)
     return longest;
 }
 
-/// The number of steps of each sample, with none for a missing one.
+/// The number of steps of each sample; none for a missing sample.
 QVector<std::optional<qint64>> unpacked(const QByteArray &bytes)
 {
     QVector<std::optional<qint64>> all;
@@ -274,7 +274,7 @@ void exportJson(ByteSource *source)
         require(writer.finish(&problem), "laps of any kind");
     });
     QJsonParseError error;
-    // Qt reads no number beyond what a double holds; others read it as infinity.
+    // Qt rejects a number too large for a double; other readers take it as infinity.
     const QJsonArray read =
         QJsonDocument::fromJson(QByteArray(json).replace("-1e999", "-1e308"), &error).array();
     require(error.error == QJsonParseError::NoError, "JSON");
@@ -295,7 +295,7 @@ void exportJson(ByteSource *source)
             for (int tick = 0; tick < samples.size(); ++tick) {
                 const bool isThere = channel->isValid(tick);
                 require(samples.at(tick).isNull() != isThere, "a number for each sample");
-                // Qt takes -0.0 for 0.
+                // Qt reads -0.0 as 0.
                 if (isThere && !std::isinf(channel->sample(tick)))
                     require(samples.at(tick).toDouble() == channel->sample(tick),
                             "the same sample");
@@ -383,7 +383,7 @@ void packSamples(ByteSource *source)
                 continue;
             steps += *change;
             const double back = packer.base() + packer.step() * double(steps);
-            // Half a step, and what doubles of that size can tell apart.
+            // Half a step, and the precision of doubles of that size.
             const double apart = std::abs(back - sample);
             const double rounded = 4 * std::numeric_limits<double>::epsilon()
                 * std::max(std::abs(sample), std::abs(packer.base()));
@@ -419,7 +419,7 @@ void reportLaps(ByteSource *source)
         + json.value(QLatin1String("channels")).toArray().size();
     const QByteArray packed =
         QByteArray::fromBase64(json.value(QLatin1String("samples")).toString().toLatin1());
-    const QByteArray anySize(4, '\0'); // which qUncompress() expects in front
+    const QByteArray anySize(4, '\0'); // the prefix that qUncompress() expects
     require(unpacked(qUncompress(anySize + packed)).size() == columns * expected,
             "a number for each sample");
 }

@@ -40,7 +40,7 @@ public:
     void removeAllCalculatedValues() { m_calculatedValues.removeValues(); }
 
     /// Appends one tick. Every value of \a sample is converted to double (0.0 if that fails) and
-    /// appended to the recorded channel of its name. A channel without a value gets Channel::NoData.
+    /// appended to the recorded channel of its name. Channels without a value get Channel::NoData.
     ///
     /// A value without a channel opens one, in the value's unit, filled with NoData for the earlier
     /// ticks. Their number is taken from the first channel when the name has its turn, so a new

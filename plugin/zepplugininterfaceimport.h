@@ -11,8 +11,8 @@
 #include <QVariant>
 #include <QVector>
 
-/// A plug-in that reads laps from files. The order of the virtual operations is fixed, because hosts
-/// are built against it.
+/// A plug-in that reads laps from files. The order of the virtual operations is fixed, because
+/// hosts are built against it.
 class ZepPluginInterfaceImport
 {
 public:

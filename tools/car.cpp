@@ -16,7 +16,7 @@ constexpr double FrontPressure = 124; // kPa, cold
 constexpr double RearPressure = 129; // kPa, cold
 constexpr double Kelvin = 273.15;
 
-// Moves value towards target as a lag of 'time' seconds does.
+// Moves value towards target with a lag of 'time' seconds.
 double follow(double value, double target, double seconds, double time)
 {
     constexpr double Near = 1e-9;
@@ -198,8 +198,8 @@ void Car::warm(double seconds)
     for (std::size_t i = 0; i < s.wheels.size(); ++i) {
         Wheel &wheel = s.wheels[i];
         const double push = (i < 2 ? 0.3 : 0.5) * std::fabs(s.longAccel) + std::fabs(s.latAccel);
-        const double work = wheel.load * push * s.speed * 1e-6; // rubbing, in no particular unit
-        // Cambered wheels lean on their inner edge, so that one is the warmest.
+        const double work = wheel.load * push * s.speed * 1e-6; // friction, without a real unit
+        // Cambered wheels lean on their inner edge, so that edge is the warmest.
         const double lean = i % 2 == 0 ? 0.06 : -0.06;
         for (std::size_t strip = 0; strip < 3; ++strip) {
             const double share = 1 + lean * (double(strip) - 1);
@@ -210,7 +210,7 @@ void Car::warm(double seconds)
             wheel.tread[strip] = std::max(0.3, wheel.tread[strip] - 4e-5 * work * share * seconds);
         }
         const double heat = (wheel.carcass[1] + Kelvin) / (m_airTemperature + 8 + Kelvin);
-        // Gauge pressure; the gas law asks for the absolute one.
+        // Pressures are gauge pressures, but the gas law needs absolute ones.
         wheel.pressure = (wheel.coldPressure + 101.3) * heat - 101.3;
     }
 }

@@ -10,8 +10,8 @@ class Random;
 /// One wheel with its tyre and damper. Tyre strips are counted from the left.
 struct Wheel {
     std::array<double, 3> surface{}; ///< temperature of the strips, C
-    std::array<double, 3> carcass{}; ///< temperature below them, C
-    std::array<double, 3> tread{1, 1, 1}; ///< what is left of the strips, 0 to 1
+    std::array<double, 3> carcass{}; ///< temperature of the carcass below them, C
+    std::array<double, 3> tread{1, 1, 1}; ///< tread left on the strips, 0 to 1
     double coldPressure = 0; ///< kPa
     double pressure = 0; ///< kPa
     double speed = 0; ///< m/s
@@ -66,18 +66,18 @@ struct CarState {
 class Car
 {
 public:
-    /// Both must outlive the car. It stands \a distance metres behind the line.
+    /// Both must outlive the car. It stands \a distance metres past the line.
     Car(const Circuit &circuit, Random &random, double airTemperature, double distance);
 
     const CarState &state() const { return m_state; }
 
     void setEngine(bool running) { m_state.engine = running; }
-    /// Fills the tank up to \a litres at most; never takes fuel out.
+    /// Fills the tank up to \a litres; never removes fuel.
     void fillUp(double litres);
     /// Fits four new tyres.
     void fitTyres();
-    /// Moves the car on by \a seconds. It comes as near to \a targetSpeed (m/s) as it is able to,
-    /// and \a right metres to the right of the centre line, a distance that changes by \a slant
+    /// Moves the car on by \a seconds. It gets as close to \a targetSpeed (m/s) as it can. It is
+    /// then \a right metres to the right of the centre line, and that distance changes by \a slant
     /// metres per metre.
     void drive(double targetSpeed, double right, double slant, double seconds);
 
@@ -91,7 +91,7 @@ private:
     const Circuit &m_circuit;
     Random &m_random;
     double m_airTemperature;
-    double m_shiftTime = 0; // left of a gear change, s
+    double m_shiftTime = 0; // time left of a gear change, s
     int m_nextGear = 0;
     double m_bumps = 0; // smoothed noise of the road, m/s^2
     CarState m_state;

@@ -32,7 +32,7 @@ constexpr double drag(double speed)
     return 0.15 + 0.00068 * speed * speed;
 }
 
-/// Greatest acceleration on a straight at \a speed, drag taken off, m/s^2.
+/// Greatest acceleration on a straight at \a speed, with drag subtracted, m/s^2.
 constexpr double acceleration(double speed)
 {
     constexpr double Power = 88000; // W

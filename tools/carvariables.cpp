@@ -1,4 +1,4 @@
-// The half of the demo variables that describes the car.
+// The demo variables that describe the car.
 #include "tools/demovariables.h"
 #include "tools/drive.h"
 
@@ -233,7 +233,7 @@ void DemoVariables::addWheels()
         {"rideHeight", "m", "Ride height",
          [](const Drive &d, int i) { return d.car().wheels[std::size_t(i)].rideHeight; }},
     };
-    // Asked for with three times the wheel plus the strip.
+    // The index of these is three times the wheel plus the strip.
     static const Quantity strips[] = {
         {"temp", "C", "Tyre surface temperature",
          [](const Drive &d, int i) {

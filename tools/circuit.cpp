@@ -21,7 +21,7 @@ constexpr Place ControlPoints[] = {{0, 0},     {38, 0},    {76, 0},     {112, -2
                                    {-131, -5}, {-106, 0},  {-76, 0},    {-38, 0}};
 constexpr int ControlCount = sizeof ControlPoints / sizeof ControlPoints[0];
 constexpr int StepsPerControl = 400;
-constexpr double Drop = 1.4; // half of what lies between the highest and the lowest point, m
+constexpr double Drop = 1.4; // half the height between the highest and the lowest point, m
 
 // The spline at \a t, counted in control points; its start is the first one.
 Place spline(double t)
@@ -78,7 +78,7 @@ Circuit::Circuit()
         point.slope = -Drop * std::sin(turn) * 2 * Pi / m_length;
     }
 
-    // Across a gap of several points, since neighbours are too close to tell a direction well.
+    // Across several points, because neighbours are too close for an exact direction.
     constexpr std::size_t Reach = 4;
     double heading = 0;
     for (std::size_t i = 0; i <= count; ++i) {

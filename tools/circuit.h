@@ -7,7 +7,7 @@ struct CircuitPoint {
     double x; ///< m, along the main straight in driving direction
     double y; ///< m, to the left of it
     double altitude; ///< m above sea level
-    double heading; ///< rad, anticlockwise from x; grows or falls steadily, so it may pass pi
+    double heading; ///< rad, anticlockwise from x; continuous, so it may exceed pi
     double curvature; ///< 1/m, positive where the circuit turns left
     double slope; ///< rise per metre
 };
@@ -31,10 +31,10 @@ public:
     static constexpr double Longitude = -8.274610; ///< of the start/finish line, degrees
     static constexpr double Altitude = 143.0; ///< of the start/finish line, m
 
-    /// Where the pit lane begins, before the line, and ends, behind it, m.
+    /// Where the pit lane begins, before the line, and ends, after it, m.
     static constexpr double PitEntry = 60.0;
     static constexpr double PitExit = 45.0;
-    /// How far the player's pit stall and the first grid slot lie before the line, m.
+    /// How far the player's pit stall and the first grid slot are before the line, m.
     static constexpr double PitStall = 16.0;
     static constexpr double GridSlot = 10.0;
     /// Speed limit between the two, m/s.
@@ -44,7 +44,8 @@ public:
 
     /// One lap, m.
     double length() const { return m_length; }
-    /// The point \a distance metres behind the line; any distance, also negative or many laps long.
+    /// The point \a distance metres past the line. Any distance is valid, even a negative one or
+    /// one of many laps.
     CircuitPoint at(double distance) const;
     /// The place on the globe \a right metres to the right of \a point.
     static GlobePoint globe(const CircuitPoint &point, double right);

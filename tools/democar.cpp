@@ -20,7 +20,7 @@ struct Driver {
     int rating;
 };
 
-// The player is the one whose car index the weekend tells; alone, it is the first.
+// By car index. The weekend says which of them is the player; a player who is alone is in car 0.
 constexpr Driver drivers[] = {
     {"Tilda Okonjo", "Okonjo, T", "TO", "Grebe Motorsport", "7", "A 3.41", "0x0153db", "c0392b",
      2610},

@@ -7,15 +7,15 @@ enum class SessionKind { Testing, Practice, Qualify, Race };
 
 /// What is driven in a demo recording. The same options give the same recording.
 struct DemoOptions {
-    /// Laps that a tank is sure to last for, with an out-lap and an in-lap.
+    /// Timed laps that one tank lasts for, in addition to an out-lap and an in-lap.
     static constexpr int MaxLaps = 100;
 
     SessionKind session = SessionKind::Practice;
     int laps = 2; ///< timed laps of a stint, 1 to MaxLaps
     int stints = 2; ///< from 1
-    std::uint32_t seed = 1; ///< lap times, weather and all other chance
+    std::uint32_t seed = 1; ///< of lap times, weather and everything else that is random
     int rate = 60; ///< records per second, 1 to 360
-    /// Seconds from the first record to the end, cut off wherever the car is; stint follows stint
-    /// until then, whatever 'stints' says. 0 for a recording that ends with the last stint.
+    /// Seconds from the first record to the end, wherever the car is then. Stint follows stint
+    /// until then, and 'stints' is not used. 0 for a recording that ends with the last stint.
     double duration = 0;
 };

@@ -67,7 +67,7 @@ bool writeDemoRecording(const DemoOptions &options, QIODevice *device)
             return false;
     }
 
-    // What is only known now.
+    // Only known at the end.
     const qint64 end = device->pos();
     return device->seek(Recording::HeaderSize)
         && writeAll(device, reinterpret_cast<const char *>(&sub), sizeof sub) && device->seek(end);

@@ -4,7 +4,7 @@
 
 class QIODevice;
 
-/// Writes the recording of a demo drive to \a device, record by record: an hour takes about 230 MB
-/// there and next to nothing in memory. The device must be open for writing, at its beginning, and
-/// able to seek. False when a write fails; QIODevice::errorString() then tells why.
+/// Writes the recording of a demo drive to \a device, record by record: an hour needs about 230 MB
+/// there, but hardly any memory. The device must be open for writing, at its beginning, and able to
+/// seek. False if a write fails; QIODevice::errorString() then says why.
 bool writeDemoRecording(const DemoOptions &options, QIODevice *device);

@@ -189,7 +189,7 @@ void DemoVariables::addLaps()
     fixed("LapBestNLapLap", irsdk_int, "", "Last lap of the best average");
     fixed("LapBestNLapTime", irsdk_float, "s", "Best average time");
 
-    // All the best ones are the player's own best lap here.
+    // Here, the player's own best lap is always the best one.
     struct Delta {
         const char *name;
         const char *desc;

@@ -8,13 +8,13 @@ class Drive;
 
 /// One variable of a demo recording and where its values come from.
 struct DemoVariable {
-    /// The value at the present tick; what \a index counts is the source's own business.
+    /// The value at the present tick. Each source decides what \a index counts.
     using Source = double (*)(const Drive &drive, int index);
 
     RecordingVariable variable;
     double value; ///< throughout the recording, without a source
     Source source; ///< null for a variable that never changes
-    int index; ///< given to the source; element i of an array is asked for with i more
+    int index; ///< passed to the source, plus i for element i of an array
 };
 
 /// The variables of a demo recording, about 280 of them, in the order of the table.

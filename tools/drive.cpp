@@ -7,15 +7,15 @@ namespace {
 
 constexpr double FirstSecond = 60; // session time of the first record
 constexpr double LaneWidth = 9; // m from the centre line to the pit lane
-constexpr double LaneMerge = 30; // m along which the car changes over
+constexpr double LaneMerge = 30; // m along which the car changes from one to the other
 constexpr double GridWidth = 3; // m from the centre line to the grid slot
 constexpr double PitBraking = 7; // m/s^2
 constexpr double StopBraking = 4; // m/s^2
 constexpr double StarterTime = 1.2; // s in the stall until the engine runs
 constexpr double LitresPerSecond = 2.2; // of the refuelling rig
-constexpr double LitresPerLap = 0.25; // with some to spare
+constexpr double LitresPerLap = 0.25; // including a reserve
 constexpr double Reserve = 3; // l
-constexpr double CoolDownDelay = 15; // s behind the chequered flag
+constexpr double CoolDownDelay = 15; // s after the chequered flag
 
 double smooth(double part)
 {
@@ -64,7 +64,7 @@ bool Drive::advance()
             addStint(m_stints);
         begin(m_steps[++m_step]);
     }
-    // The car's lags and the driver's corrections want steps no longer than these.
+    // The car's lags and the driver's corrections need steps no longer than these.
     constexpr int LeastRate = 60;
     const int substeps = (LeastRate + m_options.rate - 1) / m_options.rate;
     const double seconds = 1.0 / (m_options.rate * substeps);
@@ -82,7 +82,7 @@ bool Drive::advance()
     const double toLast = m_laps.deltaToLast();
     m_laps.update(time(), inWorld() ? lapFraction() : 0);
     const auto loss = [this](double before, double now) {
-        // At the line it starts over, which is no loss.
+        // At the line it starts again from zero, which is not a loss.
         return std::clamp((now - before) * m_options.rate, -1.0, 1.0);
     };
     m_lossToBest = loss(best, m_laps.deltaToBest());
@@ -181,7 +181,7 @@ void Drive::stand(double seconds)
 
 void Drive::run(double seconds)
 {
-    constexpr double PacingTime = 2; // s in which the driver finds a new lap's pace
+    constexpr double PacingTime = 2; // s that the driver needs to find a new lap's pace
     m_pacing += (m_wantedPacing - m_pacing) * seconds / PacingTime;
 
     const double before = car().distance;
@@ -246,7 +246,7 @@ bool Drive::stepDone() const
     return m_stepTime >= step.seconds;
 }
 
-// Litres that an out-lap, the timed laps and an in-lap take.
+// Litres for an out-lap, the timed laps and an in-lap.
 double Drive::fuelForStint() const
 {
     return LitresPerLap * (m_options.laps + 2);

@@ -21,16 +21,16 @@ enum SessionState {
     StateCoolDown = 6,
 };
 
-/// The simulator's track surfaces that the car comes across.
+/// The simulator's track surfaces that the car drives on.
 enum TrackSurface { NotInWorld = -1, InPitStall = 1, ApproachingPits = 2, OnTrack = 3 };
 
 /// A demo drive from the driver's first seconds to the last, one tick at a time:
 ///
-/// - a stint: from the pit stall (in a race at first from the grid) out on the circuit, an out-lap,
-///   the timed laps, an in-lap back to the stall;
+/// - a stint begins in the pit stall (in a race, the first one on the grid): an out-lap, the timed
+///   laps, an in-lap back to the stall;
 /// - before and between the stints the driver is out of the car, first while the car can still be
 ///   seen in its stall, then with no car in the world. In a race the car is serviced instead;
-/// - a race goes through all session states; the chequered flag falls behind the last timed lap.
+/// - a race goes through all session states; the chequered flag falls after the last timed lap.
 class Drive
 {
 public:
@@ -38,7 +38,7 @@ public:
     Drive(const Drive &) = delete;
     Drive &operator=(const Drive &) = delete;
 
-    /// Moves on to the next tick. False when the drive has ended; then nothing has changed.
+    /// Moves on to the next tick. False if the drive has ended; then nothing has changed.
     bool advance();
 
     const DemoOptions &options() const { return m_options; }
@@ -56,11 +56,11 @@ public:
     bool onPitRoad() const;
     bool serviced() const; ///< the crew is at work
     TrackSurface surface() const;
-    double lapDistance() const; ///< m behind the line, from 0 to less than a lap; -1 without a car
-    double lapFraction() const; ///< likewise, as a fraction of the lap
+    double lapDistance() const; ///< m past the line, from 0 to less than a lap; -1 without a car
+    double lapFraction() const; ///< the same as a fraction of the lap
     double lossToBest() const { return m_lossToBest; } ///< change of laps().deltaToBest(), s/s
     double lossToLast() const { return m_lossToLast; } ///< change of laps().deltaToLast(), s/s
-    /// Evenly spread over [0, 1), new at every tick: for what is noise to the eye.
+    /// Evenly distributed over [0, 1), new at every tick: for values that look like noise.
     double noise(int index) const { return m_noise[index & 3]; }
 
 private:
@@ -101,14 +101,14 @@ private:
     SessionState m_sessionState = StateRacing;
     double m_flagTime = 0; // when the chequered flag fell
 
-    // The present run: places as distances that the car will have driven.
+    // The present run. Its places are distances driven since the first crossing of the line.
     double m_laneEnd = 0; // of the pit lane that it began in, or where it began
     double m_laneStart = 0; // of the pit lane that it ends in
     double m_stop = 0; // in the stall
     double m_startRight = 0; // m beside the centre line at the start
     int m_outLaps = 0; // laps before the first timed one
     int m_lapOfRun = 0; // laps begun in this run, so far
-    double m_pacing = 0.9; // part of the perfect lap's speed
+    double m_pacing = 0.9; // fraction of the perfect lap's speed
     double m_wantedPacing = 0.9;
 
     double m_lossToBest = 0;

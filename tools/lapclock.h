@@ -4,8 +4,8 @@
 
 class Random;
 
-/// The lap counter and lap times as the simulator shows them: it counts a lap at once when the car
-/// crosses the line, but the times follow a moment later.
+/// The lap counter and lap times as the simulator shows them: it counts a lap as soon as the car
+/// crosses the line, and the times follow a moment later.
 class LapClock
 {
 public:
@@ -14,7 +14,7 @@ public:
 
     /// The car crossed the line at \a time, s.
     void crossLine(double time);
-    /// The running lap is no timed lap: the driver left the car.
+    /// The running lap will not be timed, because the driver left the car.
     void abandonLap();
     /// The time is now \a time, s, and the car has driven \a fraction of the lap.
     void update(double time, double fraction);
@@ -48,8 +48,8 @@ private:
     double m_best = 0;
     int m_bestLap = 0;
     bool m_running = false; // the present lap began at the line
-    double m_lineTime = 0; // begin of the present lap
-    bool m_pending = false; // the line has been crossed and the times do not show it yet
+    double m_lineTime = 0; // beginning of the present lap
+    bool m_pending = false; // the line has been crossed, but the times do not show it yet
     double m_pendingUntil = 0;
     double m_pendingLast = 0;
     bool m_shown = false; // the running time shows

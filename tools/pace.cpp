@@ -11,7 +11,7 @@ namespace {
 
 constexpr double TopSpeed = 44; // m/s
 
-// What the tyres have left for braking and accelerating while they corner, 0 to 1.
+// The part of the tyres' grip that is left for braking and accelerating in a corner, 0 to 1.
 double gripLeft(double speed, double curvature)
 {
     const double used = speed * speed * std::fabs(curvature) / CarModel::Cornering;
@@ -33,7 +33,7 @@ Pace::Pace(const Circuit &circuit) : m_length(circuit.length())
         m_speeds[i] = std::min(TopSpeed, corner);
     }
 
-    // Twice around each way, so that the end of the lap fits its beginning.
+    // Twice around in each direction, so that the end of the lap fits its beginning.
     for (std::size_t i = 2 * count; i > 0; --i) {
         const double next = m_speeds[i % count];
         double &speed = m_speeds[(i - 1) % count];

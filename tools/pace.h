@@ -4,14 +4,14 @@
 
 class Circuit;
 
-/// The speed of a perfect lap by a car as CarModel tells: as fast as corners, brakes and engine let
-/// it be at every point of a circuit.
+/// The speed of a perfect lap by the car of CarModel: as fast as corners, brakes and engine allow
+/// at every point of a circuit.
 class Pace
 {
 public:
     explicit Pace(const Circuit &circuit);
 
-    /// Speed \a distance metres behind the line, m/s; any distance.
+    /// Speed \a distance metres past the line, m/s; any distance is valid.
     double at(double distance) const;
     /// Time of the whole lap, s.
     double lapTime() const { return m_lapTime; }

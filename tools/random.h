@@ -8,9 +8,9 @@ class Random
 public:
     explicit Random(std::uint32_t seed) : m_state(seed) { }
 
-    /// Evenly spread over [0, 1).
+    /// Evenly distributed over [0, 1).
     double uniform() { return double(next() >> 11) * 0x1p-53; }
-    /// Evenly spread over [\a low, \a high).
+    /// Evenly distributed over [\a low, \a high).
     double uniform(double low, double high) { return low + (high - low) * uniform(); }
     /// Bell-shaped around 0, standard deviation 1, never beyond 4.
     double noise() { return (uniform() + uniform() + uniform() + uniform() - 2.0) * 1.7320508; }

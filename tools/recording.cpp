@@ -7,7 +7,7 @@
 
 namespace {
 
-// Larger records are a slip in a test's table rather than meant.
+// Larger records are probably a mistake in a test's table.
 constexpr qint64 MaxPackedSize = 64 << 20;
 
 template <typename T>
@@ -282,7 +282,7 @@ int Recording::indexOf(const QByteArray &name) const
     return index;
 }
 
-// Brings the next record to the size that the table asks for by now.
+// Resizes the next record to what the table now needs.
 void Recording::fitValues()
 {
     const int size = recordSize();
@@ -308,7 +308,7 @@ void Recording::appendTick()
         store(place, load<std::int32_t>(place) + 1);
 }
 
-// Place of a variable in the next record; null unless it has this type and lies wholly inside.
+// Place of a variable in the next record; null unless it has this type and is wholly inside.
 char *Recording::valueOf(const char *name, qint32 type)
 {
     const int index = m_indexes.value(name, -1);

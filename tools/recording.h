@@ -3,16 +3,16 @@
 //     Recording rec;                            // a dozen variables, one driver, no records yet
 //     rec.set("IsOnTrack", true).set("Lap", 1); // values of the records to come
 //     rec.ticks(60, [](Recording &r, int tick) { r.set("LapDistPct", tick / 60.0); });
-//     rec.ticks(120);                           // 120 more with the values as they stand
+//     rec.ticks(120);                           // 120 more with the same values
 //
 //     rec.bytes()                                            // the whole file
-//     rec.with(&irsdk_header::sessionInfoLen, -1).bytes()    // the same with one field spoilt
+//     rec.with(&irsdk_header::sessionInfoLen, -1).bytes()    // the same with one broken field
 //     rec.bytes().chopped(rec.recordSize() / 2)              // cut in the last record
 //
-// Functions that build change the recording and return it; functions named with...() leave it alone
-// and return a changed copy, so that one good recording serves many rows of a test table. What a
-// test cannot mean (a name that the table does not hold, a value outside its type) ends the program
-// with a message.
+// Functions that build change the recording and return it. Functions named with...() return a
+// changed copy and leave the recording as it is, so that one good recording serves many rows of a
+// test table. Mistakes in a test (a name that is not in the table, a value outside its type) end
+// the program with a message.
 #pragma once
 
 #include "ibt/ibtformat.h"
@@ -30,7 +30,7 @@ class QString;
 
 /// One entry of a variable table, before it has its place in the record.
 struct RecordingVariable {
-    /// Offset that stands for "right behind the packed variables before it".
+    /// Offset that means "directly after the packed variables before it".
     static constexpr qint32 Packed = std::numeric_limits<qint32>::min();
 
     QByteArray name{}; ///< at most 32 bytes are written; 32 leave no terminating zero
@@ -38,7 +38,7 @@ struct RecordingVariable {
     QByteArray unit{}; ///< like name
     QByteArray desc{}; ///< at most 64 bytes are written
     qint32 count = 1; ///< elements; any number
-    qint32 offset = Packed; ///< Packed, or the very offset to write
+    qint32 offset = Packed; ///< Packed, or the exact offset to write
     bool countAsTime = false; ///< the elements are successive in time
 };
 
@@ -50,7 +50,7 @@ public:
     static constexpr int SubHeaderSize = sizeof(irsdk_diskSubHeader);
     static constexpr int VariableSize = sizeof(irsdk_varHeader);
 
-    /// The three sections whose place the headers tell.
+    /// The three sections whose place is in the headers.
     enum Section { Table, Text, Records };
     /// Whether the session-info text is followed by a zero that counts as part of it.
     enum Ending { Terminated, Unterminated };
@@ -68,8 +68,8 @@ public:
     /// player's car \a carIdx.
     static QByteArray plainSessionInfo(const QByteArray &sessionType = "Practice", int carIdx = 0);
 
-    // What the recording holds. The table comes first: changing it later leaves records as they
-    // are.
+    // What the recording contains. Set the table first: changing it later does not change the
+    // records that are there.
 
     /// Replaces the variable table; all values become zero.
     Recording &variables(const QVector<RecordingVariable> &table);
@@ -79,29 +79,30 @@ public:
     Recording &sessionInfo(const QByteArray &text, Ending ending = Terminated);
     /// Records per second, from 1; 60 unless set.
     Recording &tickRate(int hertz);
-    /// Bytes of one record, from 0. Unless set, the packed variables fit exactly; a table with any
-    /// other offsets usually wants its size set.
+    /// Bytes of one record, from 0. Unless set, the packed variables fit exactly; for a table with
+    /// other offsets, the size usually has to be set.
     Recording &recordSize(int bytes);
     /// Order of the sections in the file; Table, Text, Records unless set.
     Recording &order(const std::array<Section, 3> &sections);
-    /// Leaves \a bytes bytes of value \a fill in front of \a section.
+    /// Leaves \a bytes bytes of value \a fill before \a section.
     Recording &gap(Section section, int bytes, char fill = 0);
 
     /// Sets element \a element of the variable \a name from the next record on. The element must
-    /// lie in the record and the value must fit the type; a bool is true unless the value is zero.
+    /// be in the record, and the value must fit the type. A bool is true unless the value is zero.
     Recording &set(const QByteArray &name, double value, int element = 0);
-    /// Overwrites bytes of the record from the next one on, whatever variables lie there. Does
-    /// nothing for what lies beyond the record.
+    /// Overwrites bytes of the record from the next one on, whatever variables are there. Bytes
+    /// beyond the record are ignored.
     Recording &setBytes(int offset, const QByteArray &bytes);
     /// Appends \a count records of the present values. After each one, SessionTime grows by one
-    /// tick's time and SessionTick by 1, where the table holds them as double and int.
+    /// tick's time and SessionTick by 1, if the table contains them as double and int.
     Recording &ticks(int count);
-    /// Likewise, but first calls \a prepare with this recording and the number of the tick, from 0.
+    /// The same, but calls \a prepare before each record, with this recording and the number of the
+    /// tick, from 0.
     Recording &ticks(int count, const std::function<void(Recording &, int)> &prepare);
-    /// Appends one record, or part of one, or anything else, as it is.
+    /// Appends any bytes as they are: a record, part of one, or anything else.
     Recording &record(const QByteArray &bytes);
 
-    // Copies with one thing overridden after everything has been laid out. Nothing else moves.
+    // Copies in which one thing is overridden after the layout. Nothing else moves.
 
     /// One number of the main header, such as &irsdk_header::numVars.
     Recording with(std::int32_t irsdk_header::*field, std::int32_t value) const;
@@ -114,18 +115,18 @@ public:
     /// One number of the variable \a name's entry, such as &irsdk_varHeader::count.
     Recording withVariable(const QByteArray &name, std::int32_t irsdk_varHeader::*field,
                            std::int32_t value) const;
-    /// Another session-info text, laid out anew.
+    /// Another session-info text; the file is laid out again for it.
     Recording withSessionInfo(const QByteArray &text, Ending ending = Terminated) const;
 
-    // What comes out.
+    // Results.
 
-    /// Bytes of one record, as the header tells unless overridden.
+    /// Bytes of one record, as in the header unless overridden there.
     int recordSize() const;
-    /// Number of records appended, raw ones included.
+    /// Number of records appended, including raw ones.
     int recordCount() const { return m_recordCount; }
     /// Place of the first element of the variable \a name in a record.
     int offsetOf(const QByteArray &name) const;
-    /// Place of \a section in the file, as the header tells unless overridden.
+    /// Place of \a section in the file, as in the header unless overridden there.
     int sectionOffset(Section section) const;
 
     irsdk_header header() const;
@@ -161,7 +162,7 @@ private:
     QByteArray m_text;
     int m_tickRate = 60;
     std::array<Section, 3> m_order{Table, Text, Records};
-    std::array<QByteArray, 3> m_gaps; // in front of each section
+    std::array<QByteArray, 3> m_gaps; // before each section
     QByteArray m_values; // the next record
     QByteArray m_records;
     int m_recordCount = 0;

@@ -1,4 +1,4 @@
-// What a recording under construction comes out as.
+// Lays out a recording as a file.
 #include "tools/recording.h"
 
 #include <QBuffer>
@@ -11,7 +11,7 @@ namespace {
 // 2024-01-01 12:00 UTC.
 constexpr std::int64_t StartDate = 1704110400;
 
-// Fills a field of the file that need not end in a zero.
+// Fills a field of the file, which may end without a zero.
 template <std::size_t Size>
 void copyText(char (&field)[Size], const QByteArray &text)
 {

@@ -4,19 +4,19 @@
 #include <QStringBuilder>
 
 /// A session-info text that grows line by line, in the simulator's dialect: one entry per line and
-/// one blank per level.
+/// one space per level.
 class SessionText
 {
 public:
-    /// \a value with \a decimals digits behind the point.
+    /// \a value with \a decimals digits after the point.
     static QByteArray number(double value, int decimals)
     {
         return QByteArray::number(value, 'f', decimals);
     }
 
-    /// One line, \a level blanks deep.
+    /// One line, indented by \a level spaces.
     void line(int level, const QByteArray &text) { m_text += QByteArray(level, ' ') + text + '\n'; }
-    /// A line with a key and its value. Without a value it ends in a blank.
+    /// A line with a key and its value. Without a value it ends in a space.
     void entry(int level, const QByteArray &key, const QByteArray &value)
     {
         line(level, key + ": " + value);
@@ -25,7 +25,7 @@ public:
     {
         entry(level, key, QByteArray::number(value));
     }
-    /// The first line of a list item, \a level blanks and a dash; its other lines lie two deeper.
+    /// The first line of a list item, \a level spaces and a dash. Its other lines need two more.
     void item(int level, const QByteArray &key, int value) { entry(level, "- " + key, value); }
     void blank() { m_text += '\n'; }
 

@@ -4,9 +4,8 @@
 
 #include <cstring>
 
-/// Stores \a value at \a place as one element of a variable of \a type (irsdk_VarType), which must
-/// be able to hold it. A bool is true unless the value is zero; a type that is not known takes
-/// none.
+/// Stores \a value at \a place as one element of a variable of \a type (irsdk_VarType), in which it
+/// must fit. A bool is true unless the value is zero. For an unknown type nothing is stored.
 inline void storeVariableValue(char *place, std::int32_t type, double value)
 {
     const auto store = [place](auto element) { std::memcpy(place, &element, sizeof element); };

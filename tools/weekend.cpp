@@ -31,7 +31,7 @@ Weekend::Weekend(const DemoOptions &options)
         break;
     }
 
-    // Numbers of its own, so that the weather stays as it is when the drive changes.
+    // A separate generator, so that the weather stays the same when the drive changes.
     Random random(options.seed ^ 0x77656174u);
     startDate = FirstDate + Day * std::int64_t(random.uniform(0, 200))
         + std::int64_t(random.uniform(0, 7200));

@@ -4,15 +4,15 @@
 
 #include <cstdint>
 
-/// What is settled before anybody drives: the kind of session and the weather.
+/// What is decided before anybody drives: the kind of session and the weather.
 struct Weekend {
     explicit Weekend(const DemoOptions &options);
 
     SessionKind session;
-    int sessionNum; ///< number of the session that is driven; others of the weekend lie before it
+    int sessionNum; ///< number of the session that is driven; the weekend may have earlier ones
     int playerCarIdx;
-    int raceLaps; ///< of a race that ends by laps, else 0
-    int cars; ///< in the session, the player's included
+    int raceLaps; ///< of a race that ends by laps; 0 for other sessions
+    int cars; ///< in the session, including the player's
     std::int64_t startDate; ///< seconds since 1970-01-01 UTC
     double timeOfDay; ///< in the simulated world, seconds since midnight
     double airTemperature; ///< C

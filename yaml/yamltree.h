@@ -22,6 +22,6 @@ public:
     static int countLeadingSpaces(const QString &line, bool &isListItem);
 
     /// Adds the content of \a text, zero-terminated Latin-1, to the tree. The first line (the
-    /// document marker) and everything after the last line feed are not read. Null is an empty text.
+    /// document marker) and what follows the last line feed are skipped. Null is an empty text.
     void setYaml(const char *text);
 };
