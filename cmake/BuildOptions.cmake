@@ -1,5 +1,5 @@
-# How this build compiles its own sources. Nothing of it reaches a target that links ours: whoever
-# includes our headers does so with flags and definitions of their own.
+# How this build compiles its own sources. None of this affects other projects that link our
+# libraries: they include our headers with their own flags and definitions.
 add_compile_options(
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
     -Wold-style-cast -Woverloaded-virtual

@@ -1,6 +1,6 @@
-# napammul_npm_packages(<result>): fetches the packages that package-lock.json of the present source
-# folder pins into its build folder, once. <result> becomes the folder that holds them, or empty with
-# a message where they cannot be had.
+# napammul_npm_packages(<result>): fetches the packages that package-lock.json in the current source
+# folder pins, once, into the current build folder. <result> becomes the folder that contains them. If
+# they cannot be fetched, it becomes empty, and there is a message.
 find_program(NAPAMMUL_NPM npm DOC "Fetches the packages of the report page and of its tests")
 find_program(NAPAMMUL_NODE node DOC "Builds the report page, and runs its tests")
 
@@ -18,12 +18,13 @@ function(napammul_npm_packages result)
 
     set(${result} "" PARENT_SCOPE)
     if(NOT NAPAMMUL_NPM)
-        message(STATUS "npm is missing, so the packages of ${lock} are, too")
+        message(STATUS "npm is missing, so the packages in ${lock} are not fetched")
         return()
     endif()
     configure_file(package.json package.json COPYONLY)
     configure_file(package-lock.json package-lock.json COPYONLY)
-    # Without a network npm would try for minutes. esbuild is 10 MB, which a slow one needs time for.
+    # Without a network, npm would keep trying for minutes. A slow network needs time for esbuild, which
+    # is 10 MB.
     execute_process(
         COMMAND "${NAPAMMUL_NPM}" ci --ignore-scripts --no-audit --no-fund --loglevel=error
             --fetch-retries=1 --fetch-retry-mintimeout=1000 --fetch-timeout=20000
@@ -31,7 +32,7 @@ function(napammul_npm_packages result)
         TIMEOUT 180 RESULT_VARIABLE failure OUTPUT_QUIET ERROR_VARIABLE errors)
     if(failure)
         string(REGEX REPLACE "\n.*" "" errors "${errors}")
-        message(STATUS "npm could not fetch the packages of ${lock}: ${errors}")
+        message(STATUS "npm could not fetch the packages in ${lock}: ${errors}")
         return()
     endif()
     file(COPY_FILE "${lock}" "${fetched}")

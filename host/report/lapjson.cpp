@@ -48,7 +48,7 @@ QJsonObject fuelJson(const ZEP::Lap &lap)
 
 QJsonObject weatherJson(const ZEP::Lap &lap)
 {
-    // What was measured on the lap, else what the session began with.
+    // What was measured on the lap; if nothing was, the weather at the start of the session.
     const auto quantity = [&lap](const char *channel, const char *value) {
         const auto mean = meanOf(lap, QLatin1String(channel));
         return jsonQuantity(mean ? mean : valueOf(lap, QLatin1String(value)));

@@ -15,12 +15,12 @@
 
 namespace {
 
-// Distances and times place everything else, so they are stored finer than what is only drawn.
+// Everything is drawn by distance or time, so these are stored more finely than other channels.
 constexpr double AxisParts = 1e6;
 constexpr double PositionParts = 1e5;
 constexpr double ChannelParts = 2e4;
 
-/// Columns by their index.
+/// Indexes of columns.
 enum : int { Distance, Time, Latitude, Longitude, Channels };
 
 QJsonObject sessionJson(const ChosenLaps &chosen, double length)
@@ -37,7 +37,7 @@ QJsonObject sessionJson(const ChosenLaps &chosen, double length)
     QJsonArray messages;
     const QString name = QFileInfo(file.fileName).fileName();
     for (const ImportMessage &message : file.messages) {
-        // Pages are handed on: where the recording lay is nobody's business.
+        // People pass pages on, so a page must not reveal the folder of a recording.
         const QString text = QString(message.text).replace(file.fileName, name);
         messages.append(QJsonObject{{QStringLiteral("text"), text},
                                     {QStringLiteral("error"), message.isError}});
@@ -178,7 +178,7 @@ QJsonObject ReportData::json() const
             channels.append(packed(column, bytes));
     }
     constexpr int best = 9;
-    constexpr int lengthPrefix = 4; // which qCompress() puts before the zlib stream
+    constexpr int lengthPrefix = 4; // bytes that qCompress() puts before the zlib stream
     const QByteArray samples = qCompress(bytes, best).mid(lengthPrefix).toBase64();
     return {{QStringLiteral("sessions"), m_sessions},
             {QStringLiteral("laps"), m_laps},

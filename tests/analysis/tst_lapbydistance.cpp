@@ -75,7 +75,7 @@ void tst_LapByDistance::goesOnToTheLineAtAnEvenSpeed()
 
 void tst_LapByDistance::passesOver_data()
 {
-    QTest::addColumn<QVector<double>>("distances"); // put in before tick 100, at its time
+    QTest::addColumn<QVector<double>>("distances"); // inserted before tick 100, at its time
     QTest::addColumn<double>("speed");
 
     QTest::newRow("a missing distance") << QVector<double>{NoSample} << 30.0;

@@ -59,7 +59,7 @@ void tst_LapComparison::equalLapsDifferNowhere()
 
 void tst_LapComparison::differenceGrowsWithDistance()
 {
-    // Ticks at other places of the lap change nothing.
+    // Ticks at other places of the lap do not change the result.
     const LapComparison comparison(curveOf(even(30), 0.1), curveOf(even(25), 0.9), Step);
     for (const LapComparison::Point &point : comparison.points) {
         QVERIFY(isClose(point.difference(), point.distance / 25 - point.distance / 30, 1e-9));
@@ -100,7 +100,7 @@ void tst_LapComparison::pointsReachTheLine()
 
 void tst_LapComparison::greatestStretchComesFirst()
 {
-    // The second lap is slower in the first quarter, much faster in the second, level from there.
+    // The second lap is slower in the first quarter, much faster in the second, then equally fast.
     const auto speed = [](double distance) {
         if (distance < 150)
             return 28.0;
@@ -123,7 +123,7 @@ void tst_LapComparison::greatestStretchComesFirst()
 
 void tst_LapComparison::flutterMakesNoStretch()
 {
-    // 2 m at 29 instead of 30 m/s cost 2 ms.
+    // 2 m at 29 instead of 30 m/s lose 2 ms.
     const auto speed = [](double distance) { return std::fmod(distance, 4) < 2 ? 31.0 : 29.0; };
     const LapComparison comparison(curveOf(even(30)), curveOf(speed), Step);
     QCOMPARE(comparison.stretches.size(), std::size_t(1));

@@ -9,7 +9,7 @@
 
 using Samples = QVector<double>;
 
-/// Where a lap was, and since when.
+/// The place and the time of a lap at each tick.
 class tst_TickTrace : public QObject
 {
     Q_OBJECT

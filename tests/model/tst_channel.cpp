@@ -12,7 +12,7 @@ static_assert(!std::is_polymorphic_v<ZEP::Channel>);
 
 namespace {
 
-// Hosts know these two numbers as they stand here.
+// Hosts rely on exactly these two numbers.
 constexpr double NoData = 9.999999562023526e24;
 constexpr double Threshold = 1.0000000138484279e24;
 

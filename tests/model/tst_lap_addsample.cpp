@@ -1,4 +1,4 @@
-// How the values of a tick join the channels of a lap.
+// How the values of a tick are added to the channels of a lap.
 
 #include "tests/support/lapchannels.h"
 #include "tests/support/roomtests.h"
@@ -11,8 +11,8 @@ using Names = QList<QString>;
 
 namespace {
 
-/// What a lap holds after \a tick: names that either side has take their turn in ascending order,
-/// and a new name is filled up as long as the first channel is at its turn.
+/// The channels of a lap after \a tick. The names of both sides have their turn in ascending order,
+/// and a new name is filled up to the length that the first channel has at that moment.
 void append(Columns &columns, const Tick &tick)
 {
     const bool firstTick = columns.isEmpty();
@@ -110,7 +110,7 @@ void tst_LapAddSample::addSample_data()
     QTest::newRow("new first name, nothing else measured")
         << Ticks{{{"b", 1}}, {{"b", 2}}, {{"a", 3}}}
         << Columns{{"a", {NoSample, 3}}, {"b", {1, 2, NoSample}}};
-    // The second one is measured on the first one, which has just been filled up.
+    // The second one gets the length of the first one, which has just been filled up.
     QTest::newRow("two new names before the first")
         << Ticks{{{"m", 1}}, {{"m", 2}}, {{"m", 3}}, {{"a", 4}, {"b", 5}, {"m", 6}}}
         << Columns{
@@ -118,7 +118,7 @@ void tst_LapAddSample::addSample_data()
     QTest::newRow("three new names before the first at the second tick")
         << Ticks{{{"m", 1}}, {{"a", 4}, {"b", 5}, {"c", 6}, {"m", 7}}}
         << Columns{{"a", {4}}, {"b", {5}}, {"c", {6}}, {"m", {1, 7}}};
-    // The new last name is measured on the new first one and is short as well.
+    // The new last name gets the length of the new first one, and is also short.
     QTest::newRow("new names before the first and behind the last")
         << Ticks{{{"m", 1}}, {{"m", 2}}, {{"m", 3}}, {{"a", 4}, {"m", 5}, {"z", 6}}}
         << Columns{
@@ -203,7 +203,7 @@ void tst_LapAddSample::addSampleFillsUpWithTheFirstChannel_data()
         << Columns{{"a", {9, 9, 1}}, {"m", {9, 2}}, {"z", {NoSample, NoSample, 3}}};
 }
 
-/// Channels that were added from outside may be of any length.
+/// Channels that were added from outside may have any length.
 void tst_LapAddSample::addSampleFillsUpWithTheFirstChannel()
 {
     QFETCH(Columns, before);

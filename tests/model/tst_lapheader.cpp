@@ -14,7 +14,7 @@ static_assert(sizeof(ZEP::Session) == 4 && sizeof(ZEP::LapType) == 4);
 
 namespace {
 
-/// One of the fixed fields, by way of variants.
+/// One of the fixed fields, read and written as a variant.
 struct Field {
     const char *name = nullptr;
     std::function<QVariant(const ZEP::LapHeader &)> get;

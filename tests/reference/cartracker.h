@@ -1,4 +1,4 @@
-// What the plain importer knows of one car, and the states that the car runs through.
+// What the plain importer knows about one car, and the states of the car.
 #pragma once
 
 #include "tests/reference/lap.h"

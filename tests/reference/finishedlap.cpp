@@ -1,4 +1,4 @@
-// What a finished lap is told of its session, and how its channels are put in order.
+// Fills in the session of a finished lap, and puts its channels in order.
 #include "tests/reference/reader.h"
 
 #include <QColor>

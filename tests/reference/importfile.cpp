@@ -26,7 +26,7 @@ bool readAll(const QString &fileName, QByteArray *content)
     return true;
 }
 
-/// True if \a size bytes from \a offset lie within a file of \a fileSize bytes.
+/// True if \a size bytes from \a offset on are within a file of \a fileSize bytes.
 bool isInside(qint64 offset, qint64 size, qint64 fileSize)
 {
     return offset >= 0 && size >= 0 && (size == 0 || offset + size <= fileSize);
@@ -41,7 +41,7 @@ qint64 sampleBytes(const Lap &lap)
     return samples * qint64(sizeof(double));
 }
 
-/// Limits what an import may grow to, measured against what it has read.
+/// Limits the memory of an import, in proportion to what it has read.
 class Budget
 {
 public:
@@ -58,7 +58,7 @@ private:
     qint64 m_laps = 0;
 };
 
-/// Samples of the car's laps that no finished lap shares.
+/// Memory of the samples of the car's laps that no finished lap shares.
 qint64 openBytes(const Reader &reader)
 {
     const int i = reader.myCarIdx();
@@ -118,7 +118,7 @@ Import importFile(const QString &fileName, const QString &format)
 
     if (!isInside(header.sessionInfoOffset, header.sessionInfoLen, file.size()))
         return failure(QStringLiteral("IBT import error:  Failed to read sessionInfoString"));
-    // The last byte gives way to the terminating zero, whatever it is.
+    // The terminating zero replaces the last byte, whatever that is.
     const QByteArray text = file.mid(header.sessionInfoOffset, qMax(header.sessionInfoLen - 1, 0));
     reader.setYaml(text.constData());
     reader.updateCarList();

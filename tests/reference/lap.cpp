@@ -6,14 +6,14 @@ namespace reference {
 
 namespace {
 
-/// The sign of a number that no 64 bits hold; 0 for any other value.
+/// The sign of a number that does not fit into 64 bits; 0 for any other value.
 int signOfHuge(const QVariant &value)
 {
     const bool isText = value.userType() == QMetaType::QString;
     const double number = isText ? 0 : value.toDouble();
     if (number >= std::ldexp(1.0, 63))
         return 1;
-    return number >= -std::ldexp(1.0, 63) ? 0 : -1; // also what is no number
+    return number >= -std::ldexp(1.0, 63) ? 0 : -1; // -1 also for NaN
 }
 
 } // namespace

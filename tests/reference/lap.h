@@ -1,4 +1,4 @@
-// Laps of the plain importer: the same meaning as the host's, in as few lines as that takes.
+// Laps of the plain importer: the same meaning as the host's, in as few lines as possible.
 #pragma once
 
 #include <QDateTime>
@@ -11,7 +11,7 @@
 
 namespace reference {
 
-/// 1e25 in single precision, widened: what a channel holds where nothing was measured.
+/// 1e25 in single precision, widened: the sample of a tick without a measurement.
 constexpr double NoData = 1e25f;
 
 struct Value {
@@ -19,7 +19,8 @@ struct Value {
     QString unit;
 };
 
-/// As QVariant converts; a number that rounds to none of 64 bits is 0, and true if it is positive.
+/// Converts as QVariant does. A number that does not fit into 64 bits after rounding becomes 0, or
+/// true if it is positive.
 int toInt(const QVariant &value);
 qulonglong toULongLong(const QVariant &value);
 bool toBool(const QVariant &value);
@@ -37,9 +38,9 @@ struct Channel {
     QVector<double> data;
     QString unit;
 
-    /// The sample at \a index; NoData outside the channel.
+    /// The sample at \a index; NoData if that is outside.
     double sample(int index) const;
-    /// Overwrites one sample; outside the channel it does nothing.
+    /// Overwrites one sample; does nothing if \a index is outside.
     void setSample(int index, double value);
 };
 
@@ -74,23 +75,24 @@ struct Lap {
 
     /// The recorded channel \a name, or null.
     QSharedPointer<Channel> channel(const QString &name) const { return channels.value(name); }
-    /// Adds a recorded channel, in place of any other of that name.
+    /// Adds a recorded channel, and replaces any other of that name.
     void addChannel(const QString &name, const Channel &channel);
 
     /// Appends one tick: every recorded channel gets its value, or NoData if the tick has none.
     ///
-    /// A name that is new to a lap with channels starts a channel that is filled up to the length
-    /// of the first channel less one. So a new name that sorts first, before the first channel
-    /// has had its sample of this tick, stays one sample short; hosts know that.
+    /// If the lap has channels, a new name starts a channel that is filled up to the length of the
+    /// first channel minus one. So a new name that sorts first, before the first channel has its
+    /// sample of this tick, is one sample short. Hosts expect that.
     void addSample(const Sample &sample);
 
-    /// True without recorded and calculated channels, whatever values there are.
+    /// True if there are neither recorded nor calculated channels; values do not count.
     bool isEmpty() const { return channels.isEmpty() && calculatedChannels.isEmpty(); }
-    /// Samples of the first recorded channel, else of the first calculated one, else 0.
+    /// Samples of the first recorded channel; without one, of the first calculated one; else 0.
     int size() const;
     /// Removes all channels and values; ids, names, times and flags stay.
     void clear();
-    /// The header's own value \a name, else for "Lap time" the lap time, else the calculated one.
+    /// The header's own value \a name. If there is none: the lap time for "Lap time", and the
+    /// calculated value for other names.
     Value value(const QString &name) const;
 };
 

@@ -143,7 +143,7 @@ Reader::Elements Reader::storedElements(const irsdk_varHeader &variable, qint64 
 {
     const qint64 count = variable.type == irsdk_char ? 1 : variable.count;
     const qint64 size = irsdk_varTypeSize(variable.type);
-    // Elements without bytes are all alike, and there is none beyond the cars to tell apart.
+    // All elements without bytes are the same, so there is no need for more of them than cars.
     if (size == 0)
         return {0, qMin(count, qint64(qMax(m_cars.size(), 1)))};
 

@@ -1,4 +1,4 @@
-// The plain telemetry reader: every rule step by step, one record at a time, no short cuts.
+// The plain telemetry reader: every rule step by step, one record at a time, no shortcuts.
 #pragma once
 
 #include "ibt/ibtformat.h"
@@ -9,17 +9,18 @@ namespace reference {
 
 /// Turns the records of a recording into laps. It is itself the root of the session-info tree.
 ///
-/// An operation on a car needs a valid car index where nothing else is said of it.
+/// An operation on a car needs a valid car index unless it says otherwise.
 class Reader : public Tree
 {
 public:
     Reader();
 
-    /// Makes room for \a count cars, every one of them in its initial state.
+    /// Creates \a count cars, each in its initial state.
     void resize(int count);
     int carCount() const { return m_cars.size(); }
 
-    /// From disk, all variables belong to the player's car; live, arrays are dealt out to the cars.
+    /// From disk, all variables belong to the player's car. Live, each car gets its element of an
+    /// array.
     void setDiskLoading(bool on);
     /// Finds the player's car and all names in the session-info text; true if a name has changed.
     bool updateCarList();
@@ -29,7 +30,7 @@ public:
     void prepareTick();
     /// Stores the variables of one record in the samples of the cars.
     void getRawData(const irsdk_header *header, const irsdk_varHeader *variables, const char *data);
-    /// Follows every named car through the tick and appends its sample to its lap.
+    /// Follows every car with a name through the tick and appends its sample to its lap.
     void processData();
 
     /// Closes the lap of \a car, unless it is empty.
@@ -42,7 +43,7 @@ public:
 
     /// The lap being recorded.
     Lap &lap(int car) { return m_cars[car].lap; }
-    /// The lap of the player's car; without one, a new lap that the caller owns.
+    /// The lap of the player's car. Without such a car, it is a new lap that the caller owns.
     Lap *myLap();
     /// The car's values of this tick.
     Sample &sample(int car) { return m_cars[car].sample; }
@@ -53,18 +54,18 @@ public:
     /// False outside the cars.
     bool isCarActive(int car) const;
 
-    /// Describes the session in \a lap, which is one of car \a car.
+    /// Fills the session into \a lap, which is a lap of car \a car.
     void getSessionInfo(int car, Lap *lap) const;
     QUuid sessionId(const QString &text) const;
     void cleanupLap(int car);
     void preprocessLap(int car);
     void normalizeChannelBeginning(int car, const QString &channelName);
 
-    /// Everything known of one car, for comparisons.
+    /// Everything that is known about one car, for comparisons.
     const CarTracker &car(int car) const { return m_cars.at(car); }
 
 private:
-    /// Numbers of a variable's elements, from first up to and without last.
+    /// Indexes of a variable's elements, from first up to, but not including, last.
     struct Elements {
         qint64 first;
         qint64 last;

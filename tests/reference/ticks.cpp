@@ -92,7 +92,7 @@ void Reader::processCar(int i, int sessionNumber)
         return;
     if (car.lap.isEmpty() && (current.carStatus == Stopped || current.carStatus == OnPitRoad))
         return;
-    // Live clients may hand in samples with this spelling; variables of a file are lower case.
+    // Live clients may use this spelling in samples. Variables from a file are in lower case.
     if (car.sample.values.contains(QStringLiteral("Speed"))
         && 1.0f > car.sample.values.value(QStringLiteral("Speed")).value.toFloat())
         return;
@@ -152,7 +152,7 @@ void Reader::processLap(int i, bool completed)
     const float noLapTime = 3599.0f;
     const float t = current.lapLastLapTime;
     const float milliseconds = t * 1000.0f;
-    // The bounds are the powers of two next to the limits of int; only they are exact as floats.
+    // The bounds are powers of two next to the limits of int: only those are exact as floats.
     const bool fits = milliseconds >= -2147483648.0f && milliseconds < 2147483648.0f;
     if (t < 0.0f || std::fabs(t) <= 1.0e-5f || !completed
         || (lap.lapType == 0 && current.sessionType != Race) || !fits)

@@ -60,7 +60,7 @@ void Tree::setYaml(const char *text)
     LineKind lineKind = None;
     bool isListItem = false;
 
-    // The first line marks the document, the last is what remains behind the final line feed.
+    // The first line marks the document. The last one is what follows the final line feed.
     for (int i = 1; i < lines.size() - 1; ++i) {
         const QString &line = lines.at(i);
         if (line.isEmpty())

@@ -11,7 +11,7 @@ namespace reference {
 
 /// A node: its own values by key and its children by name.
 ///
-/// The root keeps all nodes, so text nested without end needs no recursion to be released.
+/// The root owns all nodes, so that text nested without end is released without recursion.
 class Tree
 {
 public:
@@ -19,19 +19,19 @@ public:
     Tree(const Tree &) = delete;
     Tree &operator=(const Tree &) = delete;
 
-    /// The child \a name, created when missing.
+    /// The child \a name, created if it is missing.
     Tree *addSub(const QString &name);
     /// The child \a name, or null.
     const Tree *sub(const QString &name) const { return m_children.value(name); }
-    /// The node reached over the children named in \a path, separated by slashes, or null.
+    /// The node reached by the children named in \a path, separated by slashes, or null.
     const Tree *pathSub(const QString &path) const;
 
     void set(const QString &key, const QString &value) { m_values.insert(key, value); }
-    /// The value of \a key; a null string when missing.
+    /// The value of \a key; a null string if it is missing.
     QString value(const QString &key) const { return m_values.value(key); }
-    /// Stores \a value at the last name of \a path; the names before it are children.
+    /// Stores \a value under the last name of \a path; the names before it are children.
     void pathSet(const QString &path, const QString &value);
-    /// The value at the last name of \a path, or a null string.
+    /// The value under the last name of \a path, or a null string.
     QString pathValue(const QString &path) const;
 
     QStringList keys() const { return m_values.keys(); }
@@ -48,7 +48,7 @@ private:
     QMap<QString, Tree *> m_children;
     Tree *m_root = nullptr; ///< null in the root itself
     Tree *m_parent = nullptr;
-    std::list<Tree> m_nodes; ///< all nodes but the root, kept in the root
+    std::list<Tree> m_nodes; ///< all nodes except the root; used only in the root
 };
 
 } // namespace reference

@@ -1,5 +1,5 @@
-// The plain importer judges the fast one; here its laps, tree and extraction are judged themselves,
-// against results worked out by hand.
+// The plain importer judges the fast one. This test judges its laps, tree and extraction against
+// results that were worked out by hand.
 #include "tests/reference/reader.h"
 #include "tests/support/roomtests.h"
 
@@ -119,7 +119,7 @@ void tst_Reference::addSampleNewFirstNames()
     Lap lap;
     lap.addSample(sampleOf({{"m", 1}}));
     lap.addSample(sampleOf({{"m", 2}}));
-    // The second new name is measured against the first new one, which is short already.
+    // The second new name gets the length of the first new one, which is already short.
     lap.addSample(sampleOf({{"a", 3}, {"b", 4}, {"m", 5}, {"z", 6}}));
     QCOMPARE(lap.channel("a")->data, QVector<double>({NoData, 3}));
     QCOMPARE(lap.channel("b")->data, QVector<double>({NoData, 4}));
@@ -233,7 +233,7 @@ void tst_Reference::treePaths()
 
 void tst_Reference::deepTree()
 {
-    // An item that is a single line takes in the one behind it.
+    // An item of a single line contains the item after it.
     const QByteArray text = "---\n" + QByteArray("- A: B\n- C: D\n").repeated(100000);
     Tree tree;
     tree.setYaml(text.constData());

@@ -1,5 +1,5 @@
-// The plain importer judges the fast one; here what it does to finished laps, and whole imports,
-// are judged themselves, against results worked out by hand.
+// The plain importer judges the fast one. This test judges what it does to finished laps, and whole
+// imports, against results that were worked out by hand.
 #include "tests/reference/importfile.h"
 #include "tests/reference/reader.h"
 #include "tests/support/roomtests.h"
@@ -273,7 +273,7 @@ void tst_ReferenceFinish::normalization_data()
     QTest::newRow("two before the reset")
         << V({5, 6, 0, 0.5}) << V({0.9, 0.95, 0, 0.1}) << V({4.5, 4.75, 0, 0.5});
     QTest::newRow("reference is zero") << V({5, 6, 0}) << V({0.9, 0.95, 0}) << V({5, 6, 0});
-    // -1 gives no reference: the sample is scaled by it, and the next repair asks again.
+    // -1 is not a reference: the sample is scaled by it, and the next repair needs one again.
     QTest::newRow("negative reference")
         << V({7, 4, -1, 3}) << V({0.1, 0.2, 0.4, 0.5}) << V({-0.25, -0.5, -1, 3});
     QTest::newRow("one sample") << V({0}) << V({0}) << V({0});

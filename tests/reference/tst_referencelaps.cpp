@@ -1,5 +1,5 @@
-// The plain importer judges the fast one; here its way from ticks to laps is judged itself, against
-// results worked out by hand.
+// The plain importer judges the fast one. This test judges its way from ticks to laps against
+// results that were worked out by hand.
 #include "tests/reference/reader.h"
 #include "tests/support/roomtests.h"
 
@@ -103,7 +103,7 @@ void tst_ReferenceLaps::practice()
     const QUuid stintId = drive.car(3).current.stintId;
     QVERIFY(!lapId.isNull() && !stintId.isNull());
     drive.tick(0.995, 99.0, 1);
-    drive.tick(0.01, 100.0, 2); // beyond the line, but the time still runs
+    drive.tick(0.01, 100.0, 2); // past the line, but the time is still running
     QCOMPARE(drive.lap().size(), 2);
     QCOMPARE(drive.car(3).nextLap.size(), 1);
     QVERIFY(!drive.isMyLapReady());

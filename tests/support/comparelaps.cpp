@@ -12,7 +12,7 @@ QString hex(quint64 number)
     return QString::number(number, 16);
 }
 
-/// Type and value of a variant. Date-times are of the moment of the import, so all are alike.
+/// Type and value of a variant. Date-times are the moment of the import, so all count as equal.
 QString describe(const QVariant &variant)
 {
     QString text = variant.toString();
@@ -51,7 +51,7 @@ QString namesDifference(const char *what, const QStringList &actual, const QStri
     return actual == expected ? QString() : QStringLiteral("%1s: order").arg(QLatin1String(what));
 }
 
-/// Compares named values; \a valueOf gives the product's by name.
+/// Compares named values; \a valueOf returns the product's value of a name.
 template <typename ValueOf>
 QString valuesDifference(const char *what, const QStringList &names, ValueOf valueOf,
                          const reference::Values &expected)
@@ -71,7 +71,7 @@ QString valuesDifference(const char *what, const QStringList &names, ValueOf val
     return QString();
 }
 
-/// True for channels that arithmetic has gone over, rather than taking them from the recording.
+/// True for channels that were calculated, not copied from the recording.
 bool isCalculated(const QString &name)
 {
     static const QStringList names = {QStringLiteral("fuelweight"),
@@ -85,7 +85,7 @@ bool isCalculated(const QString &name)
     return names.contains(name);
 }
 
-/// Where two NaNs meet, it is up to the processor which one is left.
+/// If both operands are NaN, it depends on the processor which of them is the result.
 QVector<double> withOneNaN(QVector<double> samples)
 {
     for (double &sample : samples) {
@@ -95,7 +95,7 @@ QVector<double> withOneNaN(QVector<double> samples)
     return samples;
 }
 
-/// Compares channels; \a channelOf gives the product's by name.
+/// Compares channels; \a channelOf returns the product's channel of a name.
 template <typename ChannelOf>
 QString channelsDifference(const char *what, const QStringList &names, ChannelOf channelOf,
                            const reference::Lap::Channels &expected)
@@ -212,7 +212,7 @@ QString LapComparison::difference(const ZEP::Sample &sample, const reference::Sa
 
 QString sharingDifference(const QVector<ZEP::Lap *> &laps, const QVector<reference::Lap> &expected)
 {
-    // The first place of a channel stands for it.
+    // A channel is identified by the first place where it occurs.
     QHash<const ZEP::Channel *, QString> places;
     QHash<const reference::Channel *, QString> expectedPlaces;
     for (int i = 0; i < qMin(laps.size(), expected.size()); ++i) {

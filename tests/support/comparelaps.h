@@ -1,4 +1,4 @@
-// Comparing what the product makes of a recording with what the plain importer makes of it.
+// Compares the laps that the product makes of a recording with those of the plain importer.
 #pragma once
 
 #include "model/lap.h"
@@ -12,8 +12,8 @@
 /// Finds the first difference between laps of both importers, and says where it is.
 ///
 /// Numbers are compared by their bits, except that all NaNs of calculated channels count as one.
-/// The ids of laps and stints are random: one object compares all laps of a run, and notes which id
-/// of one importer stands for which of the other.
+/// The ids of laps and stints are random. So one object compares all laps of a run, and remembers
+/// which id of one importer belongs to which id of the other.
 class LapComparison
 {
 public:
@@ -31,5 +31,5 @@ private:
     QHash<QUuid, QUuid> m_ids; ///< the other way round
 };
 
-/// Which of \a laps share channels with each other must be the same as with \a expected.
+/// The first difference in which laps share channels with each other; empty if there is none.
 QString sharingDifference(const QVector<ZEP::Lap *> &laps, const QVector<reference::Lap> &expected);

@@ -51,7 +51,7 @@ public:
         return result;
     }
 
-    bool ok = false; ///< writing succeeded; else there is nothing
+    bool ok = false; ///< writing succeeded; if false, everything else is empty
     QByteArray bytes;
     irsdk_header header{};
     irsdk_diskSubHeader sub{};

@@ -7,8 +7,8 @@
 /// Ticks per second.
 constexpr int TickRate = 60;
 
-/// A lap of \a length metres as it is recorded: one tick after the other from \a offset of a tick
-/// behind the line, at a speed in m/s that \a speed tells for each distance.
+/// A lap of \a length metres as it is recorded, tick by tick. The first tick is \a offset of a tick
+/// after the line. \a speed returns the speed in m/s at each distance.
 inline Columns drivenLap(double length, double offset, const std::function<double(double)> &speed)
 {
     constexpr int steps = 1000; // between two ticks, for an even enough drive

@@ -8,7 +8,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A folder that is gone afterwards, with one recording in it.
+/// A temporary folder with one recording in it.
 class IbtFolder
 {
 public:
@@ -22,7 +22,7 @@ public:
         return IbtFile(QFile::encodeName(recordingPath()).constData());
     }
 
-    /// Likewise, and reads its two headers.
+    /// Does the same, and reads the two headers.
     IbtFile readUpToHeaders(const QByteArray &bytes) const
     {
         IbtFile file = opened(bytes);

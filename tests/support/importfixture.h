@@ -23,7 +23,7 @@ struct SentMessage {
     }
 };
 
-/// What one import gave.
+/// The result of one import.
 struct ImportResult {
     std::vector<std::unique_ptr<ZEP::Lap>> laps;
     QVector<SentMessage> messages;
@@ -38,7 +38,7 @@ public:
 
     ImportFixture();
 
-    /// Gets the plug-in's object once more, after it was deleted.
+    /// Creates the plug-in's object again, after it was deleted.
     void reload();
 
     bool isLoaded() const { return m_plugin != nullptr; }

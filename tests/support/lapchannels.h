@@ -1,4 +1,4 @@
-// Laps by their channels: made from plain tables, and compared with them.
+// Makes laps and channels from plain tables, and compares them with such tables.
 #pragma once
 
 #include "model/lap.h"
@@ -45,8 +45,7 @@ inline Columns columnsOf(const ZEP::Lap &lap)
     return columns;
 }
 
-/// The first thing that differs between the channels of a lap and what they should be; empty if
-/// nothing does.
+/// The first difference between the channels of a lap and the expected ones; empty if none differs.
 inline QString columnDifference(const Columns &actual, const Columns &expected)
 {
     if (actual.keys() != expected.keys())

@@ -1,1 +1,1 @@
-// Nothing but the precompiled header of the test programs.
+// Only compiles the precompiled header of the test programs.

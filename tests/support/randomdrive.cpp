@@ -61,7 +61,7 @@ bool RandomDrive::notices(Notice *notice, double latest)
     if (m_distance < notice->at)
         return false;
     ++notice->laps;
-    // Mostly at the line, now and then some ticks too early or too late.
+    // Usually at the line, sometimes a few ticks too early or too late.
     const double ticks = chance(m_random, 0.6) ? 0.0 : m_random->uniform(-3.0, latest);
     notice->at = std::floor(m_distance + 3.5 * m_step) + 1.0 + ticks * m_step;
     return true;

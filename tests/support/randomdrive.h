@@ -1,4 +1,4 @@
-// A drive made up tick by tick.
+// A random drive, tick by tick.
 #pragma once
 
 #include "tools/random.h"
@@ -26,7 +26,7 @@ enum class Quantity {
 
 /// True with the given probability.
 bool chance(Random *random, double probability);
-/// A number from 0 up to and without \a end.
+/// A number from 0 to \a end - 1.
 int below(Random *random, int end);
 
 template <typename T, std::size_t Size>
@@ -37,8 +37,8 @@ const T &pick(Random *random, const std::array<T, Size> &choice)
 
 /// A car that leaves the garage or the grid, drives laps and visits the pits.
 ///
-/// The wilder the drive, the more often one of its numbers is off for a tick: it jumps, falls back,
-/// is missing, infinite or no number at all.
+/// The wilder the drive, the more often one of its numbers is wrong for a tick: it jumps, falls
+/// back, is missing, infinite, or not a number.
 class RandomDrive
 {
 public:

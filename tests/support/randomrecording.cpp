@@ -149,7 +149,7 @@ QVector<Variable> makeTable(Random *random, double wildness)
         for (int spoilt = below(random, 12); spoilt > 0; --spoilt)
             spoil(random, &table);
     }
-    // Packing cannot place what has no sensible size.
+    // A variable without a sensible size cannot be packed.
     for (Variable &variable : table) {
         if (variable.entry.offset == RecordingVariable::Packed && qAbs(variable.entry.count) > 1000)
             variable.entry.offset = below(random, 100);
@@ -160,7 +160,7 @@ QVector<Variable> makeTable(Random *random, double wildness)
 template <typename T>
 T limited(double value)
 {
-    // A number that does not fit at all stands for any other.
+    // A number that does not fit becomes 0, which is as good as any other.
     if (!(value > double(std::numeric_limits<T>::min()) - 1.0
           && value < double(std::numeric_limits<T>::max()) + 1.0))
         return T(0);
@@ -231,7 +231,7 @@ void storeTick(Random *random, const RandomDrive &drive, const irsdk_varHeader &
     }
 }
 
-/// Lays out the parts, and now and then another layout than the parts ask for.
+/// Lays out the parts; sometimes with a layout that contradicts them.
 QByteArray makeFile(Random *random, Recording recording, double wildness)
 {
     if (chance(random, 0.3)) {

@@ -1,4 +1,4 @@
-// Recordings made up at random, from everyday ones to thoroughly broken ones.
+// Random recordings, from everyday ones to thoroughly broken ones.
 #pragma once
 
 #include "ibt/ibtformat.h"
@@ -8,8 +8,8 @@
 
 #include <cstdint>
 
-/// The recording of a seed, once by its parts and once as a file. The same seed makes the same
-/// recording; every third seed makes one without damage.
+/// The recording of a seed, both as its parts and as a file. The same seed makes the same
+/// recording. Every third seed makes one without damage.
 class RandomRecording
 {
 public:

@@ -13,7 +13,7 @@ constexpr std::array Types = {
     "Offline Testing", "race", "Lone Qualify"};
 constexpr std::array Players = {"-1", "64", "abc", "5", "", " 3 ", "2147483648", "63", "-2", "0x1"};
 
-/// One of \a choice, more often the first the tamer the text.
+/// One of \a choice. The tamer the text is, the more often it is the first.
 template <std::size_t Size>
 QByteArray text(Random *random, double wildness, const std::array<const char *, Size> &choice)
 {
@@ -121,7 +121,7 @@ Lines sessionInfo(Random *random, const RandomSession &session, double wildness)
             lines.append("     LapsComplete: "
                          + text(random, wildness, std::array{"3", "0", "-1", "x"}));
         }
-        // Without it, an empty list would take in what follows.
+        // Without it, the lines that follow would become part of an empty list.
         if (!chance(random, wildness * 0.3))
             lines += {"   ResultsFastestLap:", "   - CarIdx: 255", "     FastestLap: 0"};
     }

@@ -1,4 +1,4 @@
-// Session-info texts made up at random.
+// Random session-info texts.
 #pragma once
 
 #include "tools/random.h"
@@ -8,7 +8,7 @@
 
 /// Drivers and sessions of a session-info text.
 struct RandomSession {
-    /// Takes most of it from what recordings hold, and some of it from what they should not.
+    /// Most of it is what recordings contain, and some of it is what they should not contain.
     RandomSession(Random *random, double wildness);
 
     bool isRace() const { return types.contains("Race"); }
@@ -18,5 +18,5 @@ struct RandomSession {
     QVector<QByteArray> types; ///< kind of each session, by session number
 };
 
-/// The text, without terminating zero. The wilder it is, the more of its lines are damaged.
+/// The text, without a terminating zero. The wilder it is, the more of its lines are damaged.
 QByteArray randomSessionInfo(Random *random, const RandomSession &session, double wildness);

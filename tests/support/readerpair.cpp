@@ -104,7 +104,7 @@ QString ReaderPair::anyName()
 
 QVariant ReaderPair::anyValue()
 {
-    // Just beside the limits that decide about laps.
+    // Directly next to the limits that decide about laps.
     static constexpr std::array limits = {-0.5f,  -0.49f, 0.649f, 0.651f, 0.655f, 0.799f,
                                           0.801f, 0.805f, 0.899f, 0.91f,  0.95f,  0.39f,
                                           0.41f,  1.0f,   0.0f,   5.0f};
@@ -291,7 +291,7 @@ void ReaderPair::editSession()
 
 void ReaderPair::keepLap(int car)
 {
-    // Part of the promise: the channels of a lap that grows are not looked at from outside.
+    // Part of the promise: callers do not look at the channels of a lap that is still growing.
     if (m_isCompiled && !m_expected.isLapReady(car))
         return;
     note(QStringLiteral("lap(%1) taken").arg(car));

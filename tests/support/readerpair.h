@@ -1,4 +1,4 @@
-// The product's telemetry reader and the plain one, side by side.
+// Runs the product's telemetry reader and the plain one side by side.
 #pragma once
 
 #include "reader/irtelemetryreader.h"
@@ -12,26 +12,26 @@
 #include <memory>
 #include <vector>
 
-/// Two readers that are asked for the same operations, in orders that no driver would choose.
+/// Two readers on which the same operations are called, in orders that ordinary callers never use.
 class ReaderPair
 {
 public:
-    /// With \a compiled, the product's reader is given the promise of compileVariables() at some
-    /// point; operations that would break it are left out from then on.
+    /// With \a compiled, compileVariables() is called on the product's reader at some point. From
+    /// then on, operations that would break its promise are left out.
     ReaderPair(std::uint32_t seed, bool compiled);
     ~ReaderPair();
 
     /// One tick of the recording or one other operation.
     void step();
-    /// What is compared without the readers noticing; empty if nothing differs.
+    /// Compares only what does not change the state of the readers; empty if nothing differs.
     QString quickDifference();
-    /// Everything that can be asked of a reader; empty if nothing differs.
+    /// Compares everything that a reader can return; empty if nothing differs.
     QString difference();
     /// The latest operations, for the report of a difference.
     QString log() const { return m_log.join(QLatin1String(", ")); }
 
 private:
-    /// A variable table with the header that tells its size.
+    /// A variable table with the header that contains its size.
     struct Table {
         irsdk_header header;
         QVector<irsdk_varHeader> variables;

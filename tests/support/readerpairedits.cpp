@@ -1,4 +1,4 @@
-// What callers may do to samples, laps and names between the steps of a tick.
+// Changes that callers may make to samples, laps and names between the steps of a tick.
 #include "tests/support/readerpair.h"
 
 #include "tests/support/randomdrive.h"

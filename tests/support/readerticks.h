@@ -1,4 +1,4 @@
-// Feeding a telemetry reader tick by tick, by the names of the values.
+// Feeds a telemetry reader tick by tick, by the names of values.
 #pragma once
 
 #include "reader/irtelemetryreader.h"
@@ -15,7 +15,7 @@ using TickMap = QMap<QString, QVariant>;
 
 Q_DECLARE_METATYPE(TickMap)
 
-/// \a values, with \a more in addition or instead.
+/// \a values, with \a more added to them or replacing them.
 inline TickMap with(TickMap values, const TickMap &more)
 {
     for (auto value = more.cbegin(); value != more.cend(); ++value)
@@ -43,8 +43,8 @@ inline void tick(iRTelemetryReader *reader, int car, const TickMap &values)
     tick(reader, {{car, values}});
 }
 
-/// The car itself, which the reader only shows: tests bring it into states that would otherwise
-/// take a drive to reach.
+/// The car itself, to which the reader gives read access only. Tests bring it into states that
+/// would otherwise need a whole drive.
 inline CarTracker &carOf(iRTelemetryReader *reader, int car)
 {
     return const_cast<CarTracker &>(reader->car(car));

@@ -1,4 +1,4 @@
-// Records as a driver hands them to the reader, and the values that come of them.
+// Hands records to the reader as a caller does, and compares the values that result.
 #pragma once
 
 #include "tests/support/readerticks.h"
@@ -35,7 +35,7 @@ public:
 
     void compile(iRTelemetryReader *reader) const { reader->compileVariables(header(), table()); }
 
-    /// Hands record \a number over, without anything else of a tick.
+    /// Hands over record \a number, without the other steps of a tick.
     void read(iRTelemetryReader *reader, int number = 0)
     {
         reader->getRawData(header(), table(), m_records.data() + number * m_header.bufLen);
@@ -55,7 +55,7 @@ inline void prepare(iRTelemetryReader *reader, bool diskLoading, int player = Pl
     reader->updateCarList();
 }
 
-/// What differs between two quantities; types count, and numbers are compared by their bits.
+/// The difference between two quantities. Types count, and numbers are compared by their bits.
 inline QString quantityDifference(const QVariant &actual, const QVariant &expected)
 {
     if (actual.userType() != expected.userType())
@@ -70,7 +70,7 @@ inline QString quantityDifference(const QVariant &actual, const QVariant &expect
         : QStringLiteral("%1 instead of %2").arg(actual.toString(), expected.toString());
 }
 
-/// The first thing that differs between the values of a sample and what they should be.
+/// The first difference between the values of a sample and the expected ones.
 inline QString sampleDifference(const ZEP::Sample &sample, const ValueMap &expected)
 {
     if (sample.valueNameList() != expected.keys())
@@ -89,7 +89,7 @@ inline QString sampleDifference(const ZEP::Sample &sample, const ValueMap &expec
     return QString();
 }
 
-/// Fails the test function when the values of \a sample are not \a expected, types and units
+/// Fails the test function if \a sample does not contain the values \a expected, types and units
 /// included.
 #define COMPARE_SAMPLE(sample, expected)                                                           \
     do {                                                                                           \
@@ -102,8 +102,8 @@ inline ZEP::Value value(const QVariant &quantity, const QString &unit = QString(
     return ZEP::Value(quantity, unit);
 }
 
-/// One record of a table, with the bytes \a bytes at its start. Unless \a size is given, the
-/// variables fit exactly.
+/// One record of a table, with \a bytes at its start. Unless \a size is given, the variables fit
+/// exactly.
 inline Recording oneRecord(const QVector<RecordingVariable> &table, const QByteArray &bytes,
                            int size = -1)
 {

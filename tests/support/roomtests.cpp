@@ -8,7 +8,7 @@
 
 namespace {
 
-/// By name; made by whichever class comes first, before main().
+/// By name. The class that is added first creates it, before main().
 QMap<QByteArray, RoomTests::Run> &tests()
 {
     static QMap<QByteArray, RoomTests::Run> all;

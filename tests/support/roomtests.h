@@ -2,9 +2,9 @@
 
 #include <QtTest>
 
-/// The test classes of one program: its main() runs the one whose file is named by the first
-/// argument ("tst_lap" for tst_lap.cpp), with the other arguments those of Qt Test, or all of them
-/// without any argument.
+/// The test classes of one program. Its main() runs the class whose file the first argument names
+/// ("tst_lap" for tst_lap.cpp); the other arguments are those of Qt Test. Without any argument, it
+/// runs all classes.
 namespace RoomTests {
 
 using Run = int (*)(int argc, char **argv);
@@ -14,7 +14,7 @@ bool add(const char *file, Run run);
 
 } // namespace RoomTests
 
-/// Makes \a Class a test of its room's program. Stands once, at the end of its file.
+/// Makes \a Class a test of its room's program. Write it once, at the end of the file.
 #define NAPAMMUL_TEST(Class)                                                                       \
     static const bool isAdded = RoomTests::add(__FILE__, [](int argc, char **argv) {               \
         Class test;                                                                                \

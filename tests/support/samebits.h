@@ -1,8 +1,8 @@
-// Comparing samples by their bits.
+// Compares samples by their bits.
 //
-// QCOMPARE takes doubles as equal when they are nearly so, and NaN as equal to NaN. Samples that
-// must be the same are compared here instead: -0.0 differs from 0.0, and a NaN from one with
-// another sign.
+// QCOMPARE accepts doubles that are only nearly equal, and treats NaN as equal to NaN. Samples that
+// must be the same are compared here instead: -0.0 differs from 0.0, and a NaN differs from a NaN
+// with another sign.
 #pragma once
 
 #include <QTest>
@@ -36,7 +36,7 @@ inline bool sameBits(float left, float right)
     return bitsOf(left) == bitsOf(right);
 }
 
-/// What differs between two numbers; empty if nothing does.
+/// The difference between two numbers; empty if there is none.
 inline QString bitDifference(double actual, double expected)
 {
     if (sameBits(actual, expected))
@@ -53,7 +53,7 @@ inline QString bitDifference(float actual, float expected)
     return bitDifference(double(actual), double(expected));
 }
 
-/// The first thing that differs between two sequences of samples; empty if nothing does.
+/// The first difference between two sequences of samples; empty if there is none.
 inline QString bitDifference(const QVector<double> &actual, const QVector<double> &expected)
 {
     if (actual.size() != expected.size())
@@ -66,8 +66,8 @@ inline QString bitDifference(const QVector<double> &actual, const QVector<double
     return QString();
 }
 
-/// Fails the test function when \a actual and \a expected, two numbers or two sequences of numbers
-/// of one type, differ in a single bit.
+/// Fails the test function if \a actual and \a expected, two numbers or two sequences of numbers of
+/// one type, differ in a single bit.
 #define COMPARE_BITS(actual, expected)                                                             \
     do {                                                                                           \
         const QString bitDifference_ = bitDifference((actual), (expected));                        \

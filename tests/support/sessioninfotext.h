@@ -1,11 +1,11 @@
-// A session info that holds everything that laps take over, and the lap that takes it over.
+// A session info with every value that laps use, and the lap that results.
 #pragma once
 
 #include "reader/irtelemetryreader.h"
 
 #include <QByteArray>
 
-/// A text whose values can be told apart. The player is in car 3.
+/// A text in which all values differ. The player is in car 3.
 inline QByteArray wholeText()
 {
     return "---\n"
@@ -65,7 +65,7 @@ inline QByteArray wholeText()
            "...\n";
 }
 
-/// The whole text, with the line of \a key replaced; removed if \a line is empty.
+/// The whole text with the line of \a key replaced by \a line, or removed if \a line is empty.
 inline QByteArray textWith(const QByteArray &key, const QByteArray &line)
 {
     QByteArray text = wholeText();
@@ -77,7 +77,7 @@ inline QByteArray textWith(const QByteArray &key, const QByteArray &line)
     return text.replace(begin, end - begin, line + '\n');
 }
 
-/// The whole text without the lines from \a first up to \a last, exclusive.
+/// The whole text without the lines from \a first up to, but not including, \a last.
 inline QByteArray textWithout(const QByteArray &first, const QByteArray &last)
 {
     QByteArray text = wholeText();
@@ -85,7 +85,7 @@ inline QByteArray textWithout(const QByteArray &first, const QByteArray &last)
     return text.remove(begin, text.indexOf(last) - begin);
 }
 
-/// A lap of \a car, by the session info \a text, while the player's car is in session \a session.
+/// A lap of \a car with the session info \a text, while the player's car is in session \a session.
 inline ZEP::Lap lapOf(const QByteArray &text, int car = 3, int session = 0)
 {
     iRTelemetryReader reader;

@@ -1,4 +1,4 @@
-// Everything that a tree holds, as lines to compare.
+// Everything in a tree, as lines to compare.
 #pragma once
 
 #include "yaml/yamltree.h"
@@ -8,12 +8,12 @@
 #include <QString>
 #include <QStringList>
 
-/// Lists what any node of a tree holds.
+/// Lists the contents of any node of a tree.
 class TreeContents : public TStringTree
 {
 public:
-    /// Every child as "path/" and every value as "path/key=value", node by node: its values first,
-    /// then each child followed by what it holds, all in ascending order.
+    /// Every child as "path/" and every value as "path/key=value", node by node: first its values,
+    /// then each child followed by its contents, all in ascending order.
     static QStringList of(const TStringTree &node, const QString &path = QString())
     {
         QStringList lines;
@@ -40,7 +40,7 @@ public:
     }
 };
 
-/// What a text leaves in an empty tree.
+/// The contents of an empty tree after a text was read into it.
 inline QStringList contentsOf(const QByteArray &text)
 {
     TYamlTree tree;

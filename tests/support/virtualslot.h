@@ -1,12 +1,12 @@
-// The place of a virtual operation in its class's table. Hosts and plug-ins are built apart from
-// each other, so for the interfaces between them the order of the table is a contract.
+// The position of a virtual operation in its class's table. Hosts and plug-ins are built
+// separately, so the order of the table is a contract for the interfaces between them.
 #pragma once
 
 #include <cstddef>
 #include <cstring>
 
 /// Position of \a operation among the entries of its virtual table, from 0. A virtual destructor
-/// takes two entries. Holds for the Itanium C++ ABI with the bit for virtual in the pointer, as on
+/// has two entries. Works for the Itanium C++ ABI with the bit for virtual in the pointer, as on
 /// x86.
 template <typename Operation>
 std::ptrdiff_t virtualSlot(Operation operation)

@@ -48,7 +48,7 @@ public:
 
     int slave() const { return m_slave; }
 
-    /// What was written since the last call.
+    /// Everything that was written since the last call.
     QByteArray read() const
     {
         QByteArray result;
@@ -68,8 +68,8 @@ private:
     int m_slave = -1;
 };
 
-/// From now on the system has no room for another process; nor does it send signals, as one to the
-/// process that there is not might reach them all.
+/// From now on, the system starts no further process. It does not send signals either: one that is
+/// meant for a process that was never started might reach all processes.
 void forbidForks()
 {
     sock_filter rules[] = {
@@ -100,7 +100,7 @@ protected:
             dup2(output, STDOUT_FILENO);
         if (errors >= 0)
             dup2(errors, STDERR_FILENO);
-        // Fails for an ordinary user, whom permissions bind anyway.
+        // Fails for an ordinary user, for whom permissions apply anyway.
         prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
         prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
         if (!mayFork)

@@ -13,7 +13,7 @@ namespace {
 
 constexpr double Pi = 3.14159265358979323846;
 
-// Records at which the whole tick up to this record was driven on the circuit.
+// Records for which the whole tick before them was driven on the circuit.
 QVector<int> drivenTicks(const DemoFile &demo)
 {
     const QVector<double> surface = demo.values("PlayerTrackSurface");
@@ -89,7 +89,7 @@ void tst_DemoDrive::circuit_closed()
     }
     // Once around, clockwise.
     QVERIFY2(std::fabs(turned + 2 * Pi) < 0.02, qPrintable(QString::number(turned)));
-    // The pit lane wants a straight.
+    // The pit lane needs a straight.
     for (double distance = -Circuit::PitEntry; distance < Circuit::PitExit; ++distance)
         QVERIFY(std::fabs(circuit.at(distance).curvature) < 1.0 / 250);
 }
@@ -174,7 +174,7 @@ void tst_DemoDrive::accelerationFitsSpeed()
     const double dt = 1.0 / demo.header.tickRate;
     for (const int i : drivenTicks(demo)) {
         const QByteArray place = QByteArray::number(i);
-        // Gravity shows where the circuit is not level.
+        // Gravity has an effect where the circuit is not level.
         QVERIFY2(std::fabs((speed[i] - speed[i - 1]) / dt - along[i]) < 0.4, place.constData());
         QVERIFY2(std::fabs(speed[i] * yawRate[i] - across[i]) < 2.5, place.constData());
         QVERIFY2(std::hypot(along[i], across[i]) < 18, place.constData());
@@ -240,7 +240,7 @@ void tst_DemoDrive::lapTimes_data()
     QTest::newRow("race") << SessionKind::Race;
 }
 
-// Every time that shows belongs to the lap that just ended, and shows a moment after the line.
+// Every lap time is that of the lap that just ended, and appears a moment after the line.
 void tst_DemoDrive::lapTimes()
 {
     QFETCH(SessionKind, session);

@@ -138,7 +138,7 @@ void tst_Ibtgen::duration()
     options.duration = 300;
     const DemoFile demo(options);
     QCOMPARE(demo.records, 300 * 60);
-    // More than the one stint, which takes about two minutes.
+    // More than the one stint, which lasts about two minutes.
     QVERIFY(demo.values("Lap").last() > 5);
 }
 
@@ -227,7 +227,7 @@ void tst_Ibtgen::sessionText_dialect()
 
     const QStringList lines = QString::fromLatin1(text).split(QLatin1Char('\n'));
     const QRegularExpression entry(QStringLiteral("^( *)(- )?([A-Za-z0-9_]+):( [^\t]*)?$"));
-    int depth = 0; // of the line before, with what lies below it
+    int depth = 0; // of the line before, including the dash of a list item
     for (int i = 1; i < lines.size() - 2; ++i) {
         if (lines[i].isEmpty())
             continue;

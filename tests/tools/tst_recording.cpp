@@ -324,7 +324,7 @@ void tst_Recording::headerOverride_data()
     QTest::newRow("bufLen") << &irsdk_header::bufLen << 36;
 }
 
-// Four bytes change and all others stay.
+// Four bytes change, and all others stay.
 void tst_Recording::headerOverride()
 {
     QFETCH(HeaderField, field);

@@ -10,7 +10,7 @@ static_assert(!std::is_polymorphic_v<TStringTree>);
 
 namespace {
 
-/// A root whose maps can be looked at.
+/// A root that gives access to its maps.
 class Root : public TStringTree
 {
 public:
@@ -218,7 +218,7 @@ void tst_StringTree::pathSub()
     if (path.endsWith("/3") && found)
         QCOMPARE(root.pathSub(path), driver);
 
-    // With nodes that have no name, every empty segment leads somewhere.
+    // If nodes without a name exist, every empty segment leads to one.
     Root nameless;
     TStringTree *first = nameless.addSub("");
     TStringTree *second = first->addSub("");
@@ -381,7 +381,7 @@ void tst_StringTree::deepTreeIsDestroyed_data()
     QTest::newRow("cleared") << true;
 }
 
-/// One stack frame per level would be far more than a stack holds.
+/// One stack frame per level would overflow the stack by far.
 void tst_StringTree::deepTreeIsDestroyed()
 {
     QFETCH(bool, cleared);

@@ -1,4 +1,4 @@
-// Where a line of a session info is filed, as the lines in front of it leave it.
+// Where a line of a session info is stored, depending on the lines before it.
 
 #include "tests/support/roomtests.h"
 #include "yaml/yamllinereader.h"

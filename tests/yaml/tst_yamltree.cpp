@@ -1,4 +1,4 @@
-// Where the lines of a text are filed.
+// Where the lines of a text are stored.
 
 #include "tests/support/roomtests.h"
 #include "tests/support/treecontents.h"
@@ -84,7 +84,7 @@ void tst_YamlTree::countLeadingSpaces()
 
 void tst_YamlTree::keysAndValues_data()
 {
-    QTest::addColumn<QByteArray>("text"); // behind the first line
+    QTest::addColumn<QByteArray>("text"); // after the first line
     QTest::addColumn<QStringList>("contents");
 
     QTest::newRow("value") << QByteArray("A: 1\n") << QStringList{"A=1"};
@@ -133,7 +133,7 @@ void tst_YamlTree::keysAndValues()
 
 void tst_YamlTree::listItems_data()
 {
-    QTest::addColumn<QByteArray>("text"); // behind the first line
+    QTest::addColumn<QByteArray>("text"); // after the first line
     QTest::addColumn<QStringList>("contents");
 
     QTest::newRow("items are named after their first value")
@@ -201,7 +201,7 @@ void tst_YamlTree::listItems()
 
 void tst_YamlTree::indentation_data()
 {
-    QTest::addColumn<QByteArray>("text"); // behind the first line
+    QTest::addColumn<QByteArray>("text"); // after the first line
     QTest::addColumn<QStringList>("contents");
 
     QTest::newRow("keys at one level")
@@ -257,7 +257,7 @@ void tst_YamlTree::indentation()
 
 void tst_YamlTree::outsideTheDialect_data()
 {
-    QTest::addColumn<QByteArray>("text"); // behind the first line
+    QTest::addColumn<QByteArray>("text"); // after the first line
     QTest::addColumn<QStringList>("contents");
 
     QTest::newRow("only blanks: back to the top, into a child without name")
@@ -269,7 +269,7 @@ void tst_YamlTree::outsideTheDialect_data()
         << QByteArray("L:\n - I: 1\n  \nB: y\n") << (QStringList{"/", "/B=y", "L/", "L/1/"});
     QTest::newRow("only blanks at the top")
         << QByteArray(" \nA: 1\n") << (QStringList{"/", "/A=1"});
-    // The first one counts as an item, behind which nothing steps back up; the others are keys.
+    // The first one counts as an item, after which nothing moves back up. The others are keys.
     QTest::newRow("only blanks three times, behind an item's first line")
         << QByteArray("L:\n - I: 1\n  \n  \n  \nB: y\n")
         << (QStringList{"/", "//", "//B=y", "L/", "L/1/"});

@@ -119,7 +119,7 @@ void tst_YamlTreeTexts::sessionInfo()
     QCOMPARE(tree.pathValue("SessionInfo/Sessions/1/SessionType"), QString("Race"));
     QVERIFY(tree.pathValue("SessionInfo/Sessions/0/SessionNum").isNull());
 
-    // The empty key before the dedent leaves everything behind it one level too deep.
+    // Because of the empty key before the dedent, everything after it is one level too deep.
     QVERIFY(!tree.sub("DriverInfo"));
     QCOMPARE(tree.pathValue("SessionInfo/DriverInfo/DriverCarIdx"), QString("3"));
     QCOMPARE(tree.pathValue("SessionInfo/DriverInfo/Drivers/3/UserName"), QString("A B"));
@@ -165,7 +165,7 @@ void tst_YamlTreeTexts::everyTextStartsAtTheRoot()
 {
     TYamlTree tree;
     tree.setYaml("---\nA:\n B:\n  - I: 1\n");
-    // Neither the node nor the indentation, the kind of line or the item flag is carried over.
+    // Neither the node nor the indentation, the kind of line or the item flag is kept.
     tree.setYaml("---\n C:\n");
     tree.setYaml("---\n D: 1\n");
     tree.setYaml("---\n \nE: 2\n");
@@ -193,7 +193,7 @@ void tst_YamlTreeTexts::manyLines()
     QCOMPARE(tree.pathValue("W/K99999"), QString("99999"));
 }
 
-/// One stack frame per level would be far more than a stack holds.
+/// One stack frame per level would overflow the stack by far.
 void tst_YamlTreeTexts::manyLevels()
 {
     constexpr int depth = 200000;
@@ -201,7 +201,7 @@ void tst_YamlTreeTexts::manyLevels()
     auto tree = std::make_unique<TYamlTree>();
     tree->setYaml(text.constData());
 
-    // The last line dedents by the dash only.
+    // The last line is dedented only by the dash.
     const TStringTree *node = tree.get();
     int levels = 0;
     while (const TStringTree *child = node->sub("1")) {

@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-/// Imports laps that a test wrote down as text, one item to a line:
+/// Imports laps that a test wrote as text, one item to a line:
 ///
 ///     message|LEVEL|TEXT                  sent to the host
 ///     crash                               ends the process, as a broken plug-in would
@@ -13,8 +13,8 @@
 ///     text|NAME|TEXT  number|NAME|NUMBER|UNIT  colour|NAME|COLOUR
 ///     channel|NAME|UNIT|SAMPLES  calculated|NAME|UNIT|SAMPLES
 ///
-/// Samples are separated by blanks, and "-" is a missing one; a lap without MILLISECONDS has no
-/// time. Its second format never gives a lap, and never says why.
+/// Samples are separated by spaces, and "-" is a missing one. A lap without MILLISECONDS has no
+/// time. The second format never returns a lap, and never says why.
 class LapSheetImport : public QObject, public ZepPluginInterfaceImport
 {
     Q_OBJECT
