@@ -17,7 +17,7 @@ enum Session : qint32 {
     SessionPractice = 1,
     SessionQualify = 2,
     SessionWarmup = 3,
-    SessionRace = 5, ///< 4 is not used here; other sources set it
+    SessionRace = 5, ///< 4 is not used by recordings
 };
 
 /// Kind of lap. Hosts store the numbers.
