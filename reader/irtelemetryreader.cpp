@@ -65,6 +65,7 @@ iRTelemetryReader::iRTelemetryReader()
 }
 
 /// The gate: every operation that is not const begins here, except those that say why not.
+///
 /// It puts everything where it would be if nobody had called compileVariables(): the tick of the
 /// player's car into its sample, its records into its laps. And it forgets what was found out for
 /// speed: which cars are idle, and what the session info says. After that, whatever an operation
