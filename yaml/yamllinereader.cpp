@@ -4,7 +4,7 @@
 
 namespace {
 
-QString withoutBlanks(QString text)
+QString withoutSpaces(QString text)
 {
     return text.remove(QLatin1Char(' '));
 }
@@ -13,10 +13,18 @@ QString withoutBlanks(QString text)
 
 YamlLineReader::YamlLineReader(TStringTree *root) : m_node(root) { }
 
-void YamlLineReader::read(const QString &line)
+YamlLineReader::Filing YamlLineReader::read(const QString &line)
+{
+    Filing filing = follow(line);
+    if (filing.action == Filing::Action::Stored)
+        m_node->set(filing.name, filing.value);
+    return filing;
+}
+
+YamlLineReader::Filing YamlLineReader::follow(const QString &line)
 {
     if (line.isEmpty())
-        return;
+        return {Filing::Action::Nothing, m_node};
 
     const int indentation = TYamlTree::countLeadingSpaces(line, m_isListItem);
     const QLatin1String separator(": ");
@@ -25,38 +33,30 @@ void YamlLineReader::read(const QString &line)
     const bool isPair = first >= 0 && first == last;
     const QString lastPart = last < 0 ? line : line.mid(last + separator.size());
     const bool isDedent = m_indentation > indentation;
+    const bool isSameLevel = m_indentation == indentation;
 
     for (int level = m_indentation; level > indentation && m_node->hasParent(); --level)
         leaveNode();
+    m_indentation = indentation;
 
     if (m_isListItem && (isDedent || isPair))
-        enterListItem(lastPart);
-    else if (isPair)
-        storeValue(line.left(first), lastPart);
-    else
-        enterKey(line, indentation);
-    m_indentation = indentation;
-}
-
-void YamlLineReader::enterListItem(const QString &lastPart)
-{
-    m_node = m_node->addSub(withoutBlanks(lastPart));
-    m_lastKind = LineKind::ListItem;
-}
-
-void YamlLineReader::enterKey(const QString &line, int indentation)
-{
+        return open(lastPart, LineKind::ListItem);
+    if (isPair) {
+        m_lastKind = LineKind::KeyValue;
+        return {Filing::Action::Stored, m_node, withoutSpaces(line.left(first)), lastPart};
+    }
     // Two keys in a row at one level: the first one was empty.
-    if (m_lastKind == LineKind::Key && m_indentation == indentation)
+    if (m_lastKind == LineKind::Key && isSameLevel)
         leaveNode();
-    m_node = m_node->addSub(withoutBlanks(line.chopped(1)));
-    m_lastKind = LineKind::Key;
+    return open(line.chopped(1), LineKind::Key);
 }
 
-void YamlLineReader::storeValue(const QString &firstPart, const QString &lastPart)
+YamlLineReader::Filing YamlLineReader::open(const QString &name, LineKind kind)
 {
-    m_node->set(withoutBlanks(firstPart), lastPart);
-    m_lastKind = LineKind::KeyValue;
+    const QString nodeName = withoutSpaces(name);
+    m_node = m_node->addSub(nodeName);
+    m_lastKind = kind;
+    return {Filing::Action::Opened, m_node, nodeName};
 }
 
 /// Moves up one level, except from the root.

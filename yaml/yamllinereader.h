@@ -9,10 +9,34 @@
 class YamlLineReader
 {
 public:
+    /// Where a line was filed.
+    struct Filing {
+        enum class Action {
+            Nothing, ///< an empty line
+            Opened, ///< a node, for a key or a list item
+            Stored, ///< a value
+        };
+        Action action = Action::Nothing;
+        /// That was opened or has the value; after an empty line, that of the line before.
+        const TStringTree *node = nullptr;
+        QString name{}; ///< of the node or the value
+        QString value{};
+
+        /// The node to which a line that is not empty added something.
+        const TStringTree *parent() const
+        {
+            return action == Action::Opened ? node->parent() : node;
+        }
+    };
+
     explicit YamlLineReader(TStringTree *root);
 
     /// Stores \a line, given without its line feed. An empty line is skipped.
-    void read(const QString &line);
+    Filing read(const QString &line);
+
+    /// Goes on to where read() stores \a line, but stores no value: on a tree that was read from
+    /// the same lines, it changes nothing.
+    Filing follow(const QString &line);
 
     /// The node that the last line opened, or in which its value was stored.
     const TStringTree *node() const { return m_node; }
@@ -20,9 +44,7 @@ public:
 private:
     enum class LineKind { None, Key, KeyValue, ListItem };
 
-    void enterListItem(const QString &lastPart);
-    void enterKey(const QString &line, int indentation);
-    void storeValue(const QString &firstPart, const QString &lastPart);
+    Filing open(const QString &name, LineKind kind);
     void leaveNode();
 
     TStringTree *m_node;

@@ -45,7 +45,7 @@ void tst_YamlLineReader::node_data()
     QTest::newRow("empty line") << QStringList{"A:", " B: 1", ""} << "/A";
     QTest::newRow("back at the root") << QStringList{"A:", " B: 1", "C: 1"} << "";
     QTest::newRow("end of a document") << QStringList{"A:", " B: 1", "..."} << "/..";
-    QTest::newRow("key behind it") << QStringList{"A:", " B: 1", "...", "B:"} << "/B";
+    QTest::newRow("key after it") << QStringList{"A:", " B: 1", "...", "B:"} << "/B";
     QTest::newRow("value behind it") << QStringList{"A:", " B: 1", "...", "B: 1"} << "/..";
     QTest::newRow("key behind a document marker")
         << QStringList{"A:", " B: 1", "---", "B:"} << "/A/B";
@@ -58,9 +58,15 @@ void tst_YamlLineReader::node()
     QFETCH(QString, path);
     TStringTree root(nullptr);
     YamlLineReader reader(&root);
+    const TStringTree *node = &root;
     for (const QString &line : qAsConst(lines))
-        reader.read(line);
-    QCOMPARE(pathOf(reader.node()), path);
+        node = reader.read(line).node;
+    QCOMPARE(pathOf(node), path);
+
+    YamlLineReader again(&root);
+    for (const QString &line : qAsConst(lines))
+        QVERIFY(again.follow(line).node);
+    QCOMPARE(again.follow(QString()).node, node);
 }
 
 NAPAMMUL_TEST(tst_YamlLineReader)
