@@ -1,5 +1,38 @@
 #include "inspect/finding.h"
 
+Finding &Finding::at(qint64 fileOffset)
+{
+    offset = fileOffset;
+    return *this;
+}
+
+Finding &Finding::needs(qint64 bytes, qint64 there)
+{
+    wanted = bytes;
+    had = there;
+    return *this;
+}
+
+Finding &Finding::about(const QString &variableName)
+{
+    variable = variableName;
+    return *this;
+}
+
+Finding &Finding::inLine(int number, const QString &quoted)
+{
+    line = number;
+    quote = quoted;
+    return *this;
+}
+
+Finding &Finding::loses(const QString &what)
+{
+    severity = Severity::Damage;
+    lost = what;
+    return *this;
+}
+
 QString Finding::place() const
 {
     if (line > 0)

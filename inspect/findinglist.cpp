@@ -1,14 +1,5 @@
 #include "inspect/findinglist.h"
 
-namespace {
-
-QString keyOf(const Finding &finding)
-{
-    return finding.kind % QString::number(int(finding.severity));
-}
-
-} // namespace
-
 void FindingList::add(const Finding &finding)
 {
     if (m_counts[keyOf(finding)]++ < MostOfAKind)
@@ -18,17 +9,15 @@ void FindingList::add(const Finding &finding)
 QVector<Finding> FindingList::findings() const
 {
     QVector<Finding> result;
-    QMap<QString, int> seen;
+    QMap<Key, int> seen;
     for (const Finding &finding : m_findings) {
         result.append(finding);
-        const QString key = keyOf(finding);
+        const Key key = keyOf(finding);
         const int others = m_counts.value(key) - MostOfAKind;
         if (++seen[key] < MostOfAKind || others <= 0)
             continue;
-        Finding rest;
+        Finding rest(finding.kind, QStringLiteral("%1 more like the last one").arg(others));
         rest.severity = finding.severity;
-        rest.kind = finding.kind;
-        rest.text = QStringLiteral("%1 more like the last one").arg(others);
         rest.others = others;
         result.append(rest);
     }

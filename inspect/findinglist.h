@@ -3,10 +3,11 @@
 #include "inspect/finding.h"
 
 #include <QMap>
+#include <QPair>
 #include <QVector>
 
 /// Findings in the order in which they were made. Of each kind and severity the first ones are
-/// kept, so that a recording in which everything is wrong has a short list, too.
+/// kept, so that even a recording in which everything is wrong has a short list.
 class FindingList
 {
 public:
@@ -14,10 +15,14 @@ public:
 
     void add(const Finding &finding);
 
-    /// All that were kept, and behind the last one of its kind one that stands for the others.
+    /// All that were kept, and after the last one of its kind one that stands for the others.
     QVector<Finding> findings() const;
 
 private:
+    using Key = QPair<FindingKind, Finding::Severity>;
+
+    static Key keyOf(const Finding &finding) { return {finding.kind, finding.severity}; }
+
     QVector<Finding> m_findings;
-    QMap<QString, int> m_counts; ///< by kind and severity
+    QMap<Key, int> m_counts;
 };

@@ -30,14 +30,14 @@ void FollowedDriver::find(const TYamlTree &tree)
     setCar(number);
     if (*m_car < 0) {
         m_reason = QLatin1String("DriverCarIdx is ") % quotedLine(number)
-            % QStringLiteral(", which is no car (0 to %1)").arg(Cars - 1);
+            % QStringLiteral(", which is not the number of a car (0 to %1)").arg(Cars - 1);
         return;
     }
     const TStringTree *driver =
         driverInfo->pathSub(Drivers % QLatin1Char('/') % QString::number(*m_car));
     m_isListed = driver != nullptr;
     if (!driver)
-        m_reason = QStringLiteral("the list of drivers has no car %1").arg(*m_car);
+        m_reason = QStringLiteral("the list of drivers does not contain car %1").arg(*m_car);
     else if (driver->value(UserName).isEmpty())
         m_reason = QStringLiteral("the driver of car %1 has no UserName").arg(*m_car);
 }
@@ -73,19 +73,15 @@ void FollowedDriver::read(const InfoIndentation &levels, const InfoLine &line, i
 
 void FollowedDriver::addLoss(Finding *finding)
 {
-    finding->severity = Finding::Severity::Damage;
-    finding->lost = QStringLiteral("all laps");
-    finding->text += QLatin1String("; so nobody is in the player's car and no lap is followed");
+    finding->loses(QStringLiteral("all laps"));
+    finding->text += QLatin1String("; nobody is in the player's car, so no lap is followed");
 }
 
 Finding FollowedDriver::finding(qint64 offset) const
 {
     const Place place = (m_isListed ? m_driverPlace : m_carPlace).value_or(Place{0, offset});
-    Finding finding;
-    finding.kind = QStringLiteral("no-driver");
-    finding.line = place.line;
-    finding.offset = place.offset;
-    finding.text = m_reason;
+    Finding finding(FindingKind::NoDriver, m_reason);
+    finding.at(place.offset).inLine(place.line, QString());
     addLoss(&finding);
     return finding;
 }

@@ -15,20 +15,18 @@
 
 namespace {
 
-using Severity = Finding::Severity;
-
 constexpr qint64 HeaderSize = sizeof(irsdk_header);
 constexpr qint64 SubHeaderSize = sizeof(irsdk_diskSubHeader);
 constexpr qint64 VariableSize = sizeof(irsdk_varHeader);
-/// Where the header tells the offset of the records.
+/// Where the header has the offset of the records.
 constexpr qint64 RecordsField = offsetof(irsdk_header, varBuf) + offsetof(irsdk_varBuf, bufOffset);
 
-/// Part of the file, as a header tells.
+/// Part of the file, as a header describes it.
 struct Section {
     QString name;
     qint64 offset;
     qint64 size;
-    qint64 field; ///< where the header tells the offset
+    qint64 field; ///< where the header has the offset
     qint64 sizeField = 0; ///< and the size
 };
 
@@ -45,6 +43,20 @@ Section tableSection(const irsdk_header &header)
             offsetof(irsdk_header, numVars)};
 }
 
+QString tooShort(const QString &name, qint64 needed, qint64 there)
+{
+    return QStringLiteral("%1 needs %2 bytes, but the file contains %3 of them")
+        .arg(name)
+        .arg(needed)
+        .arg(there > 0 ? QStringLiteral("only %1").arg(there) : QStringLiteral("none"));
+}
+
+/// "3 of 20 records".
+QString recordsOf(qint64 part, qint64 all)
+{
+    return QStringLiteral("%1 of %2 records").arg(part).arg(all);
+}
+
 } // namespace
 
 RecordingInspection::RecordingInspection(const QString &fileName)
@@ -54,9 +66,9 @@ RecordingInspection::RecordingInspection(const QString &fileName)
     if (!file.isOpen() || !readHeaders(&file))
         return;
 
-    const bool holdsAll = checkClaims(file);
-    m_isImportable = holdsAll && file.readSessionInfo() && file.readVarHeaders();
-    if (holdsAll && !m_isImportable)
+    const bool isWhole = checkClaims(file);
+    m_isImportable = isWhole && file.readSessionInfo() && file.readVarHeaders();
+    if (isWhole && !m_isImportable)
         addUnreadable(QStringLiteral("the session info or the variable table"),
                       Finding::everything());
     const irsdk_header &header = file.header();
@@ -76,30 +88,29 @@ RecordingInspection::RecordingInspection(const QString &fileName)
     times.report(&m_findings);
 }
 
-/// Whether a header that was not damaged too much can be one of a recording.
+/// Whether the header can be that of a recording, perhaps a damaged one.
 bool RecordingInspection::isPlausible(const irsdk_header &header) const
 {
-    // Random numbers point outside of the file as a rule; those of a recording that was cut off
-    // do so as well, but its version is one, two or, some day, a little more.
+    // Random numbers usually point outside of the file. So do those of a recording that was cut
+    // off, but its version is one, two or, some day, a little more.
     constexpr qint32 UnlikelyVersion = 16;
     if (!m_isImportable)
         return header.ver > 0 && header.ver < UnlikelyVersion;
-    // Nothing lies in every file, also in one of zeros.
+    // Empty parts fit into any file, even into one of zeros.
     return header.ver != 0 || header.sessionInfoLen > 0 || header.numVars > 0 || header.bufLen > 0;
 }
 
 void RecordingInspection::addUnreadable(const QString &name, const QString &lost)
 {
-    Finding finding;
-    finding.severity = Severity::Damage;
-    finding.kind = QStringLiteral("unreadable");
-    finding.text = name % QLatin1String(" could not be read, or the file became shorter meanwhile");
-    finding.lost = lost;
-    m_findings.add(finding);
+    m_findings.add(Finding(FindingKind::Unreadable,
+                           name
+                               % QLatin1String(" could not be read, or the file was shortened "
+                                               "while it was read"))
+                       .loses(lost));
 }
 
-/// Shows all records to \a times, but for those at the end that hold nothing. Returns how many hold
-/// something, or lie in front of such a one.
+/// Shows all records to \a times, except those at the end that contain nothing. Returns how many
+/// contain something, or come before such a one.
 qint64 RecordingInspection::readRecords(IbtFile *file, TickGaps *times)
 {
     std::vector<char> empty; // as long as a record that is really there
@@ -123,24 +134,18 @@ qint64 RecordingInspection::readRecords(IbtFile *file, TickGaps *times)
 /// False, with a finding, if the file ends before the headers do.
 bool RecordingInspection::readHeaders(IbtFile *file)
 {
-    const auto missing = [this](const char *name, qint64 offset, qint64 size) {
-        Finding finding;
-        finding.severity = Severity::Damage;
-        finding.kind = QStringLiteral("header");
-        finding.offset = offset;
-        finding.wanted = size;
-        finding.had = qBound(qint64(0), m_size - offset, size);
-        finding.text = QStringLiteral("%1 takes %2 bytes, the file has %3 of them")
-                           .arg(QLatin1String(name))
-                           .arg(size)
-                           .arg(*finding.had);
-        finding.lost = Finding::everything();
-        m_findings.add(finding);
+    const auto missing = [this](const QString &name, qint64 offset, qint64 size) {
+        const qint64 there = qBound(qint64(0), m_size - offset, size);
+        m_findings.add(Finding(FindingKind::Header, tooShort(name, size, there))
+                           .at(offset)
+                           .needs(size, there)
+                           .loses(Finding::everything()));
         return false;
     };
     if (!file->readHeader())
-        return missing("the header", 0, HeaderSize);
-    return file->readDiskSubHeader() || missing("the sub-header", HeaderSize, SubHeaderSize);
+        return missing(QStringLiteral("the header"), 0, HeaderSize);
+    return file->readDiskSubHeader()
+        || missing(QStringLiteral("the sub-header"), HeaderSize, SubHeaderSize);
 }
 
 /// Whether session info and variable table lie in the file; a finding for each that does not.
@@ -149,29 +154,26 @@ bool RecordingInspection::checkClaims(const IbtFile &file)
     bool isSound = true;
     for (const Section &section :
          {sessionInfoSection(file.header()), tableSection(file.header())}) {
-        Finding finding;
-        finding.severity = Severity::Damage;
-        finding.kind = QStringLiteral("claim");
-        finding.lost = Finding::everything();
-        finding.offset = section.size < 0 ? section.sizeField
-            : section.offset < 0          ? section.field
-                                          : section.offset;
-        finding.wanted = section.size;
-        finding.had = qBound(qint64(0), m_size - qMax(qint64(0), section.offset), m_size);
-        if (section.size < 0)
-            finding.text =
-                QStringLiteral("%1 cannot take %2 bytes").arg(section.name).arg(section.size);
-        else if (section.offset < 0)
-            finding.text =
+        const qint64 there = qBound(qint64(0), m_size - qMax(qint64(0), section.offset), m_size);
+        qint64 place = section.offset;
+        QString problem;
+        if (section.size < 0) {
+            place = section.sizeField;
+            problem =
+                QStringLiteral("%1 cannot be %2 bytes long").arg(section.name).arg(section.size);
+        } else if (section.offset < 0) {
+            place = section.field;
+            problem =
                 QStringLiteral("%1 cannot begin at byte %2").arg(section.name).arg(section.offset);
-        else if (section.size > *finding.had)
-            finding.text = QStringLiteral("%1 takes %2 bytes, the file has %3 of them")
-                               .arg(section.name)
-                               .arg(section.size)
-                               .arg(*finding.had);
-        else
+        } else if (section.size > there) {
+            problem = tooShort(section.name, section.size, there);
+        } else {
             continue;
-        m_findings.add(finding);
+        }
+        m_findings.add(Finding(FindingKind::Claim, problem)
+                           .at(place)
+                           .needs(section.size, there)
+                           .loses(Finding::everything()));
         isSound = false;
     }
     return isSound;
@@ -195,18 +197,15 @@ void RecordingInspection::checkOverlaps(const irsdk_header &header)
             const qint64 end = qMin(one.offset + one.size, other.offset + other.size);
             if (begin >= end)
                 continue;
-            Finding finding;
-            finding.kind = QStringLiteral("overlap");
-            if (other.field == RecordsField) {
-                finding.severity = Severity::Damage;
-                finding.lost = QStringLiteral("the records that lie there");
-            }
-            finding.offset = begin;
-            finding.text = QStringLiteral("%1 and %2 share %3")
-                               .arg(one.name, other.name,
-                                    end - begin == 1 ? QStringLiteral("a byte")
-                                                     : QStringLiteral("%1 bytes").arg(end - begin));
-            m_findings.add(finding);
+            Finding finding(FindingKind::Overlap,
+                            QStringLiteral("%1 and %2 share %3")
+                                .arg(one.name, other.name,
+                                     end - begin == 1
+                                         ? QStringLiteral("a byte")
+                                         : QStringLiteral("%1 bytes").arg(end - begin)));
+            if (other.field == RecordsField)
+                finding.loses(QStringLiteral("the records in these bytes"));
+            m_findings.add(finding.at(begin));
         }
     }
 }
@@ -217,14 +216,11 @@ void RecordingInspection::checkText(const IbtFile &file)
     const qint64 textSize = qint64(std::strlen(file.sessionInfo()));
     const char *end = file.sessionInfo() + qMax(0, header.sessionInfoLen - 1);
     const char *rest = std::find_if(file.sessionInfo() + textSize, end, [](char c) { return c; });
-    if (rest < end) {
-        Finding finding;
-        finding.kind = QStringLiteral("text-end");
-        finding.offset = header.sessionInfoOffset + textSize;
-        finding.text = QStringLiteral("a zero ends the session info %1 bytes early")
-                           .arg(header.sessionInfoLen - 1 - textSize);
-        m_findings.add(finding);
-    }
+    if (rest < end)
+        m_findings.add(Finding(FindingKind::TextEnd,
+                               QStringLiteral("a zero byte ends the session info %1 bytes early")
+                                   .arg(header.sessionInfoLen - 1 - textSize))
+                           .at(header.sessionInfoOffset + textSize));
     inspectSessionInfo(file.sessionInfo(), header.sessionInfoOffset, &m_findings);
 }
 
@@ -233,110 +229,108 @@ void RecordingInspection::checkRecords(const IbtFile &file, const TickGaps &time
 {
     const irsdk_header &header = file.header();
     const qint64 begin = header.varBuf[0].bufOffset;
-    const qint64 counted = file.diskSubHeader().sessionRecordCount;
-
-    Finding finding;
-    finding.kind = QStringLiteral("records");
-    finding.severity = Severity::Damage;
-    finding.lost = QStringLiteral("all records");
-    if (header.bufLen <= 0 || begin < 0) {
-        finding.text = header.bufLen <= 0
-            ? QStringLiteral("a record cannot take %1 bytes").arg(header.bufLen)
-            : QStringLiteral("records cannot begin at byte %1").arg(begin);
-        finding.offset = header.bufLen <= 0 ? qint64(offsetof(irsdk_header, bufLen)) : RecordsField;
-        m_findings.add(finding);
+    const auto addDamage = [this](const QString &problem, qint64 field) {
+        m_findings.add(
+            Finding(FindingKind::Records, problem).at(field).loses(QStringLiteral("all records")));
+    };
+    if (header.bufLen <= 0) {
+        addDamage(QStringLiteral("a record cannot be %1 bytes long").arg(header.bufLen),
+                  qint64(offsetof(irsdk_header, bufLen)));
+        return;
+    }
+    if (begin < 0) {
+        addDamage(QStringLiteral("records cannot begin at byte %1").arg(begin), RecordsField);
         return;
     }
 
     const qint64 bytes = qMax(qint64(0), m_size - begin);
     m_records = bytes / header.bufLen;
     const qint64 rest = bytes % header.bufLen;
-    finding.offset = begin + m_records * header.bufLen;
+    const qint64 counted = file.diskSubHeader().sessionRecordCount;
     const bool isWhole = rest == 0 && times.endsAt(file.diskSubHeader().sessionEndTime);
     if (counted > m_records && !isWhole) {
-        finding.wanted = counted * header.bufLen;
-        finding.had = bytes;
-        finding.text =
-            QStringLiteral("the file ends after %1 of %2 records").arg(m_records).arg(counted)
-            % (rest > 0 ? QStringLiteral(" and %1 of %2 bytes of the next one")
-                              .arg(rest)
-                              .arg(header.bufLen)
-                        : QString());
-        finding.lost = QStringLiteral("%1 of %2 records").arg(counted - m_records).arg(counted);
-        m_findings.add(finding);
+        QString text = QLatin1String("the file ends after ") % recordsOf(m_records, counted);
+        if (rest > 0)
+            text +=
+                QStringLiteral(" and %1 of %2 bytes of the next one").arg(rest).arg(header.bufLen);
+        m_findings.add(Finding(FindingKind::Records, text)
+                           .at(begin + m_records * header.bufLen)
+                           .needs(counted * header.bufLen, bytes)
+                           .loses(recordsOf(counted - m_records, counted)));
         return;
     }
-
-    if (rest > 0) {
-        // Behind the last record that was counted anything may lie; else it is one being written.
-        const bool isCut = counted <= 0;
-        finding.severity = isCut ? Severity::Damage : Severity::Remark;
-        finding.lost = isCut ? QStringLiteral("the last record") : QString();
-        finding.wanted = header.bufLen;
-        finding.had = rest;
-        finding.text = isCut
-            ? QStringLiteral("the last record is cut off after %1 of %2 bytes")
-                  .arg(rest)
-                  .arg(header.bufLen)
-            : QStringLiteral("%1 bytes behind the last record are not read").arg(rest);
-        m_findings.add(finding);
-    }
-
-    Finding count;
-    count.kind = QStringLiteral("record-count");
-    count.offset = HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionRecordCount));
-    if (m_records == 0)
-        count.text = QStringLiteral("there is no record, so the only lap is empty");
-    else if (counted <= 0)
-        count.text = QStringLiteral("the recording was never closed: the sub-header counts %1 "
-                                    "records, all %2 of the file are imported")
-                         .arg(counted)
-                         .arg(m_records);
-    else if (counted > m_records)
-        count.text = QStringLiteral("the sub-header counts %1 records, but the last one of the %2 "
-                                    "in the file is of the time at which it ends")
-                         .arg(counted)
-                         .arg(m_records);
-    else if (counted < m_records)
-        count.text = QStringLiteral("the sub-header counts %1 records, all %2 of the file are "
-                                    "imported")
-                         .arg(counted)
-                         .arg(m_records);
-    else
-        return;
-    m_findings.add(count);
+    if (rest > 0)
+        addRest(header, counted, rest);
+    checkRecordCount(counted);
 }
 
-/// Looks for records that nobody filled, of which the first \a filled are none, and compares the
-/// sub-header's end with that of a whole recording.
+/// \a rest bytes follow the last complete record.
+void RecordingInspection::addRest(const irsdk_header &header, qint64 counted, qint64 rest)
+{
+    // After the last record that was counted anything may follow; if none was, it is a record that
+    // was being written.
+    const bool isCut = counted <= 0;
+    Finding finding(FindingKind::Records,
+                    isCut
+                        ? QStringLiteral("the last record is cut off after %1 of %2 bytes")
+                              .arg(rest)
+                              .arg(header.bufLen)
+                        : QStringLiteral("%1 bytes after the last record are not read").arg(rest));
+    if (isCut)
+        finding.loses(QStringLiteral("the last record"));
+    m_findings.add(finding.at(header.varBuf[0].bufOffset + m_records * header.bufLen)
+                       .needs(header.bufLen, rest));
+}
+
+/// No record is missing; \a counted may be another number all the same.
+void RecordingInspection::checkRecordCount(qint64 counted)
+{
+    QString text;
+    if (m_records == 0)
+        text = QStringLiteral("there are no records, so the only lap is empty");
+    else if (counted <= 0)
+        text = QStringLiteral("the recording was never closed: the sub-header counts %1 records, "
+                              "but all %2 in the file are imported")
+                   .arg(counted)
+                   .arg(m_records);
+    else if (counted > m_records)
+        text = QStringLiteral("the sub-header counts %1 records, but the last of the %2 in the "
+                              "file has the time at which the recording ends")
+                   .arg(counted)
+                   .arg(m_records);
+    else if (counted < m_records)
+        text = QStringLiteral("the sub-header counts %1 records, but all %2 in the file are "
+                              "imported")
+                   .arg(counted)
+                   .arg(m_records);
+    else
+        return;
+    m_findings.add(Finding(FindingKind::RecordCount, text)
+                       .at(HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionRecordCount))));
+}
+
+/// Looks for records that nobody filled, which begin after the first \a filled ones, and compares
+/// the sub-header's end with that of a whole recording.
 void RecordingInspection::checkEnd(const IbtFile &file, const TickGaps &times, qint64 filled)
 {
+    const irsdk_header &header = file.header();
     const irsdk_diskSubHeader &subHeader = file.diskSubHeader();
     if (m_readRecords < m_records) {
-        const QString lost =
-            QStringLiteral("%1 of %2 records").arg(m_records - m_readRecords).arg(m_records);
+        const QString lost = recordsOf(m_records - m_readRecords, m_records);
         addUnreadable(lost, lost);
-        return;
-    }
-    Finding finding;
-    if (filled < m_records) {
-        const irsdk_header &header = file.header();
-        finding.severity = Severity::Damage;
-        finding.kind = QStringLiteral("empty-records");
-        finding.offset = header.varBuf[0].bufOffset + filled * header.bufLen;
-        finding.lost = QStringLiteral("%1 of %2 records").arg(m_records - filled).arg(m_records);
-        finding.text = QStringLiteral("the last %1 of %2 records hold nothing but zeros")
-                           .arg(m_records - filled)
-                           .arg(m_records);
+    } else if (filled < m_records) {
+        const QString lost = recordsOf(m_records - filled, m_records);
+        m_findings.add(Finding(FindingKind::EmptyRecords,
+                               QStringLiteral("the last %1 contain only zeros").arg(lost))
+                           .at(header.varBuf[0].bufOffset + filled * header.bufLen)
+                           .loses(lost));
     } else if (times.hasLast() && subHeader.sessionRecordCount == m_records
                && !times.endsAt(subHeader.sessionEndTime)) {
-        finding.kind = QStringLiteral("end-time");
-        finding.offset = HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionEndTime));
-        finding.text = QStringLiteral("the sub-header ends at %1 s, the last record is of %2 s")
-                           .arg(subHeader.sessionEndTime, 0, 'g', 9)
-                           .arg(times.last(), 0, 'g', 9);
-    } else {
-        return;
+        m_findings.add(
+            Finding(FindingKind::EndTime,
+                    QStringLiteral("the sub-header ends at %1 s, but the last record at %2 s")
+                        .arg(subHeader.sessionEndTime, 0, 'g', 9)
+                        .arg(times.last(), 0, 'g', 9))
+                .at(HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionEndTime))));
     }
-    m_findings.add(finding);
 }

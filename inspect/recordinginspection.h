@@ -9,16 +9,16 @@
 class IbtFile;
 class TickGaps;
 
-/// What an .ibt recording holds and what is wrong with it, as the file itself tells.
+/// What an .ibt recording contains and what is wrong with it, according to the file itself.
 ///
 /// A plug-in says little about a damaged recording, and nothing about one from which it gets laps.
 class RecordingInspection
 {
 public:
-    /// Reads the whole of \a fileName, an ordinary file, once.
+    /// Reads the whole of \a fileName, a regular file, once.
     explicit RecordingInspection(const QString &fileName);
 
-    /// False where nothing tells that the file was ever a recording.
+    /// False where nothing shows that the file was ever a recording.
     bool isRecording() const { return m_isRecording; }
     /// Whether headers, session info and variable table lie in the file. Nothing is imported from
     /// a recording that lacks one of them.
@@ -36,6 +36,8 @@ private:
     void addUnreadable(const QString &name, const QString &lost);
     qint64 readRecords(IbtFile *file, TickGaps *times);
     void checkRecords(const IbtFile &file, const TickGaps &times);
+    void addRest(const irsdk_header &header, qint64 counted, qint64 rest);
+    void checkRecordCount(qint64 counted);
     void checkEnd(const IbtFile &file, const TickGaps &times, qint64 filled);
 
     qint64 m_size = 0; ///< bytes of the file

@@ -8,9 +8,9 @@
 
 namespace {
 
-/// Ticks from one record to the next, from which on some are missing between them.
+/// From so many ticks between two records, some are missing.
 constexpr double Tolerance = 1.5;
-/// Ticks below which two records are of one tick.
+/// Below so many ticks between them, two records are of one tick.
 constexpr double LeastStep = 0.5;
 /// Seconds that no session lasts.
 constexpr double EndOfTime = 1e9;
@@ -52,10 +52,11 @@ void TickGaps::Event::add(qint64 atRecord, double from, double to)
 }
 
 TickGaps::TickGaps(const irsdk_header &header, const irsdk_varHeader *table)
-    : m_begin(header.varBuf[0].bufOffset), m_recordSize(header.bufLen), m_tickRate(header.tickRate)
+    : m_layout{header.varBuf[0].bufOffset, header.bufLen,
+               offsetOf(header, table, "SessionTime", irsdk_double),
+               offsetOf(header, table, "SessionNum", irsdk_int)},
+      m_tickRate(header.tickRate)
 {
-    m_timeOffset = offsetOf(header, table, "SessionTime", irsdk_double);
-    m_sessionOffset = offsetOf(header, table, "SessionNum", irsdk_int);
 }
 
 void TickGaps::add(const char *record)
@@ -63,14 +64,15 @@ void TickGaps::add(const char *record)
     if (!isKnown())
         return;
     const qint64 number = m_count++;
-    const double time = load<double>(record + m_timeOffset);
+    const double time = load<double>(record + m_layout.timeOffset);
     if (!(std::abs(time) < EndOfTime)) {
         if (m_firstUntimed < 0)
             m_firstUntimed = number;
         m_hasBefore = false;
         return;
     }
-    const qint32 session = m_sessionOffset < 0 ? 0 : load<qint32>(record + m_sessionOffset);
+    const qint32 session =
+        m_layout.sessionOffset < 0 ? 0 : load<qint32>(record + m_layout.sessionOffset);
     // Every session has a clock of its own.
     if (m_hasBefore && session == m_session) {
         const double ticks = (time - m_time) * m_tickRate;
@@ -92,7 +94,7 @@ void TickGaps::add(const char *record)
 
 bool TickGaps::endsAt(double time) const
 {
-    constexpr double atLeast = 0.1; // seconds, where the rate tells nothing
+    constexpr double atLeast = 0.1; // seconds, where the rate is unknown
     return hasLast()
         && std::abs(time - m_time) <= (m_tickRate > 0 ? Tolerance / m_tickRate : atLeast);
 }
@@ -107,66 +109,63 @@ bool TickGaps::isMostSteps(const Event &event) const
 
 void TickGaps::report(FindingList *findings) const
 {
-    const QString apart =
-        QStringLiteral("%1 ticks a second do not fit the records, which are %2 s apart");
-    const auto meanOf = [](const Event &event) { return event.seconds / double(event.count); };
-    const bool isTooFast = isMostSteps(m_gaps);
-    if (m_tickRate <= 0 && m_count > 1)
-        reportRate(findings,
-                   QStringLiteral("%1 ticks a second are no rate, so nothing tells whether ticks "
-                                  "are missing")
-                       .arg(m_tickRate));
-    else if (isTooFast || isMostSteps(m_crowds))
-        reportRate(findings,
-                   apart.arg(m_tickRate).arg(meanOf(isTooFast ? m_gaps : m_crowds), 0, 'g', 3));
-    if (m_firstUntimed >= 0) {
-        Finding finding;
-        finding.kind = QStringLiteral("time-unusable");
-        finding.offset = m_begin + m_firstUntimed * m_recordSize;
-        finding.text =
-            QStringLiteral("%1 of %2 records have no usable time, the first one is record %3")
-                .arg(m_count - m_timed)
-                .arg(m_count)
-                .arg(m_firstUntimed + 1);
-        findings->add(finding);
-    }
+    reportRate(findings);
+    if (m_firstUntimed >= 0)
+        findings->add(Finding(FindingKind::TimeUnusable,
+                              QStringLiteral("%1 of %2 records have no usable time; the first of "
+                                             "them is record %3")
+                                  .arg(m_count - m_timed)
+                                  .arg(m_count)
+                                  .arg(m_firstUntimed + 1))
+                          .at(m_layout.begin + m_firstUntimed * m_layout.recordSize));
     if (m_steps == 0 && m_returns.count == 0)
-        report(findings, m_standstills, "time-standstill", QStringLiteral("the time stands still"));
-
-    const double ticks = (m_gaps.after - m_gaps.before) * m_tickRate - 1;
-    if (!isTooFast)
-        report(findings, m_gaps, "time-gap",
-               ticks < Tolerance ? QStringLiteral("a tick is missing")
-                                 : QStringLiteral("%1 ticks are missing").arg(ticks, 0, 'f', 0));
-    report(findings, m_returns, "time-return", QStringLiteral("the time runs backwards"));
+        report(findings, m_standstills, FindingKind::TimeStandstill,
+               QStringLiteral("the time does not advance"));
+    if (!isRateTooHigh())
+        reportGaps(findings);
+    report(findings, m_returns, FindingKind::TimeReturn, QStringLiteral("the time goes backwards"));
 }
 
-void TickGaps::reportRate(FindingList *findings, const QString &problem) const
+void TickGaps::reportRate(FindingList *findings) const
 {
-    Finding finding;
-    finding.kind = QStringLiteral("tick-rate");
-    finding.offset = qint64(offsetof(irsdk_header, tickRate));
-    finding.text = problem;
-    findings->add(finding);
+    QString problem;
+    if (m_tickRate <= 0 && m_count > 1) {
+        problem = QStringLiteral("the tick rate is %1, so missing ticks cannot be detected")
+                      .arg(m_tickRate);
+    } else if (isRateTooHigh() || isMostSteps(m_crowds)) {
+        const Event &steps = isRateTooHigh() ? m_gaps : m_crowds;
+        problem = QStringLiteral("the tick rate is %1 per second, but the records are %2 s apart")
+                      .arg(m_tickRate)
+                      .arg(steps.seconds / double(steps.count), 0, 'g', 3);
+    } else {
+        return;
+    }
+    findings->add(
+        Finding(FindingKind::TickRate, problem).at(qint64(offsetof(irsdk_header, tickRate))));
 }
 
-void TickGaps::report(FindingList *findings, const Event &event, const char *kind,
+void TickGaps::reportGaps(FindingList *findings) const
+{
+    const double ticks = (m_gaps.after - m_gaps.before) * m_tickRate - 1;
+    report(findings, m_gaps, FindingKind::TimeGap,
+           ticks < Tolerance ? QStringLiteral("a tick is missing")
+                             : QStringLiteral("%1 ticks are missing").arg(ticks, 0, 'f', 0));
+}
+
+void TickGaps::report(FindingList *findings, const Event &event, FindingKind kind,
                       const QString &text) const
 {
     if (event.count == 0)
         return;
-    Finding finding;
-    finding.kind = QLatin1String(kind);
-    finding.offset = m_begin + event.record * m_recordSize;
-    finding.text = text
+    QString whole = text
         % QStringLiteral(" between record %1, at %2 s, and the next one, at %3 s")
               .arg(event.record)
               .arg(event.before, 0, 'g', 9)
               .arg(event.after, 0, 'g', 9);
     if (event.count > 1)
-        finding.text += QStringLiteral("; there are %1 such places").arg(event.count)
+        whole += QStringLiteral("; there are %1 such places").arg(event.count)
             % (event.seconds == 0
                    ? QString()
-                   : QStringLiteral(", %1 s in all").arg(std::abs(event.seconds), 0, 'g', 9));
-    findings->add(finding);
+                   : QStringLiteral(", %1 s in total").arg(std::abs(event.seconds), 0, 'g', 9));
+    findings->add(Finding(kind, whole).at(m_layout.begin + event.record * m_layout.recordSize));
 }

@@ -1,13 +1,14 @@
 #pragma once
 
 #include "ibt/ibtformat.h"
+#include "inspect/findingkind.h"
 
 #include <QString>
 
 class FindingList;
 
-/// Watches the time from record to record: where ticks are missing, where it runs backwards, and
-/// whether it is one at all.
+/// Watches the time from record to record: where ticks are missing, where it goes backwards, and
+/// whether it is a time at all.
 class TickGaps
 {
 public:
@@ -15,11 +16,11 @@ public:
     TickGaps(const irsdk_header &header, const irsdk_varHeader *table);
 
     /// Whether records have a time to watch.
-    bool isKnown() const { return m_timeOffset >= 0; }
+    bool isKnown() const { return m_layout.timeOffset >= 0; }
 
     /// The next \a record; nothing is seen of it unless isKnown().
     void add(const char *record);
-    /// Whether the last record is of this time, in seconds, as far as its clock tells ticks apart.
+    /// Whether the last record has this time, in seconds, to within a tick or so.
     bool endsAt(double time) const;
     /// Whether the last record has a time.
     bool hasLast() const { return m_hasBefore; }
@@ -29,27 +30,33 @@ public:
     void report(FindingList *findings) const;
 
 private:
-    /// What happened more than once, and where it did first.
+    /// Where the times are.
+    struct Layout {
+        qint64 begin = 0; ///< of the records, in the file
+        qint64 recordSize = 0;
+        int timeOffset = -1; ///< of SessionTime in a record
+        int sessionOffset = -1; ///< of SessionNum
+    };
+    /// What happened once or more, and where it did first.
     struct Event {
         qint64 count = 0;
         qint64 record = 0;
-        double before = 0; ///< time of the record in front of it, in seconds
+        double before = 0; ///< time of the record before it, in seconds
         double after = 0;
         double seconds = 0; ///< of all of them
 
         void add(qint64 atRecord, double from, double to);
     };
 
-    void reportRate(FindingList *findings, const QString &problem) const;
-    void report(FindingList *findings, const Event &event, const char *kind,
+    void reportRate(FindingList *findings) const;
+    void reportGaps(FindingList *findings) const;
+    void report(FindingList *findings, const Event &event, FindingKind kind,
                 const QString &text) const;
+    bool isRateTooHigh() const { return isMostSteps(m_gaps); }
     bool isMostSteps(const Event &event) const;
 
-    qint64 m_begin;
-    qint64 m_recordSize;
-    int m_tickRate;
-    int m_timeOffset = -1; ///< of SessionTime in a record
-    int m_sessionOffset = -1; ///< of SessionNum
+    Layout m_layout;
+    int m_tickRate; ///< ticks per second, as the header has it
     qint64 m_count = 0;
     qint64 m_timed = 0; ///< records with a time that can be one
     double m_time = 0; ///< of the last one of them

@@ -38,9 +38,6 @@ public:
     /// the same lines, it changes nothing.
     Filing follow(const QString &line);
 
-    /// The node that the last line opened, or in which its value was stored.
-    const TStringTree *node() const { return m_node; }
-
 private:
     enum class LineKind { None, Key, KeyValue, ListItem };
 

@@ -35,7 +35,7 @@ QString verdictName(Verdict verdict)
     return QStringLiteral("no-recording");
 }
 
-/// "  session info, line 18: "   UserName: A: B" holds ..."
+/// "  session info, line 18: "   UserName: A: B" contains ..."
 QString sentence(const Finding &finding)
 {
     const QString place = finding.place();
@@ -58,8 +58,8 @@ QJsonValue jsonPrintable(const QString &text)
 
 QJsonObject json(const Finding &finding)
 {
-    return {{QStringLiteral("kind"), finding.kind},
-            {QStringLiteral("damage"), finding.severity == Finding::Severity::Damage},
+    return {{QStringLiteral("kind"), findingKindName(finding.kind)},
+            {QStringLiteral("damage"), finding.isDamage()},
             {QStringLiteral("text"), printable(finding.text)},
             {QStringLiteral("lost"), jsonPrintable(finding.lost)},
             {QStringLiteral("offset"), jsonNumber(finding.offset)},

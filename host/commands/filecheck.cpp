@@ -7,11 +7,10 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <functional>
 #include <new>
 
 namespace {
-
-using Severity = Finding::Severity;
 
 QString counted(int count, const char *one, const char *more)
 {
@@ -48,43 +47,35 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
 
 void FileCheck::addLackOfMemory()
 {
-    Finding finding;
-    finding.severity = Severity::Damage;
-    finding.kind = QStringLiteral("memory");
-    finding.lost = QStringLiteral("unknown");
-    finding.text = QStringLiteral("there is too little memory to look into the recording");
-    m_findings.append(finding);
+    m_findings.append(
+        Finding(FindingKind::Memory,
+                QStringLiteral("there is not enough memory to look into the recording"))
+            .loses(QStringLiteral("unknown")));
 }
 
-/// For a recording that is all there, but of which nothing is left, or nothing that was driven.
+/// For a recording whose parts are all there, although nothing is left of it, or nothing that was
+/// driven.
 void FileCheck::explainMissingLaps(qint64 records)
 {
-    Finding finding;
-    if (m_laps == 0) {
-        finding.severity = Severity::Damage;
-        finding.kind = QStringLiteral("too-large");
-        finding.lost = Finding::everything();
-        finding.text = QStringLiteral("its laps would take more than 256 MB and more than 64 bytes "
-                                      "for each byte of records, or more memory than there is");
-    } else if (!m_hasSamples && records > 0 && verdict() != Verdict::Damaged) {
-        finding.kind = QStringLiteral("no-lap");
-        finding.text = QStringLiteral("no lap of the car begins, so the only lap is empty");
-    } else {
-        return;
-    }
-    m_findings.append(finding);
+    if (m_laps == 0)
+        m_findings.append(Finding(FindingKind::TooLarge,
+                                  QStringLiteral("its laps would need more than 256 MB and more "
+                                                 "than 64 bytes for each byte of records, or more "
+                                                 "memory than is available"))
+                              .loses(Finding::everything()));
+    else if (!m_hasSamples && records > 0 && verdict() != Verdict::Damaged)
+        m_findings.append(
+            Finding(FindingKind::NoLap,
+                    QStringLiteral("no lap of the player's car begins, so the only lap is empty")));
 }
 
-/// What a plug-in says is a finding; without any lap, it is why everything is lost.
+/// What a plug-in says is a finding; if there is no lap, it is why everything is lost.
 void FileCheck::addErrors(const QStringList &errors)
 {
     for (const QString &error : errors) {
-        Finding finding;
-        finding.severity = m_laps > 0 ? Severity::Remark : Severity::Damage;
-        finding.kind = QStringLiteral("import");
-        finding.text = error;
+        Finding finding(FindingKind::Import, error);
         if (m_laps == 0)
-            finding.lost = Finding::everything();
+            finding.loses(Finding::everything());
         m_findings.append(finding);
     }
 }
@@ -93,10 +84,7 @@ FileCheck::Verdict FileCheck::verdict() const
 {
     if (!m_isRecording)
         return Verdict::NoRecording;
-    const bool isDamaged =
-        std::any_of(m_findings.begin(), m_findings.end(),
-                    [](const Finding &finding) { return finding.severity == Severity::Damage; });
-    if (isDamaged)
+    if (std::any_of(m_findings.begin(), m_findings.end(), std::mem_fn(&Finding::isDamage)))
         return Verdict::Damaged;
     return m_findings.isEmpty() ? Verdict::Fine : Verdict::Remarks;
 }
@@ -128,7 +116,7 @@ QString FileCheck::losses() const
     QStringList lost;
     int others = 0;
     for (const Finding &finding : m_findings) {
-        if (finding.severity != Severity::Damage)
+        if (!finding.isDamage())
             continue;
         others += finding.others;
         if (!finding.lost.isEmpty() && !lost.contains(finding.lost))

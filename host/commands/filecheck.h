@@ -7,7 +7,7 @@
 
 class Importer;
 
-/// What became of a file: the findings of an inspection beside what its plug-in made of it.
+/// What became of a file: what an inspection finds in it, and what its plug-in made of it.
 class FileCheck
 {
 public:
@@ -15,7 +15,7 @@ public:
         Fine, ///< nothing was found
         Remarks, ///< all samples are imported, but there is something to say
         Damaged, ///< something of the file does not reach the laps
-        NoRecording, ///< nothing tells that the file was ever a recording
+        NoRecording, ///< nothing shows that the file was ever a recording
     };
 
     /// Imports \a fileName with \a importer and, where it is an .ibt recording, inspects it.

@@ -5,14 +5,6 @@
 
 namespace {
 
-Finding finding(const QString &kind, const QString &text)
-{
-    Finding made;
-    made.kind = kind;
-    made.text = text;
-    return made;
-}
-
 QStringList texts(const FindingList &list)
 {
     QStringList result;
@@ -39,9 +31,9 @@ void tst_FindingList::keepsTheOrder()
 {
     FindingList list;
     QVERIFY(list.findings().isEmpty());
-    list.add(finding("b", "1"));
-    list.add(finding("a", "2"));
-    list.add(finding("b", "3"));
+    list.add(Finding(FindingKind::Variable, "1"));
+    list.add(Finding(FindingKind::Overlap, "2"));
+    list.add(Finding(FindingKind::Variable, "3"));
     QCOMPARE(texts(list), QStringList({"1", "2", "3"}));
 }
 
@@ -49,11 +41,11 @@ void tst_FindingList::countsTheRestOfAKind()
 {
     FindingList list;
     for (int i = 0; i < FindingList::MostOfAKind; ++i)
-        list.add(finding("many", QString::number(i)));
+        list.add(Finding(FindingKind::Variable, QString::number(i)));
     QCOMPARE(list.findings().size(), int(FindingList::MostOfAKind));
-    list.add(finding("one", "other"));
+    list.add(Finding(FindingKind::Overlap, "other"));
     for (int i = 0; i < 5; ++i)
-        list.add(finding("many", "not kept"));
+        list.add(Finding(FindingKind::Variable, "not kept"));
 
     const QStringList shown = texts(list);
     QCOMPARE(shown.size(), FindingList::MostOfAKind + 2);
@@ -66,10 +58,8 @@ void tst_FindingList::neverLosesTheOnlyDamage()
 {
     FindingList list;
     for (int i = 0; i < 20; ++i)
-        list.add(finding("many", "remark"));
-    Finding damage = finding("many", "damage");
-    damage.severity = Finding::Severity::Damage;
-    list.add(damage);
+        list.add(Finding(FindingKind::Variable, "remark"));
+    list.add(Finding(FindingKind::Variable, "damage").loses(Finding::everything()));
     QCOMPARE(texts(list).last(), QStringLiteral("damage"));
 }
 
@@ -91,11 +81,10 @@ void tst_FindingList::names()
     QFETCH(QString, variable);
     QFETCH(bool, hasOffset);
     QFETCH(QString, place);
-    Finding made;
-    made.line = line;
-    made.variable = variable;
+    Finding made(FindingKind::Variable, QString());
+    made.inLine(line, QString()).about(variable);
     if (hasOffset)
-        made.offset = 112;
+        made.at(112);
     QCOMPARE(made.place(), place);
 }
 

@@ -27,9 +27,9 @@ QStringList shortFindings(const RecordingInspection &inspection)
 {
     QStringList lines;
     for (const Finding &finding : inspection.findings()) {
-        const bool isDamage = finding.severity == Finding::Severity::Damage;
-        lines.append((isDamage ? QStringLiteral("+") : QStringLiteral("-")) % finding.kind
-                     % QLatin1String(" @") % finding.place()
+        const bool isDamage = finding.isDamage();
+        lines.append((isDamage ? QStringLiteral("+") : QStringLiteral("-"))
+                     % findingKindName(finding.kind) % QLatin1String(" @") % finding.place()
                      % (finding.lost.isEmpty() ? QString()
                                                : QString(QLatin1String(" lost ") % finding.lost)));
     }
@@ -202,9 +202,10 @@ void tst_RecordingInspection::numbersOfAClaim()
     QCOMPARE(finding.offset.value_or(-1), qint64(text));
     QCOMPARE(finding.wanted.value_or(-1), qint64(good.header().sessionInfoLen));
     QCOMPARE(finding.had.value_or(-1), qint64(10));
-    QCOMPARE(finding.text,
-             QStringLiteral("the session info takes %1 bytes, the file has 10 of them")
-                 .arg(good.header().sessionInfoLen));
+    QCOMPARE(
+        finding.text,
+        QStringLiteral("the session info needs %1 bytes, but the file contains only 10 of them")
+            .arg(good.header().sessionInfoLen));
 }
 
 void tst_RecordingInspection::isImportableExactlyWhereThePlugInImports_data()
@@ -272,12 +273,11 @@ void tst_RecordingInspection::sectionsThatOverlap()
     QFETCH(QString, text);
     QStringList texts;
     for (const Finding &finding : inspected(bytes).findings()) {
-        if (finding.kind != QLatin1String("overlap"))
+        if (finding.kind != FindingKind::Overlap)
             continue;
         texts.append(finding.text);
         // Only what lies in records is lost.
-        QCOMPARE(finding.severity == Finding::Severity::Damage,
-                 finding.text.contains(QLatin1String("the records share")));
+        QCOMPARE(finding.isDamage(), finding.text.contains(QLatin1String("the records share")));
     }
     QVERIFY2(texts.contains(text), qPrintable(texts.join(QLatin1Char('\n'))));
 }

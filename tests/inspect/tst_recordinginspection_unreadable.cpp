@@ -80,7 +80,7 @@ void tst_RecordingInspectionUnreadable::finds()
     QCOMPARE(inspection.isImportable(), isImportable);
     QStringList found;
     for (const Finding &finding : inspection.findings())
-        found.append(finding.kind % QLatin1String(": ") % finding.lost);
+        found.append(findingKindName(finding.kind) % QLatin1String(": ") % finding.lost);
     QCOMPARE(found,
              lost.isEmpty() ? QStringList() : QStringList(QLatin1String("unreadable: ") % lost));
 }

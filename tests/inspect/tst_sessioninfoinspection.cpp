@@ -36,15 +36,15 @@ QStringList shortFindings(const QByteArray &text)
 {
     QStringList lines;
     for (const Finding &finding : inspected(text)) {
-        const bool isDamage = finding.severity == Finding::Severity::Damage;
-        lines.append((isDamage ? QStringLiteral("+") : QStringLiteral("-")) % finding.kind
-                     % QStringLiteral(" %1: ").arg(finding.line) % finding.text);
+        const bool isDamage = finding.isDamage();
+        lines.append((isDamage ? QStringLiteral("+") : QStringLiteral("-"))
+                     % findingKindName(finding.kind) % QStringLiteral(" %1: ").arg(finding.line)
+                     % finding.text);
     }
     return lines;
 }
 
-const QString noDriver =
-    QStringLiteral("; so nobody is in the player's car and no lap is followed");
+const QString noDriver = QStringLiteral("; nobody is in the player's car, so no lap is followed");
 
 } // namespace
 
@@ -101,8 +101,8 @@ void tst_SessionInfoInspection::findsNothing_data()
         << with("   CarScreenName", "      CarScreenName");
     QTest::newRow("empty list in front of another key")
         << with("   SessionType: Practice\n",
-                "   SessionType: Practice\n   Positions:\n   Fastest:\n   - CarIdx: 255\n"
-                "     Lap: 0\n   Average: -1\n");
+                "   SessionType: Practice\n   Positions:\n   Fastest:\n   - CarIdx: 255\n     Lap: "
+                "0\n   Average: -1\n");
 }
 
 void tst_SessionInfoInspection::findsNothing()
@@ -119,189 +119,186 @@ void tst_SessionInfoInspection::namesTheLine_data()
 
     QTest::newRow("separator in the driver's name")
         << withDriver("Ann: Bee")
-        << QStringList("+text-separators 21: holds \": \" more than once; it is lost; 2 entries "
-                       "behind it are lost: TeamName, CarScreenName"
+        << QStringList("+text-separators 21: contains \": \" more than once, so it is lost; 2 "
+                       "entries after it are lost: TeamName, CarScreenName"
                        + noDriver);
     QTest::newRow("separator in the team's name")
         << with("Test Team", "A: B")
-        << QStringList("-text-separators 22: holds \": \" more than once; it is lost; the "
-                       "entry behind it is lost: CarScreenName");
+        << QStringList("-text-separators 22: contains \": \" more than once, so it is lost; the "
+                       "entry after it is lost: CarScreenName");
     QTest::newRow("separator at the end of the last value")
         << with("Test Car", "A: ")
-        << QStringList("-text-separators 23: holds \": \" more than once; it is lost");
+        << QStringList("-text-separators 23: contains \": \" more than once, so it is lost");
     QTest::newRow("separator in the track's name")
         << with("Test Field", "A: B")
-        << QStringList("+text-separators 5: holds \": \" more than once; it is lost; 16 entries "
-                       "behind it are lost: SessionID, SubSessionID, SessionInfo, ..."
+        << QStringList("+text-separators 5: contains \": \" more than once, so it is lost; 16 "
+                       "entries after it are lost: SessionID, SubSessionID, SessionInfo, ..."
                        + noDriver);
     QTest::newRow("empty list in front of the drivers")
         << with("SessionInfo:", "RadioInfo:\n Radios:\n\nSessionInfo:")
-        << QStringList("+text-empty-section 10: holds nothing, so what follows lies inside it; 14 "
-                       "entries behind it are lost: SessionInfo, Sessions, 0, ..."
+        << QStringList("+text-empty-section 10: contains nothing, so what follows is read as part "
+                       "of it; 14 entries after it are lost: SessionInfo, Sessions, 0, ..."
                        + noDriver);
     const QString blank =
-        QStringLiteral("is read as a value because of the blank behind its colon; ");
+        QStringLiteral("is read as a value because of the space after its colon; ");
     QTest::newRow("blank behind the first section")
         << with("WeekendInfo:", "WeekendInfo:  ")
-        << QStringList("-text-section-blank 2: " + blank
-                       + "5 entries behind it are lost: TrackName, TrackLength, TrackDisplayName, "
-                         "...");
+        << QStringList(
+               "-text-section-blank 2: " + blank
+               + "5 entries after it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("blank behind the section of the drivers")
         << with("DriverInfo:", "DriverInfo: ")
         << QStringList("+text-section-blank 14: " + blank
-                       + "9 entries behind it are lost: DriverCarIdx, DriverCarFuelKgPerLtr, "
+                       + "9 entries after it are lost: DriverCarIdx, DriverCarFuelKgPerLtr, "
                          "DriverCarFuelMaxLtr, ..."
                        + noDriver);
     QTest::newRow("blank behind the list of drivers")
         << with(" Drivers:", " Drivers: ")
         << QStringList("+text-section-blank 19: " + blank
-                       + "4 entries behind it are lost: 0, UserName, TeamName, ..." + noDriver);
+                       + "4 entries after it are lost: 0, UserName, TeamName, ..." + noDriver);
     QTest::newRow("blank behind a list in front of the drivers")
         << with("   SessionType: Practice\n",
                 "   SessionType: Practice\n   Positions: \n   - CarIdx: 3\n     Lap: 2\n")
-        << QStringList("-text-section-blank 13: " + blank + "2 entries behind it are lost: 3, Lap");
+        << QStringList("-text-section-blank 13: " + blank + "2 entries after it are lost: 3, Lap");
     QTest::newRow("line break inside a name")
         << withDriver("Ann\nBee")
-        << QStringList("-text-no-entry 22: is no entry; if it belongs to the line in front, that "
-                       "one is cut; 2 entries behind it are lost: TeamName, CarScreenName");
-    const QString cut = QStringLiteral("if it belongs to the line in front, that one is cut");
+        << QStringList("-text-no-entry 22: is not an entry; if it belongs to the line before, that "
+                       "line is cut off; 2 entries after it are lost: TeamName, CarScreenName");
+    const QString cut = QStringLiteral("if it belongs to the line before, that line is cut off");
     QTest::newRow("line break in front of a colon")
         << with("Test Team", "Mill\nrace: x")
-        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 blanks; "
-                       + cut + "; the entry behind it is lost: CarScreenName");
+        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 spaces; "
+                       + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("line break in front of a colon and a blank")
         << with("Test Team", "Mill\nrace: ")
-        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 blanks; "
-                       + cut + "; the entry behind it is lost: CarScreenName");
+        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 spaces; "
+                       + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("line break and a blank in front of a colon")
         << with("Test Team", "Mill\n race: x")
-        << QStringList("-text-indentation 23: is indented by 1 and the next line by 3 blanks; "
-                       + cut + "; the entry behind it is lost: CarScreenName");
+        << QStringList("-text-indentation 23: is indented by 1 and the next line by 3 spaces; "
+                       + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("two line breaks in front of colons")
         << with("Test Team", "Mill\n race: x\nand: y")
-        << QStringList("-text-indentation 24: is indented by 0 and the next line by 3 blanks; "
-                       + cut + "; the entry behind it is lost: CarScreenName");
+        << QStringList("-text-indentation 24: is indented by 0 and the next line by 3 spaces; "
+                       + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("line break in front of a colon in the track's name")
         << with("Test Field", "Test\nField: A")
-        << QStringList("-text-indentation 6: is indented by 0 and the next line by 1 blanks; " + cut
-                       + "; 2 entries behind it are lost: SessionID, SubSessionID");
+        << QStringList("-text-indentation 6: is indented by 0 and the next line by 1 spaces; " + cut
+                       + "; 2 entries after it are lost: SessionID, SubSessionID");
     QTest::newRow("line break in front of a colon in front of the drivers")
         << with("40.000", "40\n000: x")
-        << QStringList(
-               "+text-indentation 18: is indented by 0 and the next line by 1 blanks; " + cut
-               + "; 6 entries behind it are lost: DriverCarMaxFuelPct, Drivers, 0, ..." + noDriver);
+        << QStringList("+text-indentation 18: is indented by 0 and the next line by 1 spaces; "
+                       + cut + "; 6 entries after it are lost: DriverCarMaxFuelPct, Drivers, 0, ..."
+                       + noDriver);
     QTest::newRow("no blank behind the colon of the driver's name")
         << with("UserName: Test Driver", "UserName:")
-        << QStringList("+text-empty-section 21: holds nothing, so what follows lies inside it; 2 "
-                       "entries behind it are lost: TeamName, CarScreenName"
+        << QStringList("+text-empty-section 21: contains nothing, so what follows is read as part "
+                       "of it; 2 entries after it are lost: TeamName, CarScreenName"
                        + noDriver);
     for (const char *number : {"00", "0 ", " 0"})
         QTest::addRow("separator in the driver's name, player's car '%s'", number)
             << withDriver("Ann: Bee")
                    .replace("DriverCarIdx: 0", QByteArray("DriverCarIdx: ") + number)
-            << QStringList(
-                   "+text-separators 21: holds \": \" more than once; it is lost; 2 entries "
-                   "behind it are lost: TeamName, CarScreenName"
-                   + noDriver);
+            << QStringList("+text-separators 21: contains \": \" more than once, so it is lost; 2 "
+                           "entries after it are lost: TeamName, CarScreenName"
+                           + noDriver);
     QTest::newRow("another driver twice in front of the player's car")
-        << QByteArray("---\nDriverInfo:\n Drivers:\n - CarIdx: 0\n   UserName: A\n   UserName: B\n"
-                      " DriverCarIdx: 2\n...\n")
-        << QStringList({"-text-repeated 5: is replaced by a later entry of the same name",
-                        "+no-driver 7: the list of drivers has no car 2" + noDriver});
+        << QByteArray("---\nDriverInfo:\n Drivers:\n - CarIdx: 0\n   UserName: A\n   UserName: B\n "
+                      "DriverCarIdx: 2\n...\n")
+        << QStringList({"-text-repeated 5: is replaced by a later entry with the same name",
+                        "+no-driver 7: the list of drivers does not contain car 2" + noDriver});
     QTest::newRow("no line feed behind the driver's name")
         << plain.left(plain.indexOf("\n   TeamName"))
-        << QStringList("+text-last-line 21: has no line feed behind it and is not read" + noDriver);
+        << QStringList("+text-last-line 21: does not end with a line feed, so it is not read"
+                       + noDriver);
     QTest::newRow("tab behind a colon")
         << with("UserName: Test", "UserName:\tTest")
-        << QStringList("+text-tab 21: holds a tab where a blank belongs; it is lost; 2 entries "
-                       "behind it are lost: TeamName, CarScreenName"
+        << QStringList("+text-tab 21: contains a tab where a space belongs, so it is lost; 2 "
+                       "entries after it are lost: TeamName, CarScreenName"
                        + noDriver);
     QTest::newRow("list item of one line")
         << with(" - CarIdx: 0\n", " - CarIdx: 7\n - CarIdx: 0\n")
-        << QStringList("+text-short-item 20: is all of its list item, so what follows lies inside "
-                       "it; 4 entries behind it are lost: 0, UserName, TeamName, ..."
+        << QStringList("+text-short-item 20: is the only line of its list item, so what follows is "
+                       "read as part of it; 4 entries after it are lost: 0, UserName, TeamName, ..."
                        + noDriver);
     QTest::newRow("comment between entries")
         << with("   UserName", "# who\n   UserName")
-        << QStringList("+text-comment 21: is a comment, which opens an entry of its own; 3 entries "
-                       "behind it are lost: UserName, TeamName, CarScreenName"
+        << QStringList("+text-comment 21: is a comment, but is read as an entry; 3 entries after "
+                       "it are lost: UserName, TeamName, CarScreenName"
                        + noDriver);
     QTest::newRow("only blanks")
         << with("   TeamName", "  \n   TeamName")
-        << QStringList("-text-blanks 22: holds only blanks, which opens an entry without a name; 2 "
-                       "entries behind it are lost: TeamName, CarScreenName");
+        << QStringList("-text-blanks 22: contains only spaces, which are read as an entry without "
+                       "a name; 2 entries after it are lost: TeamName, CarScreenName");
     QTest::newRow("the same driver twice")
         << QByteArray(plain.chopped(5) + " - CarIdx: 0\n   UserName: Bee\n\n...\n")
-        << QStringList("-text-repeated 21: is replaced by a later entry of the same name");
-    QTest::newRow("two documents")
-        << QByteArray(plain + plain)
-        << QStringList("-text-document 26: is behind the end of the first document, which alone "
-                       "counts");
+        << QStringList("-text-repeated 21: is replaced by a later entry with the same name");
+    QTest::newRow("two documents") << QByteArray(plain + plain)
+                                   << QStringList("-text-document 26: comes after the end of the "
+                                                  "first document, and only that one is read");
     QTest::newRow("document marker in front of the drivers")
         << with("DriverInfo:", "---\nDriverInfo:")
-        << QStringList("+text-document 15: is behind the end of the first document, which alone "
-                       "counts"
+        << QStringList("+text-document 15: comes after the end of the first document, and only "
+                       "that one is read"
                        + noDriver);
     QTest::newRow("empty document in front of everything")
         << "---\n...\n" + plain
-        << QStringList("+text-document 3: is behind the end of the first document, which alone "
-                       "counts"
+        << QStringList("+text-document 3: comes after the end of the first document, and only that "
+                       "one is read"
                        + noDriver);
     QTest::newRow("end of a document in front of a value")
         << with("DriverInfo:", "...\nA: 1\nDriverInfo:")
-        << QStringList("+text-document 15: is behind the end of the first document, which alone "
-                       "counts"
+        << QStringList("+text-document 15: comes after the end of the first document, and only "
+                       "that one is read"
                        + noDriver);
     QTest::newRow("end of a document in front of a loss")
         << withDriver("Ann: Bee").replace("DriverInfo:", "...\nDriverInfo:")
-        << QStringList("+text-separators 22: holds \": \" more than once; it is lost; 2 entries "
-                       "behind it are lost: TeamName, CarScreenName"
+        << QStringList("+text-separators 22: contains \": \" more than once, so it is lost; 2 "
+                       "entries after it are lost: TeamName, CarScreenName"
                        + noDriver);
     QTest::newRow("end of a document behind a loss")
         << with("Test Field", "A: B").replace("DriverInfo:", "...\nDriverInfo:")
-        << QStringList("+text-separators 5: holds \": \" more than once; it is lost; 16 entries "
-                       "behind it are lost: SessionID, SubSessionID, SessionInfo, ..."
+        << QStringList("+text-separators 5: contains \": \" more than once, so it is lost; 16 "
+                       "entries after it are lost: SessionID, SubSessionID, SessionInfo, ..."
                        + noDriver);
     QTest::newRow("a document that replaces values of the first one")
-        << QByteArray(plain
-                      + "DriverInfo:\n DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n"
-                        "   UserName: Bee\n...\n")
-        << QStringList("-text-repeated 21: is replaced by a later entry of the same name");
+        << QByteArray(
+               plain
+               + "DriverInfo:\n DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n   UserName: Bee\n...\n")
+        << QStringList("-text-repeated 21: is replaced by a later entry with the same name");
     QTest::newRow("no final line feed")
         << plain.chopped(6)
-        << QStringList("-text-last-line 23: has no line feed behind it and is not read");
+        << QStringList("-text-last-line 23: does not end with a line feed, so it is not read");
     QTest::newRow("no first line")
         << plain.mid(4)
-        << QStringList("-text-first-line 1: is the first line, which is not read; it is lost; 5 "
-                       "entries behind it are lost: TrackName, TrackLength, TrackDisplayName, ...");
+        << QStringList("-text-first-line 1: is the first line, which is not read, so it is lost; 5 "
+                       "entries after it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("byte-order mark instead of the first line")
         << "\xef\xbb\xbf" + plain.mid(4)
-        << QStringList("-text-first-line 1: is the first line, which is not read; it is lost; 5 "
-                       "entries behind it are lost: TrackName, TrackLength, TrackDisplayName, ...");
+        << QStringList("-text-first-line 1: is the first line, which is not read, so it is lost; 5 "
+                       "entries after it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("a carriage return")
         << with("Test Team", "Test Team\r")
-        << QStringList("-text-carriage-return 22: ends in a carriage return, which stays in the "
-                       "name or value");
+        << QStringList("-text-carriage-return 22: ends with a carriage return, which becomes part "
+                       "of the name or value");
     QTest::newRow("indented too far in front of another item")
-        << QByteArray("---\nSessionInfo:\n Sessions:\n - SessionNum: 0\n      SessionLaps: 1\n"
-                      "      SessionType: Race\n - SessionNum: 1\n   SessionType: Race\n"
-                      "DriverInfo:\n DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n   UserName: Ann\n"
-                      "...\n")
-        << QStringList(
-               "-text-indentation 5: is indented by 6 blanks instead of 3; 2 entries behind "
-               "it are lost: 1, SessionType");
+        << QByteArray("---\nSessionInfo:\n Sessions:\n - SessionNum: 0\n      SessionLaps: 1\n     "
+                      " SessionType: Race\n - SessionNum: 1\n   SessionType: Race\nDriverInfo:\n "
+                      "DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n   UserName: Ann\n...\n")
+        << QStringList("-text-indentation 5: is indented by 6 spaces instead of 3; 2 entries after "
+                       "it are lost: 1, SessionType");
     QTest::newRow("one entry indented too far")
         << with(" TrackLength", "   TrackLength")
-        << QStringList("-text-indentation 4: is indented by 3 blanks instead of 1; 3 entries "
-                       "behind it are lost: TrackDisplayName, SessionID, SubSessionID");
+        << QStringList("-text-indentation 4: is indented by 3 spaces instead of 1; 3 entries after "
+                       "it are lost: TrackDisplayName, SessionID, SubSessionID");
     QTest::newRow("indented too far without a loss, and something else behind it")
         << with(" SubSessionID", "   SubSessionID").replace("Test Team", "A: B")
-        << QStringList("-text-separators 22: holds \": \" more than once; it is lost; the "
-                       "entry behind it is lost: CarScreenName");
+        << QStringList("-text-separators 22: contains \": \" more than once, so it is lost; the "
+                       "entry after it is lost: CarScreenName");
     QTest::newRow("two blanks a level")
-        << QByteArray("---\nA:\n  B:\n    C: 1\n  D: 2\nDriverInfo:\n DriverCarIdx: 0\n Drivers:\n"
-                      " - CarIdx: 0\n   UserName: Ann\n...\n")
-        << QStringList("-text-indentation 5: is indented by 2 blanks instead of 1; it is lost");
+        << QByteArray("---\nA:\n  B:\n    C: 1\n  D: 2\nDriverInfo:\n DriverCarIdx: 0\n Drivers:\n "
+                      "- CarIdx: 0\n   UserName: Ann\n...\n")
+        << QStringList("-text-indentation 5: is indented by 2 spaces instead of 1, so it is lost");
 }
 
 void tst_SessionInfoInspection::namesTheLine()
@@ -324,12 +321,12 @@ void tst_SessionInfoInspection::nobodyInThePlayersCar_data()
     for (const char *index : {"", "three", "-1", "64", "2147483648", "0.0", "%1"})
         QTest::addRow("player's car %s", index)
             << with("DriverCarIdx: 0", QByteArray("DriverCarIdx: ") + index) << 15
-            << QStringLiteral("DriverCarIdx is \"%1\", which is no car (0 to 63)")
+            << QStringLiteral("DriverCarIdx is \"%1\", which is not the number of a car (0 to 63)")
                    .arg(QLatin1String(index));
-    QTest::newRow("another player's car")
-        << with("DriverCarIdx: 0", "DriverCarIdx: 1") << 15 << "the list of drivers has no car 1";
+    QTest::newRow("another player's car") << with("DriverCarIdx: 0", "DriverCarIdx: 1") << 15
+                                          << "the list of drivers does not contain car 1";
     QTest::newRow("empty list of drivers") << plain.left(plain.indexOf(" - CarIdx")) + "\n...\n"
-                                           << 15 << "the list of drivers has no car 0";
+                                           << 15 << "the list of drivers does not contain car 0";
     QTest::newRow("no name") << with("   UserName: Test Driver\n", "") << 20
                              << "the driver of car 0 has no UserName";
     QTest::newRow("empty name") << withDriver("") << 21 << "the driver of car 0 has no UserName";
@@ -344,7 +341,7 @@ void tst_SessionInfoInspection::nobodyInThePlayersCar()
     QCOMPARE(findings.size(), 1);
     const Finding &finding = findings.constFirst();
     QCOMPARE(finding.line, line);
-    QCOMPARE(finding.kind, QStringLiteral("no-driver"));
+    QVERIFY(finding.kind == FindingKind::NoDriver);
     QCOMPARE(finding.lost, QStringLiteral("all laps"));
     QCOMPARE(finding.text, QString(reason % noDriver));
 }

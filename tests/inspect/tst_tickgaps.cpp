@@ -61,28 +61,28 @@ void tst_TickGaps::finds_data()
     QTest::newRow("standing still for a while") << QVector<double>{5, 5, 5, 5.1} << QStringList();
     QTest::newRow("standing still")
         << QVector<double>{5, 5, 5}
-        << QStringList("the time stands still between record 1, at 5 s, and the next one, at 5 s; "
-                       "there are 2 such places");
+        << QStringList("the time does not advance between record 1, at 5 s, and the next one, at 5 "
+                       "s; there are 2 such places");
     QTest::newRow("gap")
         << QVector<double>{5, 5.1, 9, 9.1}
         << QStringList("38 ticks are missing between record 2, at 5.1 s, and the next one, at 9 s");
     QTest::newRow("one tick")
         << QVector<double>{5, 5.1, 5.3}
         << QStringList("a tick is missing between record 2, at 5.1 s, and the next one, at 5.3 s");
-    QTest::newRow("two gaps")
-        << QVector<double>{5, 6, 6.1, 8.1}
-        << QStringList("9 ticks are missing between record 1, at 5 s, and the next one, at 6 s; "
-                       "there are 2 such places, 3 s in all");
+    QTest::newRow("two gaps") << QVector<double>{5, 6, 6.1, 8.1}
+                              << QStringList(
+                                     "9 ticks are missing between record 1, at 5 s, and the next "
+                                     "one, at 6 s; there are 2 such places, 3 s in total");
     QTest::newRow("backwards")
         << QVector<double>{5, 5.1, 4, 4.1}
-        << QStringList("the time runs backwards between record 2, at 5.1 s, and the next one, at 4 "
-                       "s");
+        << QStringList(
+               "the time goes backwards between record 2, at 5.1 s, and the next one, at 4 s");
     QTest::newRow("not a number") << QVector<double>{
         5, nan, 9,
-        9.1} << QStringList("1 of 4 records have no usable time, the first one is record 2");
+        9.1} << QStringList("1 of 4 records have no usable time; the first of them is record 2");
     QTest::newRow("times of no session")
         << QVector<double>{5, 5.1, 1e300, -1e10, 5.2}
-        << QStringList("2 of 5 records have no usable time, the first one is record 3");
+        << QStringList("2 of 5 records have no usable time; the first of them is record 3");
 }
 
 void tst_TickGaps::finds()
@@ -96,7 +96,7 @@ void tst_TickGaps::finds()
         recording.set("SessionTime", time).ticks(1);
     QStringList found;
     for (const Finding &finding : watched(recording)) {
-        QVERIFY(finding.severity == Finding::Severity::Remark);
+        QVERIFY(!finding.isDamage());
         const qint64 into =
             finding.offset.value_or(-1) - recording.sectionOffset(Recording::Records);
         QVERIFY(into > 0 && into % recording.recordSize() == 0);
@@ -119,8 +119,7 @@ void tst_TickGaps::rates_data()
     QTest::addColumn<int>("rate");
     QTest::addColumn<int>("records"); // a tenth of a second apart
     QTest::addColumn<QStringList>("texts");
-    const QString none =
-        QStringLiteral("%1 ticks a second are no rate, so nothing tells whether ticks are missing");
+    const QString none = QStringLiteral("the tick rate is %1, so missing ticks cannot be detected");
     QTest::newRow("0") << 0 << 3 << QStringList(none.arg(0));
     QTest::newRow("below 0") << -60 << 2 << QStringList(none.arg(-60));
     QTest::newRow("0, nothing to miss") << 0 << 1 << QStringList();
@@ -128,13 +127,13 @@ void tst_TickGaps::rates_data()
     QTest::newRow("fits nearly") << 13 << 20 << QStringList();
     QTest::newRow("too high")
         << 60 << 20
-        << QStringList("60 ticks a second do not fit the records, which are 0.1 s apart");
+        << QStringList("the tick rate is 60 per second, but the records are 0.1 s apart");
     QTest::newRow("too low")
-        << 1 << 20 << QStringList("1 ticks a second do not fit the records, which are 0.1 s apart");
+        << 1 << 20 << QStringList("the tick rate is 1 per second, but the records are 0.1 s apart");
     QTest::newRow("too high, of few records")
         << 60 << 3
         << QStringList("5 ticks are missing between record 1, at 0 s, and the next one, at 0.1 s; "
-                       "there are 2 such places, 0.2 s in all");
+                       "there are 2 such places, 0.2 s in total");
 }
 
 void tst_TickGaps::rates()
@@ -149,9 +148,9 @@ void tst_TickGaps::rates()
         recording.set("SessionTime", 0.1 * i).ticks(1);
     QStringList found;
     for (const Finding &finding : watched(recording)) {
-        QVERIFY(finding.severity == Finding::Severity::Remark);
+        QVERIFY(!finding.isDamage());
         found.append(finding.text);
-        if (finding.kind != QLatin1String("tick-rate"))
+        if (finding.kind != FindingKind::TickRate)
             continue;
         qint32 there = 0;
         std::memcpy(&there, recording.bytes().constData() + finding.offset.value_or(0),

@@ -54,44 +54,43 @@ void tst_VariableInspection::finds_data()
     QTest::newRow("sound") << at(56) << none << none;
     QTest::newRow("array") << at(48, irsdk_float, 3) << none << none;
     QTest::newRow("one byte outside")
-        << at(57) << "takes bytes 57 to 60 of records of 60 bytes" << lost;
-    QTest::newRow("outside") << at(60) << "takes bytes 60 to 63 of records of 60 bytes" << lost;
+        << at(57) << "needs bytes 57 to 60 of a record of 60 bytes" << lost;
+    QTest::newRow("outside") << at(60) << "needs bytes 60 to 63 of a record of 60 bytes" << lost;
     QTest::newRow("far outside") << at(2147483647, irsdk_double)
-                                 << "takes bytes 2147483647 to 2147483654 of records of 60 bytes"
+                                 << "needs bytes 2147483647 to 2147483654 of a record of 60 bytes"
                                  << lost;
-    QTest::newRow("in front") << at(-4) << "takes bytes -4 to -1 of records of 60 bytes" << lost;
+    QTest::newRow("in front") << at(-4) << "needs bytes -4 to -1 of a record of 60 bytes" << lost;
     QTest::newRow("partly in front")
-        << at(-1) << "takes bytes -1 to 2 of records of 60 bytes" << lost;
+        << at(-1) << "needs bytes -1 to 2 of a record of 60 bytes" << lost;
     QTest::newRow("last element outside")
-        << at(52, irsdk_float, 3) << "takes bytes 52 to 63 of records of 60 bytes" << lost;
+        << at(52, irsdk_float, 3) << "needs bytes 52 to 63 of a record of 60 bytes" << lost;
     QTest::newRow("first element outside")
-        << at(-4, irsdk_float, 2) << "takes bytes -4 to 3 of records of 60 bytes" << none;
+        << at(-4, irsdk_float, 2) << "needs bytes -4 to 3 of a record of 60 bytes" << none;
     QTest::newRow("more elements than any record")
-        << at(0, irsdk_double, 2147483647) << "takes bytes 0 to 17179869175 of records of 60 bytes"
+        << at(0, irsdk_double, 2147483647) << "needs bytes 0 to 17179869175 of a record of 60 bytes"
         << lost;
     QTest::newRow("text beyond the record") << at(59, irsdk_char, 100) << none << none;
     QTest::newRow("text outside") << at(60, irsdk_char, 100)
-                                  << "takes byte 60 of records of 60 bytes" << lost;
+                                  << "needs byte 60 of a record of 60 bytes" << lost;
     QTest::newRow("text of no characters") << at(0, irsdk_char, 0) << none << none;
     QTest::newRow("no elements") << at(0, irsdk_float, 0) << "has 0 elements" << lost;
     QTest::newRow("fewer than no elements") << at(0, irsdk_int, -2) << "has -2 elements" << lost;
     for (const qint32 type : {-1, 6, 1000000})
         QTest::addRow("type %d", type)
             << at(0, type)
-            << QStringLiteral(
-                   "is of type %1, which is not known; its channel repeats what was read "
-                   "in front of it, or zeros")
+            << QStringLiteral("has the unknown type %1; its channel repeats the value that was "
+                              "read before it, or zeros")
                    .arg(type)
             << lost;
     QTest::newRow("no name") << RecordingVariable{"", irsdk_bool, "", "", 1, 50} << "has no name"
                              << none;
     QTest::newRow("a name that fills its field")
         << RecordingVariable{QByteArray(32, 'x'), irsdk_bool, "", "", 1, 60}
-        << "takes byte 60 of records of 60 bytes"
+        << "needs byte 60 of a record of 60 bytes"
         << QString(QLatin1String("channel ") % QString(32, QLatin1Char('x')));
     QTest::newRow("a name that a terminal would obey")
         << RecordingVariable{"a\x1b[2J", irsdk_bool, "", "", 1, 60}
-        << "takes byte 60 of records of 60 bytes" << QStringLiteral("channel a\x1b[2j");
+        << "needs byte 60 of a record of 60 bytes" << QStringLiteral("channel a\x1b[2j");
 }
 
 void tst_VariableInspection::finds()
@@ -109,7 +108,7 @@ void tst_VariableInspection::finds()
     const Finding &finding = findings.constFirst();
     QCOMPARE(finding.text, text);
     QCOMPARE(finding.lost, lost);
-    QCOMPARE(finding.severity == Finding::Severity::Damage, !lost.isEmpty());
+    QCOMPARE(finding.isDamage(), !lost.isEmpty());
 }
 
 void tst_VariableInspection::missingVariables_data()
@@ -139,7 +138,7 @@ void tst_VariableInspection::missingVariables()
     QCOMPARE(findings.size(), lost.isEmpty() ? 0 : 1);
     if (lost.isEmpty())
         return;
-    QCOMPARE(findings.constFirst().kind, QStringLiteral("missing-variable"));
+    QVERIFY(findings.constFirst().kind == FindingKind::MissingVariable);
     QCOMPARE(findings.constFirst().variable, QString::fromLatin1(name));
     QCOMPARE(findings.constFirst().lost, lost);
 }
@@ -167,7 +166,7 @@ void tst_VariableInspection::unusableVariables()
         inspected(Recording().withVariable(name.constData(), &irsdk_varHeader::offset, 1000));
     QCOMPARE(findings.size(), 1);
     const Finding &finding = findings.constFirst();
-    QCOMPARE(finding.kind, QStringLiteral("variable"));
+    QVERIFY(finding.kind == FindingKind::Variable);
     QCOMPARE(finding.lost, lost.isEmpty() ? QStringLiteral("channel fuellevel") : lost);
     QCOMPARE(finding.text.contains(QLatin1String("; ")), !lost.isEmpty());
 }
@@ -205,7 +204,7 @@ void tst_VariableInspection::equalNames()
     recording.variable(later).recordSize(60);
     QStringList found;
     for (const Finding &finding : inspected(recording)) {
-        if (!finding.lost.isEmpty() && finding.kind != QLatin1String("shared-bytes"))
+        if (!finding.lost.isEmpty() && finding.kind != FindingKind::SharedBytes)
             found.append(finding.lost);
     }
     QCOMPARE(found, lost);
@@ -218,7 +217,7 @@ void tst_VariableInspection::replacedVariableMayBeBroken()
     recording.variable({"Odd", irsdk_float, "", "", 0, 50}).variable({"ODD", irsdk_float});
     const QVector<Finding> findings = inspected(recording);
     QCOMPARE(findings.size(), 1);
-    QCOMPARE(findings.constFirst().kind, QStringLiteral("equal-names"));
+    QVERIFY(findings.constFirst().kind == FindingKind::EqualNames);
     QCOMPARE(findings.constFirst().lost, QStringLiteral("an earlier variable odd"));
 }
 
@@ -263,7 +262,7 @@ void tst_VariableInspection::sharedBytes()
         return;
     QCOMPARE(findings.constFirst().place(), place);
     QCOMPARE(findings.constFirst().text, text);
-    QVERIFY(findings.constFirst().severity == Finding::Severity::Remark);
+    QVERIFY(!findings.constFirst().isDamage());
 }
 
 void tst_VariableInspection::placeOfAFinding()
@@ -274,7 +273,7 @@ void tst_VariableInspection::placeOfAFinding()
     const QVector<Finding> findings = inspected(recording);
     QCOMPARE(findings.size(), 1);
     const Finding &finding = findings.constFirst();
-    QCOMPARE(finding.kind, QStringLiteral("equal-names"));
+    QVERIFY(finding.kind == FindingKind::EqualNames);
     QCOMPARE(finding.variable, QStringLiteral("Speed"));
     QCOMPARE(finding.offset.value_or(-1),
              qint64(recording.sectionOffset(Recording::Table) + 10 * Recording::VariableSize));

@@ -264,11 +264,11 @@ void tst_ZepimportCheck::saysWhyNothingIsLeft_data()
 
     Recording parked;
     parked.sessionInfo(Recording::plainSessionInfo()).set("LapDistPct", 0.5);
-    QTest::newRow("never driven") << parked.ticks(10).bytes()
-                                  << QStringLiteral(
-                                         "odd.ibt: complete with remarks, 1 lap\n"
-                                         "  no lap of the car begins, so the only lap is empty\n")
-                                  << 0;
+    QTest::newRow("never driven")
+        << parked.ticks(10).bytes()
+        << QStringLiteral("odd.ibt: complete with remarks, 1 lap\n"
+                          "  no lap of the player's car begins, so the only lap is empty\n")
+        << 0;
     QTest::newRow("out of proportion")
         << hostileKind("a lap every other tick").make(3 * 1024 * 1024)
         << QStringLiteral("odd.ibt: damaged, lost: everything\n") << 1;
@@ -290,7 +290,7 @@ void tst_ZepimportCheck::saysWhyNothingIsLeft()
     QCOMPARE(outcome.exitCode, exitCode);
     QVERIFY2(outcome.output.startsWith(output), qPrintable(outcome.output));
     QCOMPARE(outcome.output.contains(QLatin1String(
-                 "its laps would take more than 256 MB and more than 64 bytes for each byte")),
+                 "its laps would need more than 256 MB and more than 64 bytes for each byte")),
              output.contains(QLatin1String("everything")));
 }
 
