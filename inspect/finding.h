@@ -12,7 +12,7 @@
 /// printable.
 struct Finding {
     enum class Severity {
-        Remark, ///< every sample of the file is imported all the same
+        Remark, ///< every sample of the file is imported nevertheless
         Damage, ///< something of the file does not reach the laps
     };
 

@@ -11,8 +11,7 @@ struct KindText {
 };
 
 constexpr KindText KindTexts[] = {
-    {FindingKind::Header, "header",
-     "the file ends before its headers do, so everything is lost"},
+    {FindingKind::Header, "header", "the file ends before its headers do, so everything is lost"},
     {FindingKind::Claim, "claim",
      "the session info or the variable table does not lie in the file, or has a negative length "
      "or offset, so everything is lost"},
@@ -51,8 +50,7 @@ constexpr KindText KindTexts[] = {
     {FindingKind::TextNoEntry, "text-no-entry",
      "a line is not an entry, as after a line break in a value"},
     {FindingKind::TextTab, "text-tab", "a line contains a tab where a space belongs"},
-    {FindingKind::TextCarriageReturn, "text-carriage-return",
-     "a line ends with a carriage return"},
+    {FindingKind::TextCarriageReturn, "text-carriage-return", "a line ends with a carriage return"},
     {FindingKind::TextBlanks, "text-blanks", "a line contains only spaces"},
     {FindingKind::TextComment, "text-comment", "a line is a comment"},
     {FindingKind::TextIndentation, "text-indentation",
@@ -75,8 +73,7 @@ constexpr KindText KindTexts[] = {
     {FindingKind::NoDriver, "no-driver",
      "nobody is in the player's car, although every line is found; the finding has the line of the "
      "car or its driver, if there is one"},
-    {FindingKind::NoLap, "no-lap",
-     "no lap of the player's car begins, so the only lap is empty"},
+    {FindingKind::NoLap, "no-lap", "no lap of the player's car begins, so the only lap is empty"},
     {FindingKind::TooLarge, "too-large",
      "the recording is refused because its laps would be out of all proportion, or need more "
      "memory than is available"},

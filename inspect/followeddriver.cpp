@@ -1,7 +1,6 @@
 #include "inspect/followeddriver.h"
 
 #include "inspect/infoindentation.h"
-#include "inspect/infoline.h"
 #include "yaml/yamltree.h"
 
 namespace {
@@ -27,19 +26,19 @@ void FollowedDriver::find(const TYamlTree &tree)
         m_reason = QStringLiteral("DriverInfo has no DriverCarIdx");
         return;
     }
-    setCar(number);
-    if (*m_car < 0) {
+    setCarIdx(number);
+    if (*m_carIdx < 0) {
         m_reason = QLatin1String("DriverCarIdx is ") % quotedLine(number)
             % QStringLiteral(", which is not the number of a car (0 to %1)").arg(Cars - 1);
         return;
     }
     const TStringTree *driver =
-        driverInfo->pathSub(Drivers % QLatin1Char('/') % QString::number(*m_car));
+        driverInfo->pathSub(Drivers % QLatin1Char('/') % QString::number(*m_carIdx));
     m_isListed = driver != nullptr;
     if (!driver)
-        m_reason = QStringLiteral("the list of drivers does not contain car %1").arg(*m_car);
+        m_reason = QStringLiteral("the list of drivers does not contain car %1").arg(*m_carIdx);
     else if (driver->value(UserName).isEmpty())
-        m_reason = QStringLiteral("the driver of car %1 has no UserName").arg(*m_car);
+        m_reason = QStringLiteral("the driver of car %1 has no UserName").arg(*m_carIdx);
 }
 
 bool FollowedDriver::needs(const InfoIndentation &levels, const InfoLine &line) const
@@ -53,21 +52,20 @@ bool FollowedDriver::needs(const InfoIndentation &levels, const InfoLine &line) 
     if (levels.at(1).name != Drivers)
         return false;
     if (levels.size() == 2)
-        return line.kind == InfoLine::Kind::Item && isPlayers(line.name);
-    return levels.size() == 3 && line.name == UserName && isPlayers(levels.at(2).name);
+        return line.kind == InfoLine::Kind::Item && isPlayersCar(line.name);
+    return levels.size() == 3 && line.name == UserName && isPlayersCar(levels.at(2).name);
 }
 
-void FollowedDriver::read(const InfoIndentation &levels, const InfoLine &line, int number,
-                          qint64 offset)
+void FollowedDriver::read(const InfoIndentation &levels, const InfoLine &line,
+                          const InfoPlace &place)
 {
     if (levels.isEmpty() || !needs(levels, line))
         return;
-    const Place place{number, offset};
     if (line.name == UserName || (levels.size() == 2 && !m_driverPlace)) {
         m_driverPlace = place;
     } else if (line.name == DriverCarIdx) {
         m_carPlace = place;
-        setCar(line.value);
+        setCarIdx(line.value);
     }
 }
 
@@ -79,22 +77,23 @@ void FollowedDriver::addLoss(Finding *finding)
 
 Finding FollowedDriver::finding(qint64 offset) const
 {
-    const Place place = (m_isListed ? m_driverPlace : m_carPlace).value_or(Place{0, offset});
+    const InfoPlace place =
+        (m_isListed ? m_driverPlace : m_carPlace).value_or(InfoPlace{0, offset});
     Finding finding(FindingKind::NoDriver, m_reason);
-    finding.at(place.offset).inLine(place.line, QString());
+    finding.at(place.offset).inLine(place.number, QString());
     addLoss(&finding);
     return finding;
 }
 
 /// As the reader of the laps understands \a number.
-void FollowedDriver::setCar(const QString &number)
+void FollowedDriver::setCarIdx(const QString &number)
 {
     bool isNumber = false;
-    const int car = number.toInt(&isNumber);
-    m_car = isNumber && car >= 0 && car < Cars ? car : -1;
+    const int carIdx = number.toInt(&isNumber);
+    m_carIdx = isNumber && carIdx >= 0 && carIdx < Cars ? carIdx : -1;
 }
 
-bool FollowedDriver::isPlayers(const QString &car) const
+bool FollowedDriver::isPlayersCar(const QString &carIdx) const
 {
-    return !m_car || (*m_car >= 0 && car == QString::number(*m_car));
+    return !m_carIdx || (*m_carIdx >= 0 && carIdx == QString::number(*m_carIdx));
 }

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "inspect/finding.h"
+#include "inspect/infoline.h"
 
 #include <QString>
 
 #include <optional>
 
 class InfoIndentation;
-struct InfoLine;
 class TYamlTree;
 
-/// The driver of the player's car, without whom no lap is followed: why a session info has none,
-/// and which of its lines are about that.
+/// The driver whose laps are followed, which is the one of the player's car: why a session info has
+/// none, and which of its lines are about that.
 class FollowedDriver
 {
 public:
@@ -21,30 +21,26 @@ public:
     /// Whether the tree has nobody in the player's car.
     bool isMissing() const { return !m_reason.isEmpty(); }
 
-    /// Whether nobody is found without \a line, a part of \a levels.
+    /// Whether the driver is not found without \a line, which belongs to \a levels.
     bool needs(const InfoIndentation &levels, const InfoLine &line) const;
 
-    /// Learns from \a line, the one with the \a number, at \a offset of the file.
-    void read(const InfoIndentation &levels, const InfoLine &line, int number, qint64 offset);
+    /// Remembers \a line if it is about the driver.
+    void read(const InfoIndentation &levels, const InfoLine &line, const InfoPlace &place);
 
-    /// Adds to \a finding that all laps are lost with the driver.
+    /// Adds to \a finding that all laps are lost, because the driver is.
     static void addLoss(Finding *finding);
 
     /// Why the driver is missing, in a text at \a offset of the file.
     Finding finding(qint64 offset) const;
 
 private:
-    struct Place {
-        int line = 0;
-        qint64 offset = 0;
-    };
-
-    void setCar(const QString &number);
-    bool isPlayers(const QString &car) const;
+    void setCarIdx(const QString &number);
+    bool isPlayersCar(const QString &carIdx) const;
 
     QString m_reason; ///< empty if somebody is there
     bool m_isListed = false; ///< the player's car is in the list of drivers
-    std::optional<int> m_car; ///< -1 if it is no car, unset if nothing tells
-    std::optional<Place> m_carPlace; ///< tells the player's car
-    std::optional<Place> m_driverPlace; ///< tells the driver's name, or begins the entry of the car
+    std::optional<int> m_carIdx; ///< -1 if it is not a car, unset if there is no line for it
+    std::optional<InfoPlace> m_carPlace; ///< has the number of the player's car
+    std::optional<InfoPlace>
+        m_driverPlace; ///< has the driver's name, or begins the entry of the car
 };

@@ -5,13 +5,6 @@
 
 #include <QString>
 
-/// A line of a session info as the file has it, and where.
-struct InfoPlace {
-    int number = 0; ///< from 1
-    qint64 offset = 0; ///< of the line in the file, in bytes
-    QString text;
-};
-
 /// A line that is to blame if something is lost, and why.
 struct InfoBlame {
     InfoPlace place;

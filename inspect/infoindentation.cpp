@@ -30,12 +30,12 @@ int columnIn(const Levels &levels, const InfoLine &line)
 
 } // namespace
 
-bool InfoIndentation::isPart(const InfoLine &line, const InfoLine &front)
+bool InfoIndentation::isPart(const InfoLine &line, const InfoLine &before)
 {
-    return line.column == columnIn({{front.column, false, front.name, nullptr}}, line);
+    return line.column == columnIn({{before.column, false, before.name, nullptr}}, line);
 }
 
-bool InfoIndentation::holds(const InfoLine &line) const
+bool InfoIndentation::canContain(const InfoLine &line) const
 {
     return countOpen(m_levels, line) == m_levels.size();
 }

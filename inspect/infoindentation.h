@@ -6,7 +6,7 @@
 
 class TStringTree;
 
-/// The sections and list items that a line of a session info belongs to, as its indentation tells.
+/// The sections and list items that a line of a session info belongs to, by its indentation.
 class InfoIndentation
 {
 public:
@@ -14,12 +14,12 @@ public:
         int column;
         bool isItem;
         QString name;
-        const TStringTree *node; ///< null if the tree has none
+        const TStringTree *node; ///< that the reader opened for it; null if it did not
     };
     enum class Place {
         Expected, ///< indented as it should be
-        Odd, ///< not so
-        Resumed, ///< so only if the values in front, which are less indented, ended nothing
+        Odd, ///< indented in another way
+        Resumed, ///< as expected only if the less indented values before it ended nothing
     };
 
     bool isEmpty() const { return m_levels.isEmpty(); }
@@ -27,16 +27,17 @@ public:
     const Level &at(int index) const { return m_levels.at(index); }
     const Level &last() const { return m_levels.last(); }
 
-    /// Whether \a line is indented as a part of the section \a front, the entry in front of it.
-    static bool isPart(const InfoLine &line, const InfoLine &front);
+    /// Whether \a line is indented as a part of the section \a before, the entry before it.
+    static bool isPart(const InfoLine &line, const InfoLine &before);
 
     /// Whether \a line may belong to the last level.
-    bool holds(const InfoLine &line) const;
+    bool canContain(const InfoLine &line) const;
 
     /// Leaves the levels that \a line does not belong to.
     Place enter(const InfoLine &line);
 
-    /// Adds what the lines behind \a line may belong to, \a node of the tree.
+    /// Adds a level for \a line, to which the lines after it may belong. The reader opened \a node
+    /// for it, or null.
     void open(const InfoLine &line, const TStringTree *node);
 
     /// Column of \a line as a part of the last level.
@@ -46,5 +47,5 @@ private:
     bool resume(const InfoLine &line);
 
     QVector<Level> m_levels;
-    QVector<Level> m_left; ///< by the values in front, outermost first
+    QVector<Level> m_left; ///< by the values before, outermost first
 };

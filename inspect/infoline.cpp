@@ -2,7 +2,7 @@
 
 namespace {
 
-QString withoutBlanks(QString text)
+QString withoutSpaces(QString text)
 {
     return text.remove(QLatin1Char(' '));
 }
@@ -38,7 +38,7 @@ InfoLine::InfoLine(const QString &text)
     }
 
     const QString content = line.mid(column);
-    const bool hasDash = content.startsWith(QLatin1Char('-')); // a blank behind it may be missing
+    const bool hasDash = content.startsWith(QLatin1Char('-')); // the space after it may be missing
     int keyEnd = content.indexOf(separator);
     const int tabbed = content.indexOf(QLatin1String(":\t"));
     if (keyEnd < 0 && tabbed > 0) {
@@ -53,11 +53,11 @@ InfoLine::InfoLine(const QString &text)
     } else if (keyEnd > 0) {
         kind = hasDash ? Kind::Item : Kind::Value;
         value = content.mid(keyEnd + separator.size());
-        name = withoutBlanks(hasDash ? value : content.left(keyEnd));
+        name = withoutSpaces(hasDash ? value : content.left(keyEnd));
     } else if (!content.startsWith(QLatin1String("- ")) && content.size() > 1
                && content.endsWith(QLatin1Char(':'))) {
         kind = Kind::Section;
-        name = withoutBlanks(content.chopped(1));
+        name = withoutSpaces(content.chopped(1));
     } else {
         oddity = Oddity::NoEntry;
     }

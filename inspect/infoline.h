@@ -6,7 +6,7 @@
 struct InfoLine {
     enum class Kind {
         Blank, ///< nothing at all
-        Section, ///< "Key:"; what it holds is indented
+        Section, ///< "Key:"; what it contains is indented
         Value, ///< "Key: value"
         Item, ///< "- Key: value", the first line of a list item
         Other, ///< no entry
@@ -16,11 +16,11 @@ struct InfoLine {
     enum class Oddity {
         None,
         Separators, ///< ": " more than once
-        Tab, ///< a tab where a blank belongs
+        Tab, ///< a tab where a space belongs
         CarriageReturn, ///< at the end
-        Blanks, ///< and nothing else
+        Blanks, ///< only spaces and tabs
         Comment,
-        NoEntry, ///< neither key nor value
+        NoEntry, ///< neither a key nor a value
     };
 
     explicit InfoLine(const QString &text);
@@ -33,8 +33,15 @@ struct InfoLine {
     Kind kind = Kind::Other;
     Oddity oddity = Oddity::None;
     int column = 0; ///< of the key or the dash, from 0
-    QString name; ///< the key without blanks; of an item, its value without blanks
-    QString value; ///< of a value, as it stands
+    QString name; ///< the key without spaces; for an item, its value without spaces
+    QString value; ///< for a value, as it is written
+};
+
+/// A line of a session info as it is in the file, and where.
+struct InfoPlace {
+    int number = 0; ///< from 1; 0 for no line
+    qint64 offset = 0; ///< of the line in the file, in bytes
+    QString text{};
 };
 
 /// \a text in quotation marks, shortened, with escapes for what does not print.

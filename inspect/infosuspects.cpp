@@ -50,14 +50,14 @@ void InfoSuspects::suspectLevels(const InfoLine &line, InfoIndentation *levels)
         m_suspect =
             blameBefore(FindingKind::TextSectionBlank,
                         QStringLiteral("is read as a value because of the space after its colon"));
-    } else if (m_before->line.kind != Kind::Value && !levels->holds(line)) {
+    } else if (m_before->line.kind != Kind::Value && !levels->canContain(line)) {
         m_suspect = m_before->line.kind == Kind::Item
             ? blameBefore(FindingKind::TextShortItem,
                           QStringLiteral("is the only line of its list item, so what follows is "
                                          "read as part of it"))
             : blameBefore(
-                  FindingKind::TextEmptySection,
-                  QStringLiteral("contains nothing, so what follows is read as part of it"));
+                FindingKind::TextEmptySection,
+                QStringLiteral("contains nothing, so what follows is read as part of it"));
         m_suspect->leadsToDriver = m_before->leadsToDriver;
     }
 }

@@ -282,7 +282,7 @@ void RecordingInspection::addRest(const irsdk_header &header, qint64 counted, qi
                        .needs(header.bufLen, rest));
 }
 
-/// No record is missing; \a counted may be another number all the same.
+/// No record is missing, but \a counted may still be another number.
 void RecordingInspection::checkRecordCount(qint64 counted)
 {
     QString text;

@@ -169,7 +169,7 @@ void Inspection::readOther(const InfoLine &line)
 void Inspection::readEntry(const InfoLine &line, const Filing &filing)
 {
     m_suspects.enter(line, m_place, &m_levels);
-    m_driver.read(m_levels, line, m_place.number, m_place.offset);
+    m_driver.read(m_levels, line, m_place);
     const Fate fate = fateOf(line, filing);
     if (fate == Fate::Found) {
         m_losses.report();

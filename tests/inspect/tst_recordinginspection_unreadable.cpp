@@ -59,7 +59,7 @@ void tst_RecordingInspectionUnreadable::finds_data()
                              << "everything";
     QTest::newRow("no records") << long(recording.sectionOffset(Recording::Records)) << true
                                 << "20000 of 20000 records";
-    // A block of 256 KB holds 5698 of 46 bytes.
+    // A block of 256 KB contains 5698 records of 46 bytes.
     QTest::newRow("a block of records") << long(recording.sectionOffset(Recording::Records) + 1)
                                         << true << "14302 of 20000 records";
 }

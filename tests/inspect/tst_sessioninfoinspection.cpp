@@ -1,4 +1,4 @@
-// Which line of a session info is named for what, and what it costs.
+// Which line of a session info is blamed for what, and what is lost by it.
 
 #include "inspect/findinglist.h"
 #include "inspect/sessioninfoinspection.h"

@@ -46,7 +46,7 @@ void tst_VariableInspection::finds_data()
     QTest::addColumn<QString>("lost");
     const QString none;
     const QString lost = QStringLiteral("channel odd");
-    // The variables in front of it take 46 bytes of the record's 60.
+    // The variables before it use 46 bytes of the record's 60.
     const auto at = [](qint32 offset, qint32 type = irsdk_float, qint32 count = 1) {
         return RecordingVariable{"Odd", type, "", "", count, offset};
     };
@@ -226,7 +226,7 @@ void tst_VariableInspection::sharedBytes_data()
     QTest::addColumn<RecordingVariable>("variable");
     QTest::addColumn<QString>("place");
     QTest::addColumn<QString>("text");
-    // "Wide" takes bytes 50 to 57 of the record's 70.
+    // "Wide" uses bytes 50 to 57 of the record's 70.
     const auto at = [](qint32 offset, qint32 type = irsdk_float, qint32 count = 1) {
         return RecordingVariable{"Odd", type, "", "", count, offset};
     };

@@ -45,7 +45,7 @@ void tst_YamlLineReader::node_data()
     QTest::newRow("empty line") << QStringList{"A:", " B: 1", ""} << "/A";
     QTest::newRow("back at the root") << QStringList{"A:", " B: 1", "C: 1"} << "";
     QTest::newRow("end of a document") << QStringList{"A:", " B: 1", "..."} << "/..";
-    QTest::newRow("key after it") << QStringList{"A:", " B: 1", "...", "B:"} << "/B";
+    QTest::newRow("key behind it") << QStringList{"A:", " B: 1", "...", "B:"} << "/B";
     QTest::newRow("value behind it") << QStringList{"A:", " B: 1", "...", "B: 1"} << "/..";
     QTest::newRow("key behind a document marker")
         << QStringList{"A:", " B: 1", "---", "B:"} << "/A/B";
