@@ -14,7 +14,7 @@ public:
         int column;
         bool isItem;
         QString name;
-        const TStringTree *node; ///< that the reader opened for it; null if it did not
+        const TStringTree *node; ///< of the tree, where it belongs; null if there is none
     };
     enum class Place {
         Expected, ///< indented as it should be
@@ -36,8 +36,8 @@ public:
     /// Leaves the levels that \a line does not belong to.
     Place enter(const InfoLine &line);
 
-    /// Adds a level for \a line, to which the lines after it may belong. The reader opened \a node
-    /// for it, or null.
+    /// Adds a level for \a line, to which the lines after it may belong. The tree
+    /// has \a node for it, or null.
     void open(const InfoLine &line, const TStringTree *node);
 
     /// Column of \a line as a part of the last level.

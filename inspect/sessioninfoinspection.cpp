@@ -36,8 +36,9 @@ private:
     };
     /// What became of an entry.
     enum class Fate {
-        Found, ///< where it belongs
-        Replaced, ///< by a later one of the same name
+        Found, ///< filed where it belongs
+        Kept, ///< filed elsewhere, but another line left the same entry where it belongs
+        Replaced, ///< filed where it belongs, but replaced by a later entry of the same name
         Misfiled,
     };
 
@@ -174,15 +175,15 @@ void Inspection::readEntry(const InfoLine &line, const Filing &filing)
     if (fate == Fate::Found) {
         m_losses.report();
         m_suspects.acquit(line.column);
-    } else {
+    } else if (fate != Fate::Kept) {
         lose(line, fate);
     }
     m_suspects.leave(line, m_place, m_driver.needs(m_levels, line));
     if (line.kind != Kind::Value)
-        m_levels.open(line, fate == Fate::Found ? filing.node : nullptr);
+        m_levels.open(line, node() ? node()->sub(line.name) : nullptr);
 }
 
-/// The node to which the entries of the last level belong, null if the reader opened none for it.
+/// The node to which the entries of the last level belong; null if the tree has none.
 const TStringTree *Inspection::node() const
 {
     return m_levels.isEmpty() ? &m_tree : m_levels.last().node;
@@ -190,11 +191,17 @@ const TStringTree *Inspection::node() const
 
 Inspection::Fate Inspection::fateOf(const InfoLine &line, const Filing &filing) const
 {
+    const TStringTree *parent = node();
+    if (!parent)
+        return Fate::Misfiled;
     const bool isValue = line.kind == Kind::Value;
     const auto action = isValue ? Filing::Action::Stored : Filing::Action::Opened;
-    if (filing.action != action || filing.parent() != node() || filing.name != line.name)
-        return Fate::Misfiled;
-    return isValue && node()->value(line.name) != line.value ? Fate::Replaced : Fate::Found;
+    const bool isFiledHere =
+        filing.action == action && filing.parent() == parent && filing.name == line.name;
+    const QString value = parent->value(line.name);
+    if (isValue ? !value.isNull() && value == line.value : parent->sub(line.name) != nullptr)
+        return isFiledHere ? Fate::Found : Fate::Kept;
+    return isFiledHere ? Fate::Replaced : Fate::Misfiled;
 }
 
 /// Finds out which line is to blame.
