@@ -1,11 +1,10 @@
 #include "inspect/followeddriver.h"
 
+#include "ibt/ibtlimits.h"
 #include "inspect/infoindentation.h"
 #include "yaml/yamltree.h"
 
 namespace {
-
-constexpr int Cars = 64;
 
 const QLatin1String DriverInfo("DriverInfo");
 const QLatin1String DriverCarIdx("DriverCarIdx");
@@ -29,7 +28,7 @@ void FollowedDriver::find(const TYamlTree &tree)
     setCarIdx(number);
     if (*m_carIdx < 0) {
         m_reason = QLatin1String("DriverCarIdx is ") % quotedLine(number)
-            % QStringLiteral(", which is not the number of a car (0 to %1)").arg(Cars - 1);
+            % QStringLiteral(", which is not the number of a car (0 to %1)").arg(IbtCarCount - 1);
         return;
     }
     const TStringTree *driver =
@@ -90,7 +89,7 @@ void FollowedDriver::setCarIdx(const QString &number)
 {
     bool isNumber = false;
     const int carIdx = number.toInt(&isNumber);
-    m_carIdx = isNumber && carIdx >= 0 && carIdx < Cars ? carIdx : -1;
+    m_carIdx = isNumber && isIbtCarIdx(carIdx) ? carIdx : -1;
 }
 
 bool FollowedDriver::isPlayersCar(const QString &carIdx) const

@@ -1,5 +1,6 @@
 #include "inspect/tickgaps.h"
 
+#include "ibt/ibtelements.h"
 #include "inspect/findinglist.h"
 
 #include <cmath>
@@ -23,8 +24,8 @@ int offsetOf(const irsdk_header &header, const irsdk_varHeader *table, const cha
     for (int i = 0; i < header.numVars; ++i) {
         const irsdk_varHeader &variable = table[i];
         if (qstrnicmp(variable.name, name, sizeof variable.name) == 0)
-            offset = variable.type == type && variable.count == 1 && variable.offset >= 0
-                    && variable.offset <= qint64(header.bufLen) - irsdk_varTypeSize(type)
+            offset = variable.type == type && variable.count == 1
+                    && !ibtReadableElements(variable, header.bufLen).isEmpty()
                 ? variable.offset
                 : -1;
     }

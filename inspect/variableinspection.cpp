@@ -1,5 +1,7 @@
 #include "inspect/variableinspection.h"
 
+#include "ibt/ibtelements.h"
+#include "ibt/lapvariables.h"
 #include "inspect/findinglist.h"
 
 #include <QMap>
@@ -17,30 +19,33 @@ QString nameOf(const irsdk_varHeader &variable)
     return QString::fromLatin1(variable.name, int(end - variable.name));
 }
 
-/// A variable that decides about laps, and what is lost without it.
-struct DriveVariable {
-    const char *name;
+/// What is lost without a variable that decides about laps.
+struct Dependence {
+    LapVariable variable;
     const char *consequence;
     const char *lost;
 };
 
-constexpr DriveVariable DriveVariables[] = {
-    {"LapDistPct", "without the position on the lap, no lap is followed", "all laps"},
-    {"IsOnTrack", "the car counts as parked all the time", "all laps"},
-    {"OnPitRoad", "a car that stood in the garage is not seen leaving the pits",
+/// Nothing is lost without the other ones.
+constexpr Dependence Dependences[] = {
+    {LapVariable::LapDistPct, "without the position on the lap, no lap is followed", "all laps"},
+    {LapVariable::IsOnTrack, "the car counts as parked all the time", "all laps"},
+    {LapVariable::OnPitRoad, "a car that stood in the garage is not seen leaving the pits",
      "stints that begin in the garage"},
-    {"Lap", "without the number of the lap, no lap ends", "the ends of laps"},
-    {"LapCurrentLapTime", "nothing shows where a lap ends", "the ends of laps"},
-    {"LapLastLapTime", "no lap has a time", "lap times"},
+    {LapVariable::Lap, "without the number of the lap, no lap ends", "the ends of laps"},
+    {LapVariable::LapCurrentLapTime, "nothing shows where a lap ends", "the ends of laps"},
+    {LapVariable::LapLastLapTime, "no lap has a time", "lap times"},
 };
 
-const DriveVariable *driveVariable(const QString &name)
+/// Null if laps do not depend on a variable called \a name.
+const Dependence *dependenceOn(const QString &name)
 {
     const auto *found = std::find_if(
-        std::begin(DriveVariables), std::end(DriveVariables), [&name](const DriveVariable &drive) {
-            return name.compare(QLatin1String(drive.name), Qt::CaseInsensitive) == 0;
+        std::begin(Dependences), std::end(Dependences), [&name](const Dependence &dependence) {
+            const QLatin1String variable(lapVariableName(dependence.variable));
+            return name.compare(variable, Qt::CaseInsensitive) == 0;
         });
-    return found == std::end(DriveVariables) ? nullptr : found;
+    return found == std::end(Dependences) ? nullptr : found;
 }
 
 /// "bytes 3 to 5" for the bytes from \a begin until before \a end.
@@ -84,45 +89,26 @@ void inspectExtents(const irsdk_header &header, const irsdk_varHeader *table, Fi
     }
 }
 
-/// Elements that are converted: only the first character of a text.
-qint64 elementsOf(const irsdk_varHeader &variable)
-{
-    return variable.type == irsdk_char ? 1 : variable.count;
-}
-
-/// Whether an element of \a variable is converted, so that its name has a value. Those outside of
-/// the record are not, if their type says where they end.
-bool hasValue(const irsdk_varHeader &variable, qint64 recordSize)
-{
-    const qint64 size = irsdk_varTypeSize(variable.type);
-    const qint64 count = elementsOf(variable);
-    if (size == 0)
-        return count > 0;
-    const qint64 outside = variable.offset < 0 ? (size - 1 - variable.offset) / size : 0;
-    return outside < count && variable.offset + (outside + 1) * size <= recordSize;
-}
-
 /// What is wrong with the elements of \a variable; empty if nothing is. \a isLost says whether its
 /// channel is lost by that, which for an array contains the last element.
-QString problemOf(const irsdk_varHeader &variable, qint64 recordSize, bool *isLost)
+QString problemOf(const irsdk_varHeader &variable, qint32 recordSize, bool *isLost)
 {
-    *isLost = true;
-    const qint64 size = irsdk_varTypeSize(variable.type);
-    const qint64 count = elementsOf(variable);
+    const qint64 count = ibtElementCount(variable);
+    *isLost = count <= 0 || !isKnownIbtType(variable.type);
     if (count <= 0)
         return QStringLiteral("has %1 elements").arg(variable.count);
-    if (size == 0)
+    if (!isKnownIbtType(variable.type))
         return QStringLiteral("has the unknown type %1; its channel repeats the value that was "
                               "read before it, or zeros")
             .arg(variable.type);
 
-    const qint64 begin = variable.offset;
-    const qint64 end = begin + count * size;
-    if (begin >= 0 && end <= recordSize)
+    const IbtElements readable = ibtReadableElements(variable, recordSize);
+    if (readable.first == 0 && readable.last == count - 1)
         return QString();
-    *isLost = end > recordSize || end < size;
+    *isLost = readable.isEmpty() || readable.last < count - 1;
+    const qint64 begin = variable.offset;
     return QStringLiteral("needs %1 of a record of %2 bytes")
-        .arg(bytesFrom(begin, end))
+        .arg(bytesFrom(begin, begin + count * irsdk_varTypeSize(variable.type)))
         .arg(recordSize);
 }
 
@@ -135,7 +121,8 @@ Channels channelsOf(const irsdk_header &header, const irsdk_varHeader *table)
     Channels channels;
     for (int i = 0; i < header.numVars; ++i) {
         const QString name = nameOf(table[i]).toLower();
-        channels.insert(name, hasValue(table[i], header.bufLen) ? i : channels.value(name, -1));
+        const bool hasValue = !ibtReadableElements(table[i], header.bufLen).isEmpty();
+        channels.insert(name, hasValue ? i : channels.value(name, -1));
     }
     return channels;
 }
@@ -175,11 +162,11 @@ void inspectVariable(const irsdk_header &header, const irsdk_varHeader *table, i
     const QString problem = problemOf(table[index], header.bufLen, &isLost);
     if (problem.isEmpty())
         return;
-    const DriveVariable *drive = channel < 0 ? driveVariable(name) : nullptr;
-    if (drive)
+    const Dependence *dependence = channel < 0 ? dependenceOn(name) : nullptr;
+    if (dependence)
         add(FindingKind::Variable,
-            problem % QLatin1String("; ") % QLatin1String(drive->consequence),
-            QString::fromLatin1(drive->lost));
+            problem % QLatin1String("; ") % QLatin1String(dependence->consequence),
+            QString::fromLatin1(dependence->lost));
     else
         add(FindingKind::Variable, problem, lossOf(shown, index, channel, isLost));
 }
@@ -193,12 +180,13 @@ void inspectVariables(const irsdk_header &header, const irsdk_varHeader *table,
     for (int i = 0; i < header.numVars; ++i)
         inspectVariable(header, table, i, channels, findings);
     inspectExtents(header, table, findings);
-    for (const DriveVariable &drive : DriveVariables) {
-        const QString name = QString::fromLatin1(drive.name);
+    for (const Dependence &dependence : Dependences) {
+        const QString name = QString::fromLatin1(lapVariableName(dependence.variable));
         if (!channels.contains(name.toLower()))
-            findings->add(Finding(FindingKind::MissingVariable,
-                                  QLatin1String("is missing; ") % QLatin1String(drive.consequence))
-                              .about(name)
-                              .loses(QString::fromLatin1(drive.lost)));
+            findings->add(
+                Finding(FindingKind::MissingVariable,
+                        QLatin1String("is missing; ") % QLatin1String(dependence.consequence))
+                    .about(name)
+                    .loses(QString::fromLatin1(dependence.lost)));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "host/files/importer.h"
 #include "host/files/pluginregistry.h"
+#include "ibt/ibtlimits.h"
 #include "inspect/recordinginspection.h"
 
 #include <QStringList>
@@ -59,9 +60,11 @@ void FileCheck::explainMissingLaps(qint64 records)
 {
     if (m_laps == 0)
         m_findings.append(Finding(FindingKind::TooLarge,
-                                  QStringLiteral("its laps would need more than 256 MB and more "
-                                                 "than 64 bytes for each byte of records, or more "
-                                                 "memory than is available"))
+                                  QStringLiteral("its laps would need more than %1 MB and more "
+                                                 "than %2 bytes for each byte of records, or more "
+                                                 "memory than is available")
+                                      .arg(IbtLapMemory::AlwaysAllowed / IbtLapMemory::MB)
+                                      .arg(IbtLapMemory::AllowedPerRecordByte))
                               .loses(Finding::everything()));
     else if (!m_hasSamples && records > 0 && verdict() != Verdict::Damaged)
         m_findings.append(
