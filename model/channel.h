@@ -25,8 +25,10 @@ public:
 
     /// The sample at \a index, in unit(); NoData if \a index is outside.
     double sample(int index) const { return contains(index) ? data.at(index) : NoData; }
-    /// True when \a index is inside and its sample is less than ValidBelow.
-    bool isValid(int index) const { return contains(index) && data.at(index) < ValidBelow; }
+    /// True when \a sample is a measurement: less than ValidBelow, which NaN is not.
+    static constexpr bool isValidSample(double sample) { return sample < ValidBelow; }
+    /// True when \a index is inside and its sample is a measurement.
+    bool isValid(int index) const { return contains(index) && isValidSample(data.at(index)); }
 
     /// Overwrites one sample. If \a index is outside, it does nothing: the channel never grows.
     void setSample(int index, double value);

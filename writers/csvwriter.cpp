@@ -77,8 +77,7 @@ void CsvWriter::writeHeader(const QVector<const ZEP::Lap *> &laps, Units units)
 char *CsvWriter::writeRow(char *place, int tick, std::vector<Column> &columns) const
 {
     for (Column &column : columns) {
-        // The same rule as Channel::isValid().
-        if (tick >= column.size || !(column.samples[tick] < ZEP::Channel::ValidBelow)) {
+        if (tick >= column.size || !ZEP::Channel::isValidSample(column.samples[tick])) {
             *place++ = m_separator;
             continue;
         }

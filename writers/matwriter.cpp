@@ -19,7 +19,7 @@ constexpr qint64 LargestVariable = std::numeric_limits<qint32>::max();
 void markMissing(ZEP::Channel &channel)
 {
     for (double &sample : channel.data) {
-        if (!(sample < ZEP::Channel::ValidBelow))
+        if (!ZEP::Channel::isValidSample(sample))
             sample = std::numeric_limits<double>::quiet_NaN();
     }
 }

@@ -137,6 +137,7 @@ void tst_Channel::isValid()
 {
     QFETCH(double, sample);
 
+    QTEST(ZEP::Channel::isValidSample(sample), "valid");
     QTEST(channelOf({sample}).isValid(0), "valid");
 }
 
