@@ -70,10 +70,9 @@ constexpr std::array Names = {"lapdist",    "lapdistpct",    "sessiontime", "lap
 
 constexpr std::array Units = {"", "m", "km", "s", "m/s", "%", ",", "\"", "C"};
 
-/// Without the digit that makes a number infinite, see exportJson().
 QString text(ByteSource *source)
 {
-    return QString::fromLatin1(source->bytes(source->below(12)).replace('9', '8'));
+    return QString::fromLatin1(source->bytes(source->below(12)));
 }
 
 /// Sometimes as cars drive, sometimes as no car does.
@@ -274,9 +273,7 @@ void exportJson(ByteSource *source)
         require(writer.finish(&problem), "laps of any kind");
     });
     QJsonParseError error;
-    // Qt rejects a number too large for a double; other readers take it as infinity.
-    const QJsonArray read =
-        QJsonDocument::fromJson(QByteArray(json).replace("-1e999", "-1e308"), &error).array();
+    const QJsonArray read = QJsonDocument::fromJson(json, &error).array();
     require(error.error == QJsonParseError::NoError, "JSON");
     require(read.size() == int(expected.size()), "an object for each lap");
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -296,7 +293,10 @@ void exportJson(ByteSource *source)
                 const bool isThere = channel->isValid(tick);
                 require(samples.at(tick).isNull() != isThere, "a number for each sample");
                 // Qt reads -0.0 as 0.
-                if (isThere && !std::isinf(channel->sample(tick)))
+                if (isThere && samples.at(tick).isString())
+                    require(samples.at(tick).toString().toDouble() == channel->sample(tick),
+                            "infinity as such");
+                else if (isThere)
                     require(samples.at(tick).toDouble() == channel->sample(tick),
                             "the same sample");
             }

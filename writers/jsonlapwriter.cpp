@@ -3,21 +3,20 @@
 #include "writers/jsonvalues.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
 
 #include <cmath>
 #include <cstring>
 
 namespace {
 
-QByteArray compact(const QJsonObject &object)
+QByteArray compact(const QJsonValue &value)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return jsonBytes(value, QJsonDocument::Compact);
 }
 
 QByteArray quoted(const QString &text)
 {
-    const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    const QByteArray array = compact(QJsonArray{text});
     return array.mid(1, array.size() - 2);
 }
 
@@ -45,11 +44,10 @@ void JsonLapWriter::writeSamples(const QVector<double> &samples)
         if (!isFirst)
             *place++ = ',';
         isFirst = false;
-        // The same rule as Channel::isValid().
-        if (!(sample < ZEP::Channel::ValidBelow))
+        if (!ZEP::Channel::isValidSample(sample))
             place = writeText(place, "null");
         else if (std::isinf(sample))
-            place = writeText(place, "-1e999"); // JSON has no name for it, but reads this as such
+            place = writeText(place, "\"-inf\""); // as jsonBytes() has it
         else if (sample == 0 && std::signbit(sample))
             place = writeText(place, "-0.0"); // readers take "-0" for an integer, without a sign
         else
@@ -85,7 +83,7 @@ void JsonLapWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
     m_isFirst = false;
     m_buffer.append("{\"file\":" + quoted(m_fileName) + ",\"lap\":" + QByteArray::number(number));
     for (const QString &key : header.keys())
-        m_buffer.append(',' + quoted(key) + ':' + compact(header.value(key).toObject()));
+        m_buffer.append(',' + quoted(key) + ':' + compact(header.value(key)));
     m_buffer.append(",\"channels\":");
     writeChannels(*lap, false);
     m_buffer.append(",\"calculatedChannels\":");

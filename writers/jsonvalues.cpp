@@ -4,7 +4,10 @@
 #include "analysis/laptime.h"
 
 #include <QColor>
+#include <QJsonArray>
 #include <QMetaType>
+
+#include <cmath>
 
 namespace {
 
@@ -28,6 +31,32 @@ QJsonValue jsonVariant(const QVariant &variant)
         return jsonText(variant.toString());
     default:
         return QJsonValue::fromVariant(variant);
+    }
+}
+
+/// \a value with a text for each number that is infinite.
+QJsonValue withoutInfinity(const QJsonValue &value)
+{
+    switch (value.type()) {
+    case QJsonValue::Double:
+        if (!std::isinf(value.toDouble()))
+            return value;
+        return value.toDouble() < 0 ? QStringLiteral("-inf") : QStringLiteral("inf");
+    case QJsonValue::Array: {
+        QJsonArray array;
+        for (const QJsonValue &element : value.toArray())
+            array.append(withoutInfinity(element));
+        return array;
+    }
+    case QJsonValue::Object: {
+        QJsonObject object;
+        const QJsonObject old = value.toObject();
+        for (auto member = old.begin(); member != old.end(); ++member)
+            object.insert(member.key(), withoutInfinity(member.value()));
+        return object;
+    }
+    default:
+        return value;
     }
 }
 
@@ -56,6 +85,13 @@ QJsonValue jsonQuantity(const std::optional<Quantity> &quantity)
 QJsonObject jsonValue(const ZEP::Value &value)
 {
     return withUnit(jsonVariant(value.value), value.unit());
+}
+
+QByteArray jsonBytes(const QJsonValue &value, QJsonDocument::JsonFormat format)
+{
+    const QJsonValue finite = withoutInfinity(value);
+    return finite.isArray() ? QJsonDocument(finite.toArray()).toJson(format)
+                            : QJsonDocument(finite.toObject()).toJson(format);
 }
 
 QJsonObject headerJson(const ZEP::Lap &lap)

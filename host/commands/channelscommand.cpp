@@ -11,8 +11,6 @@
 #include <QJsonArray>
 #include <QVector>
 
-#include <cmath>
-
 namespace {
 
 struct ChannelRow {
@@ -68,10 +66,7 @@ QJsonArray json(const QVector<ChannelRow> &rows)
     for (const ChannelRow &row : rows) {
         const ChannelStatistics &numbers = row.statistics;
         const auto number = [&numbers](double value) {
-            if (numbers.valid == 0)
-                return QJsonValue();
-            // JSON has no number for it, and null is for what is missing.
-            return std::isinf(value) ? QJsonValue(QStringLiteral("-inf")) : QJsonValue(value);
+            return numbers.valid > 0 ? QJsonValue(value) : QJsonValue();
         };
         channels.append(QJsonObject{{QStringLiteral("name"), row.name},
                                     {QStringLiteral("unit"), row.unit},

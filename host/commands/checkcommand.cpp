@@ -10,7 +10,6 @@
 #include <CLI/CLI.hpp>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -134,6 +133,6 @@ ExitCode CheckCommand::run(Terminal &terminal)
             terminal.print(sentence(finding));
     }
     if (m_wantsJson)
-        terminal.print(QString::fromUtf8(QJsonDocument(array).toJson()));
+        terminal.print(QString::fromUtf8(jsonBytes(array)));
     return result;
 }

@@ -3,11 +3,11 @@
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "plugin/zepplugininterfaceimport.h"
+#include "writers/jsonvalues.h"
 
 #include <CLI/CLI.hpp>
 
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace {
@@ -41,7 +41,7 @@ QString json(const PluginRegistry &plugins)
                                   QJsonArray::fromStringList(interface.availableImportFormats())},
                                  {QStringLiteral("library"), plugin.library}});
     }
-    return QString::fromUtf8(QJsonDocument(array).toJson());
+    return QString::fromUtf8(jsonBytes(array));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "analysis/lapsummary.h"
 #include "host/text/displaytext.h"
 #include "host/text/terminal.h"
+#include "writers/jsonvalues.h"
 
 #include <CLI/CLI.hpp>
 
@@ -58,6 +59,6 @@ void ShowCommand::takeOutput(const QByteArray &output, Terminal &terminal)
 ExitCode ShowCommand::finish(Terminal &terminal)
 {
     if (m_wantsJson)
-        terminal.print(QString::fromUtf8(QJsonDocument(m_array).toJson()));
+        terminal.print(QString::fromUtf8(jsonBytes(m_array)));
     return ExitCode::Success;
 }
