@@ -14,7 +14,6 @@
 
 #include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -38,14 +37,6 @@ constexpr double LengthTolerance = 0.002;
 
 constexpr int ChartWidth = 100;
 constexpr int ChartHeight = 11;
-
-QString formatSeconds(double seconds)
-{
-    const QString text = QString::number(seconds, 'f', 3);
-    return seconds > 0 && !text.startsWith(QLatin1String("0.000")) ? QLatin1Char('+') % text
-        : text == QLatin1String("-0.000")                          ? QStringLiteral("0.000")
-                                                                   : text;
-}
 
 QString trackOf(const ZEP::Lap &lap)
 {
@@ -72,7 +63,7 @@ QString stretchTable(const LapComparison &comparison, const Terminal &terminal)
     for (std::size_t i = 0; i < count; ++i) {
         const LapComparison::Stretch &stretch = comparison.stretches[i];
         table.addRow({metres(stretch.begin), metres(stretch.end),
-                      formatSeconds(stretch.seconds) % QLatin1String(" s"),
+                      formatTimeDifference(stretch.seconds) % QLatin1String(" s"),
                       speed(stretch.speeds[0]), speed(stretch.speeds[1])});
     }
     return table.text(terminal.width(), terminal.hasColour());
@@ -251,7 +242,7 @@ ExitCode CompareCommand::run(Terminal &terminal)
     if (m_output == "-")
         return ExitCode::Success;
     if (m_wantsJson)
-        terminal.print(QString::fromUtf8(QJsonDocument(json(m_sides, comparison)).toJson()));
+        terminal.print(QString::fromUtf8(jsonBytes(json(m_sides, comparison))));
     else
         print(m_sides, comparison, terminal);
     return ExitCode::Success;

@@ -3,6 +3,7 @@
 #include "analysis/lapsummary.h"
 #include "analysis/sessionsummary.h"
 #include "host/text/displaytext.h"
+#include "host/text/summaryjson.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "model/helpers.h"
@@ -69,17 +70,6 @@ QString lapTable(const ChosenLaps &chosen, const Terminal &terminal)
     return table.text(terminal.width(), terminal.hasColour());
 }
 
-QJsonObject sessionJson(const SessionSummary &session)
-{
-    return {{QStringLiteral("track"), jsonText(session.track)},
-            {QStringLiteral("configuration"), jsonText(session.configuration)},
-            {QStringLiteral("car"), jsonText(session.car)},
-            {QStringLiteral("driver"), jsonText(session.driver)},
-            {QStringLiteral("session"), jsonText(session.session)},
-            {QStringLiteral("date"), jsonDateTime(session.date)},
-            {QStringLiteral("dateOfFile"), session.isFileDate}};
-}
-
 /// A file in one row: its session, the best of the chosen laps, and how many of them are timed.
 QJsonObject bestJson(const ChosenLaps &chosen)
 {
@@ -140,19 +130,9 @@ QJsonObject json(const ChosenLaps &chosen)
     QJsonArray laps;
     const QVector<LapSummary> summaries = summarize(chosen.file.laps);
     for (const int i : chosen.indices) {
-        const ZEP::Lap &lap = chosen.lap(i);
-        const LapSummary &summary = summaries.at(i);
-        laps.append(QJsonObject{{QStringLiteral("number"), i + 1},
-                                {QStringLiteral("lapInSession"), lap.getLapInSession()},
-                                {QStringLiteral("stint"), lap.getStintInSession()},
-                                {QStringLiteral("lapInStint"), lap.getLapInStint()},
-                                {QStringLiteral("kind"), lapKindName(summary.kind)},
-                                {QStringLiteral("time"), jsonTime(summary.time)},
-                                {QStringLiteral("gap"), jsonTime(summary.gap)},
-                                {QStringLiteral("best"), summary.isBest},
-                                {QStringLiteral("samples"), lap.size()},
-                                {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
-                                {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)}});
+        QJsonObject json = lapSummaryJson(chosen.lap(i), summaries.at(i));
+        json.insert(QStringLiteral("lap"), i + 1);
+        laps.append(json);
     }
     const SessionSummary session = sessionSummary(chosen.file.laps, chosen.file.lastModified());
     QJsonObject object = sessionJson(session);

@@ -5,6 +5,7 @@
 #include "analysis/ticktrace.h"
 #include "host/report/lapjson.h"
 #include "host/report/samplepacker.h"
+#include "host/text/summaryjson.h"
 #include "writers/jsonvalues.h"
 
 #include <QFileInfo>
@@ -23,7 +24,7 @@ constexpr double ChannelParts = 2e4;
 /// Indexes of columns.
 enum : int { Distance, Time, Latitude, Longitude, Channels };
 
-QJsonObject sessionJson(const ChosenLaps &chosen, double length)
+QJsonObject sessionOfPage(const ChosenLaps &chosen, double length)
 {
     const ImportedFile &file = chosen.file;
     const SessionSummary session = sessionSummary(file.laps, file.lastModified());
@@ -42,41 +43,28 @@ QJsonObject sessionJson(const ChosenLaps &chosen, double length)
         messages.append(QJsonObject{{QStringLiteral("text"), text},
                                     {QStringLiteral("error"), message.isError}});
     }
-    return {{QStringLiteral("file"), name},
-            {QStringLiteral("track"), jsonText(session.track)},
-            {QStringLiteral("configuration"), jsonText(session.configuration)},
-            {QStringLiteral("car"), jsonText(session.car)},
-            {QStringLiteral("driver"), jsonText(session.driver)},
-            {QStringLiteral("session"), jsonText(session.session)},
-            {QStringLiteral("date"), jsonDateTime(session.date)},
-            {QStringLiteral("dateOfFile"), session.isFileDate},
-            {QStringLiteral("trackLength"), length > 0 ? QJsonValue(length) : QJsonValue()},
-            {QStringLiteral("weather"), weatherJson(lap)},
-            {QStringLiteral("values"), values},
-            {QStringLiteral("messages"), messages}};
+    QJsonObject json = sessionJson(session);
+    json.insert(QStringLiteral("file"), name);
+    json.insert(QStringLiteral("trackLength"), length > 0 ? QJsonValue(length) : QJsonValue());
+    json.insert(QStringLiteral("weather"), weatherJson(lap));
+    json.insert(QStringLiteral("values"), values);
+    json.insert(QStringLiteral("messages"), messages);
+    return json;
 }
 
-QJsonObject lapJson(const ZEP::Lap &lap, const TickTrace &trace, int session, int index,
-                    const LapSummary &summary)
+QJsonObject lapOfPage(const ZEP::Lap &lap, const TickTrace &trace, int session, int index,
+                      const LapSummary &summary)
 {
-    return {{QStringLiteral("session"), session},
-            {QStringLiteral("number"), index + 1},
-            {QStringLiteral("lapInSession"), lap.getLapInSession()},
-            {QStringLiteral("stint"), lap.getStintInSession()},
-            {QStringLiteral("lapInStint"), lap.getLapInStint()},
-            {QStringLiteral("kind"), lapKindName(summary.kind)},
-            {QStringLiteral("time"), jsonTime(summary.time)},
-            {QStringLiteral("noTime"),
-             summary.time ? QJsonValue() : QJsonValue(missingTimeReason(lap))},
-            {QStringLiteral("gap"), jsonTime(summary.gap)},
-            {QStringLiteral("best"), summary.isBest},
-            {QStringLiteral("completed"), lap.getCompleted()},
-            {QStringLiteral("fromLine"), trace.isFromLine},
-            {QStringLiteral("samples"), lap.size()},
-            {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
-            {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)},
-            {QStringLiteral("fuel"), fuelJson(lap)},
-            {QStringLiteral("tyres"), tyresJson(lap)}};
+    QJsonObject json = lapSummaryJson(lap, summary);
+    json.insert(QStringLiteral("session"), session);
+    json.insert(QStringLiteral("number"), index + 1);
+    json.insert(QStringLiteral("noTime"),
+                summary.time ? QJsonValue() : QJsonValue(missingTimeReason(lap)));
+    json.insert(QStringLiteral("completed"), lap.getCompleted());
+    json.insert(QStringLiteral("fromLine"), trace.isFromLine);
+    json.insert(QStringLiteral("fuel"), fuelJson(lap));
+    json.insert(QStringLiteral("tyres"), tyresJson(lap));
+    return json;
 }
 
 } // namespace
@@ -102,14 +90,14 @@ void ReportData::add(const ChosenLaps &chosen, const QVector<ChosenChannel> &fur
     for (const int index : chosen.indices) {
         const ZEP::Lap &lap = chosen.lap(index);
         const TickTrace trace = tickTrace(lap, length);
-        m_laps.append(lapJson(lap, trace, m_sessions.size(), index, summaries.at(index)));
+        m_laps.append(lapOfPage(lap, trace, m_sessions.size(), index, summaries.at(index)));
         m_sizes.append(lap.size());
         m_columns[Distance].laps.append(trace.distance);
         m_columns[Time].laps.append(trace.time);
         for (const ChosenChannel &channel : qAsConst(channels))
             addSamples(lap, channel);
     }
-    m_sessions.append(sessionJson(chosen, length));
+    m_sessions.append(sessionOfPage(chosen, length));
 }
 
 void ReportData::addSamples(const ZEP::Lap &lap, const ChosenChannel &channel)

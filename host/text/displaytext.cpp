@@ -59,6 +59,27 @@ QString formatLapTime(std::optional<int> milliseconds)
                                             : QStringLiteral("h:mm:ss.zzz"));
 }
 
+QString formatDuration(qint64 seconds)
+{
+    const auto twoDigits = [](qint64 number) {
+        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
+    };
+    const qint64 minutes = seconds / 60;
+    const QString end = twoDigits(seconds % 60);
+    return minutes < 60
+        ? QStringLiteral("%1:%2").arg(minutes).arg(end)
+        : QStringLiteral("%1:%2:%3").arg(minutes / 60).arg(twoDigits(minutes % 60), end);
+}
+
+QString formatTimeDifference(double seconds)
+{
+    QString text = QString::number(seconds, 'f', 3);
+    if (text == QLatin1String("-0.000"))
+        text.remove(0, 1);
+    const bool isZero = text == QLatin1String("0.000");
+    return seconds > 0 && !isZero ? QString(QLatin1Char('+') % text) : text;
+}
+
 QString formatDateTime(const QDateTime &dateTime)
 {
     return dateTime.isValid() ? dateTime.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"))

@@ -19,6 +19,10 @@ QString formatNumber(double value);
 QString formatQuantity(const std::optional<Quantity> &quantity, int decimals);
 /// "1:05.123", "1:02:03.456" from an hour on.
 QString formatLapTime(std::optional<int> milliseconds);
+/// A time span, for example until the work is done: "0:05", "12:34", "1:02:03".
+QString formatDuration(qint64 seconds);
+/// By how much one time is longer than another, to the millisecond: "+0.323", "-1.200", "0.000".
+QString formatTimeDifference(double seconds);
 /// "2024-05-31 18:30:00".
 QString formatDateTime(const QDateTime &dateTime);
 /// By the kind of value, with its unit: texts, numbers, times, dates, colours ("#rrggbb").

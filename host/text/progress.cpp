@@ -1,5 +1,6 @@
 #include "host/text/progress.h"
 
+#include "host/text/displaytext.h"
 #include "host/text/terminal.h"
 #include "host/text/textwidth.h"
 
@@ -7,23 +8,6 @@
 
 #include <algorithm>
 #include <numeric>
-
-namespace {
-
-/// "0:05", "12:34", "1:02:03".
-QString formatSeconds(qint64 seconds)
-{
-    const auto twoDigits = [](qint64 number) {
-        return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0'));
-    };
-    const qint64 minutes = seconds / 60;
-    const QString end = twoDigits(seconds % 60);
-    return minutes < 60
-        ? QStringLiteral("%1:%2").arg(minutes).arg(end)
-        : QStringLiteral("%1:%2:%3").arg(minutes / 60).arg(twoDigits(minutes % 60), end);
-}
-
-} // namespace
 
 Progress::Progress(Terminal &terminal, const QVector<qint64> &sizes)
     : m_terminal(terminal), m_sizes(sizes)
@@ -64,7 +48,7 @@ QString Progress::line(const State &state, int width)
         const double bytesPerSecond = double(state.doneBytes) * 1000 / double(state.milliseconds);
         const double left = double(state.bytes - state.doneBytes) / bytesPerSecond;
         parts.append(QStringLiteral("%1 MB/s").arg(bytesPerSecond / bytesPerMegabyte, 0, 'f', 1));
-        parts.append(formatSeconds(qint64(left + 0.5)) % QLatin1String(" left"));
+        parts.append(formatDuration(qint64(left + 0.5)) % QLatin1String(" left"));
     }
     const QString text = parts.join(QLatin1String("  "));
     // The last column stays free: a terminal may go to the next line behind it.

@@ -1,5 +1,6 @@
 #include "host/text/tablewriter.h"
 
+#include "host/text/escapes.h"
 #include "host/text/textwidth.h"
 
 #include <algorithm>
@@ -9,18 +10,13 @@ namespace {
 constexpr int Gap = 2;
 constexpr int LeftOut = -1;
 
-QString coloured(const QString &text, const char *sequence)
-{
-    return QLatin1String(sequence) % text % QLatin1String("\033[0m");
-}
-
 QString styled(const QString &text, TableWriter::Style style)
 {
     switch (style) {
     case TableWriter::Style::Best:
-        return coloured(text, "\033[1;32m");
+        return Escapes::styled(text, Escapes::BoldGreen);
     case TableWriter::Style::Faint:
-        return coloured(text, "\033[2m");
+        return Escapes::styled(text, Escapes::Faint);
     case TableWriter::Style::Plain:
         break;
     }
@@ -63,14 +59,15 @@ QString TableWriter::text(int width, bool colour) const
         titles.append(column.title);
     const QString titleLine = line(titles, widths);
     if (!titleLine.isEmpty())
-        result += (colour ? coloured(titleLine, "\033[1m") : titleLine) % QLatin1Char('\n');
+        result +=
+            (colour ? Escapes::styled(titleLine, Escapes::Bold) : titleLine) % QLatin1Char('\n');
 
     for (const Row &row : m_rows) {
         if (row.isSection) {
             if (!result.isEmpty())
                 result += QLatin1Char('\n');
             const QString &title = row.cells.first();
-            result += (colour ? coloured(title, "\033[1m") : title) % QLatin1Char('\n');
+            result += (colour ? Escapes::styled(title, Escapes::Bold) : title) % QLatin1Char('\n');
         } else {
             const QString cells = line(row.cells, widths);
             result += (colour ? styled(cells, row.style) : cells) % QLatin1Char('\n');

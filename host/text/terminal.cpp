@@ -1,5 +1,6 @@
 #include "host/text/terminal.h"
 
+#include "host/text/escapes.h"
 #include "host/text/textwidth.h"
 
 #include <QByteArray>
@@ -67,8 +68,7 @@ void Terminal::print(const QString &text)
 void Terminal::printHeading(const QString &line)
 {
     const QString safe = printable(line);
-    print(m_colour ? QString(QLatin1String("\033[1m") % safe % QLatin1String("\033[0m\n"))
-                   : QString(safe % QLatin1Char('\n')));
+    print((m_colour ? Escapes::styled(safe, Escapes::Bold) : safe) % QLatin1Char('\n'));
 }
 
 void Terminal::complain(const QString &line)
@@ -103,7 +103,7 @@ void Terminal::writeErrors(const QByteArray &bytes)
 void Terminal::hideStatus()
 {
     if (!m_status.isEmpty())
-        writeErrors("\r\033[K");
+        writeErrors(Escapes::ClearLine);
 }
 
 void Terminal::showStatus()

@@ -1,6 +1,7 @@
 #include "host/text/textchart.h"
 
 #include "host/text/displaytext.h"
+#include "host/text/escapes.h"
 #include "host/text/textwidth.h"
 
 #include <algorithm>
@@ -26,8 +27,8 @@ QString inColour(const QString &text, TextChart::Colour colour, bool isWanted)
 {
     if (!isWanted || colour == TextChart::Colour::Default)
         return text;
-    return QLatin1String(colour == TextChart::Colour::Cyan ? "\033[36m" : "\033[33m") % text
-        % QLatin1String("\033[0m");
+    return Escapes::styled(text,
+                           colour == TextChart::Colour::Cyan ? Escapes::Cyan : Escapes::Yellow);
 }
 
 /// Characters that curves are drawn into, dot by dot.

@@ -109,15 +109,15 @@ void tst_Zepimport::lapsAsJson()
         "configuration": " Short circuit", "car": "Formula Junior", "driver": "Zoë Ångström",
         "session": "race", "date": "2024-05-31T18:30:00.000", "dateOfFile": false})"));
     QCOMPARE(laps.size(), 6);
-    QCOMPARE(laps.at(0), fromJson(R"({"number": 1, "lapInSession": 0, "stint": 1, "lapInStint": 0,
+    QCOMPARE(laps.at(0), fromJson(R"({"lap": 1, "lapInSession": 0, "stint": 1, "lapInStint": 0,
         "kind": "out-lap", "time": null, "gap": null, "best": false, "samples": 3,
         "topSpeed": {"value": 20.5, "unit": "m/s"}, "fuelUsed": {"value": 0.5, "unit": "l"}})"));
-    QCOMPARE(laps.at(1), fromJson(R"({"number": 2, "lapInSession": 1, "stint": 1, "lapInStint": 1,
+    QCOMPARE(laps.at(1), fromJson(R"({"lap": 2, "lapInSession": 1, "stint": 1, "lapInStint": 1,
         "kind": "timed", "time": 65.623, "gap": 0.5, "best": false, "samples": 4,
         "topSpeed": {"value": 41.26, "unit": "m/s"}, "fuelUsed": null})"));
     QCOMPARE(laps.at(2).toObject().value(QStringLiteral("best")), QJsonValue(true));
     QCOMPARE(laps.at(2).toObject().value(QStringLiteral("gap")), QJsonValue(0));
-    QCOMPARE(laps.at(5), fromJson(R"({"number": 6, "lapInSession": 6, "stint": 2, "lapInStint": 0,
+    QCOMPARE(laps.at(5), fromJson(R"({"lap": 6, "lapInSession": 6, "stint": 2, "lapInStint": 0,
         "kind": "empty", "time": null, "gap": null, "best": false, "samples": 0,
         "topSpeed": null, "fuelUsed": null})"));
 }

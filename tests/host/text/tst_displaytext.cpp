@@ -21,6 +21,10 @@ private Q_SLOTS:
     void quantity();
     void lapTime_data();
     void lapTime();
+    void duration_data();
+    void duration();
+    void timeDifference_data();
+    void timeDifference();
     void value_data();
     void value();
     void missingForJson();
@@ -86,6 +90,43 @@ void tst_DisplayText::lapTime()
 {
     QFETCH(int, milliseconds);
     QTEST(formatLapTime(milliseconds), "text");
+}
+
+void tst_DisplayText::duration_data()
+{
+    QTest::addColumn<qint64>("seconds");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("none") << qint64(0) << "0:00";
+    QTest::newRow("seconds") << qint64(5) << "0:05";
+    QTest::newRow("minutes") << qint64(59 * 60 + 59) << "59:59";
+    QTest::newRow("an hour") << qint64(3600) << "1:00:00";
+    QTest::newRow("days") << qint64(100 * 3600 + 62) << "100:01:02";
+}
+
+void tst_DisplayText::duration()
+{
+    QFETCH(qint64, seconds);
+    QTEST(formatDuration(seconds), "text");
+}
+
+void tst_DisplayText::timeDifference_data()
+{
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("none") << 0.0 << "0.000";
+    QTest::newRow("longer") << 0.3226 << "+0.323";
+    QTest::newRow("shorter") << -1.2 << "-1.200";
+    QTest::newRow("longer, rounds to zero") << 0.0004 << "0.000";
+    QTest::newRow("shorter, rounds to zero") << -0.0004 << "0.000";
+    QTest::newRow("a minute") << 61.5 << "+61.500";
+}
+
+void tst_DisplayText::timeDifference()
+{
+    QFETCH(double, seconds);
+    QTEST(formatTimeDifference(seconds), "text");
 }
 
 void tst_DisplayText::value_data()

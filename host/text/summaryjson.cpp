@@ -1,0 +1,28 @@
+#include "host/text/summaryjson.h"
+
+#include "writers/jsonvalues.h"
+
+QJsonObject sessionJson(const SessionSummary &session)
+{
+    return {{QStringLiteral("track"), jsonText(session.track)},
+            {QStringLiteral("configuration"), jsonText(session.configuration)},
+            {QStringLiteral("car"), jsonText(session.car)},
+            {QStringLiteral("driver"), jsonText(session.driver)},
+            {QStringLiteral("session"), jsonText(session.session)},
+            {QStringLiteral("date"), jsonDateTime(session.date)},
+            {QStringLiteral("dateOfFile"), session.isFileDate}};
+}
+
+QJsonObject lapSummaryJson(const ZEP::Lap &lap, const LapSummary &summary)
+{
+    return {{QStringLiteral("lapInSession"), lap.getLapInSession()},
+            {QStringLiteral("stint"), lap.getStintInSession()},
+            {QStringLiteral("lapInStint"), lap.getLapInStint()},
+            {QStringLiteral("kind"), lapKindName(summary.kind)},
+            {QStringLiteral("time"), jsonTime(summary.time)},
+            {QStringLiteral("gap"), jsonTime(summary.gap)},
+            {QStringLiteral("best"), summary.isBest},
+            {QStringLiteral("samples"), lap.size()},
+            {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
+            {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)}};
+}
