@@ -1,12 +1,9 @@
 #include "host/commands/channelscommand.h"
 
 #include "analysis/channelstatistics.h"
-#include "analysis/lapsummary.h"
 #include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
-
-#include <CLI/CLI.hpp>
 
 #include <QJsonArray>
 #include <QVector>
@@ -81,34 +78,50 @@ QJsonArray json(const QVector<ChannelRow> &rows)
 
 } // namespace
 
-CLI::App *ChannelsCommand::declare(CLI::App &program)
+Command::Description ChannelsCommand::description() const
 {
-    CLI::App *command =
-        declareNamed(program, "channels", "Show the channels of laps: units and extremes",
-                     "  zepimport channels practice.ibt\n"
-                     "  zepimport channels --channels 'tire*' practice.ibt:3");
-    declareFiles(*command);
-    declareLaps(*command, LapChoice::representative(),
-                "Laps to show instead of the best timed one,\nor else the longest");
-    declareChannels(*command);
-    declareBatch(*command);
-    declareJson(*command);
-    return command;
+    return {"channels", "Show the channels of laps: units and extremes",
+            "  zepimport channels practice.ibt\n"
+            "  zepimport channels --channels 'tire*' practice.ibt:3"};
 }
 
-ExitCode ChannelsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+void ChannelsCommand::declare(CommandOptions &options)
 {
-    const std::optional<QVector<ChosenChannel>> channels = chosenChannels(chosen, terminal);
+    m_files.declareWithLaps(options);
+    m_laps.declare(options, "Laps to show instead of the best timed one,\nor else the longest");
+    m_channels.declare(options);
+    m_batch.declare(options);
+    m_listing.declare(options);
+}
+
+ExitCode ChannelsCommand::run(Terminal &terminal)
+{
+    FileWork work = m_listing.work(terminal);
+    work.process = [&](const RecordingFile &file, Importer &importer) {
+        return m_laps.import(file, importer, terminal,
+                             [&](ChosenLaps &&chosen) { return show(chosen, terminal); });
+    };
+    work.arguments = [&](const RecordingFile &file) {
+        return QStringList(description().name) + m_laps.arguments(file) + m_channels.arguments()
+            + m_listing.arguments();
+    };
+    return processFiles(m_files, work, terminal, m_batch);
+}
+
+ExitCode ChannelsCommand::show(const ChosenLaps &chosen, Terminal &terminal)
+{
+    const std::optional<QVector<ChosenChannel>> channels = m_channels.chosen(chosen, terminal);
     if (!channels)
         return ExitCode::WrongUse;
     for (const int index : chosen.indices) {
         const QVector<ChannelRow> rows = channelRows(chosen.lap(index), *channels);
-        if (wantsJson()) {
-            addJson(chosen,
-                    {{QStringLiteral("lap"), index + 1}, {QStringLiteral("channels"), json(rows)}});
+        if (m_listing.wantsJson()) {
+            m_listing.addJson(
+                chosen.file.fileName,
+                {{QStringLiteral("lap"), index + 1}, {QStringLiteral("channels"), json(rows)}});
             continue;
         }
-        printLapHeading(chosen, index, terminal);
+        m_listing.printLapHeading(chosen, index, terminal);
         terminal.print(table(rows, terminal));
     }
     return ExitCode::Success;

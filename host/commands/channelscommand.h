@@ -1,13 +1,26 @@
 #pragma once
 
-#include "host/commands/showcommand.h"
+#include "host/commands/batchoptions.h"
+#include "host/commands/channeloptions.h"
+#include "host/commands/command.h"
+#include "host/commands/fileoptions.h"
+#include "host/commands/lapoptions.h"
+#include "host/commands/listing.h"
 
 /// `zepimport channels`: the channels of laps with their extremes.
-class ChannelsCommand : public ShowCommand
+class ChannelsCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
+    ExitCode run(Terminal &terminal) override;
 
-protected:
-    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
+private:
+    ExitCode show(const ChosenLaps &chosen, Terminal &terminal);
+
+    FileOptions m_files;
+    LapOptions m_laps{LapChoice::representative()};
+    ChannelOptions m_channels;
+    BatchOptions m_batch;
+    Listing m_listing;
 };

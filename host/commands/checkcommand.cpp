@@ -7,12 +7,8 @@
 #include "host/text/textwidth.h"
 #include "writers/jsonvalues.h"
 
-#include <CLI/CLI.hpp>
-
 #include <QJsonArray>
 #include <QJsonObject>
-
-#include <algorithm>
 
 namespace {
 
@@ -70,13 +66,12 @@ QJsonObject json(const Finding &finding)
             {QStringLiteral("others"), finding.others}};
 }
 
-QJsonObject json(const QString &fileName, const FileCheck &check)
+QJsonObject json(const FileCheck &check)
 {
     QJsonArray findings;
     for (const Finding &finding : check.findings())
         findings.append(json(finding));
-    return {{QStringLiteral("file"), fileName},
-            {QStringLiteral("verdict"), verdictName(check.verdict())},
+    return {{QStringLiteral("verdict"), verdictName(check.verdict())},
             {QStringLiteral("summary"), printable(check.summary())},
             {QStringLiteral("laps"), check.laps()},
             {QStringLiteral("findings"), findings}};
@@ -84,55 +79,54 @@ QJsonObject json(const QString &fileName, const FileCheck &check)
 
 } // namespace
 
-CLI::App *CheckCommand::declare(CLI::App &program)
+Command::Description CheckCommand::description() const
 {
-    CLI::App *command = declareNamed(program, "check", "Tell what is wrong with recordings",
-                                     "  zepimport check practice.ibt\n"
-                                     "  zepimport check -r season/\n"
-                                     "  zepimport check --json monday/ > monday.json");
-    command->add_option("FILE", m_files, "Recordings to check, or folders of them")
-        ->required()
-        ->type_name("");
-    command->add_flag("-r,--recursive", m_recursive, "Check the folders below a folder, too");
-    command->add_flag("--json", m_wantsJson, "Print JSON instead of sentences");
-    return command;
+    return {"check", "Check recordings for damage",
+            "  zepimport check practice.ibt\n"
+            "  zepimport check --jobs 4 -r season/\n"
+            "  zepimport check --json monday/ > monday.json"};
+}
+
+void CheckCommand::declare(CommandOptions &options)
+{
+    m_files.declare(options, "Recordings to check, or folders of them");
+    m_batch.declare(options);
+    m_listing.declare(options, "sentences");
 }
 
 ExitCode CheckCommand::run(Terminal &terminal)
 {
-    const std::optional<PluginRegistry> plugins = loadPlugins(terminal);
-    if (!plugins)
-        return ExitCode::Failure;
+    FileWork work = m_listing.work(terminal);
+    work.objection = [](const RecordingFile &file) {
+        return file.laps ? QString(
+                   file.fileName % QLatin1String(": is checked as a whole; name no laps behind it"))
+                         : QString();
+    };
+    work.process = [&](const RecordingFile &file, Importer &importer) {
+        return check(file.fileName, importer, terminal);
+    };
+    work.arguments = [&](const RecordingFile &) {
+        return QStringList(description().name) + m_listing.arguments();
+    };
+    work.takeOutput = [&](const QByteArray &output) {
+        if (!m_listing.takeJson(output))
+            terminal.print(QString::fromUtf8(output));
+    };
+    work.success = "passed";
+    return processFiles(m_files, work, terminal, m_batch);
+}
 
-    const RecordingFiles recordings(m_files, m_recursive, *plugins);
-    ExitCode result = ExitCode::Success;
-    for (const RecordingFiles::Problem &problem : recordings.problems) {
-        terminal.complain(problem.text);
-        result = std::max(result, problem.isWrongUse ? ExitCode::WrongUse : ExitCode::Failure);
-    }
-
-    Importer importer(*plugins, terminal, isVerbose());
-    QJsonArray array;
-    for (const RecordingFile &recording : recordings.files) {
-        if (recording.laps) {
-            terminal.complain(recording.fileName
-                              % QLatin1String(": is checked as a whole; name no laps behind it"));
-            result = std::max(result, ExitCode::WrongUse);
-            continue;
-        }
-        const FileCheck check(recording.fileName, &importer);
-        const Verdict verdict = check.verdict();
-        if (verdict == Verdict::Damaged || verdict == Verdict::NoRecording)
-            result = std::max(result, ExitCode::Failure);
-        if (m_wantsJson) {
-            array.append(json(recording.fileName, check));
-            continue;
-        }
-        terminal.printHeading(recording.fileName % QLatin1String(": ") % check.summary());
+ExitCode CheckCommand::check(const QString &fileName, Importer &importer, Terminal &terminal)
+{
+    const FileCheck check(fileName, &importer);
+    if (m_listing.wantsJson()) {
+        m_listing.addJson(fileName, json(check));
+    } else {
+        terminal.printHeading(fileName % QLatin1String(": ") % check.summary());
         for (const Finding &finding : check.findings())
             terminal.print(sentence(finding));
     }
-    if (m_wantsJson)
-        terminal.print(QString::fromUtf8(jsonBytes(array)));
-    return result;
+    const Verdict verdict = check.verdict();
+    return verdict == Verdict::Damaged || verdict == Verdict::NoRecording ? ExitCode::Failure
+                                                                          : ExitCode::Success;
 }

@@ -1,20 +1,23 @@
 #pragma once
 
+#include "host/commands/batchoptions.h"
 #include "host/commands/command.h"
-
-#include <string>
-#include <vector>
+#include "host/commands/fileoptions.h"
+#include "host/commands/listing.h"
 
 /// `zepimport check`: what is wrong with recordings, and what it costs.
 class CheckCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
     /// Failure if any file is damaged or no recording.
     ExitCode run(Terminal &terminal) override;
 
 private:
-    std::vector<std::string> m_files;
-    bool m_recursive = false;
-    bool m_wantsJson = false;
+    ExitCode check(const QString &fileName, Importer &importer, Terminal &terminal);
+
+    FileOptions m_files;
+    BatchOptions m_batch;
+    Listing m_listing;
 };

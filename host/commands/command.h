@@ -1,45 +1,54 @@
 #pragma once
 
 #include "host/commands/exitcode.h"
-#include "host/files/pluginregistry.h"
 
-#include <optional>
-#include <string>
-
+class CommandOptions;
 class Terminal;
 
-namespace CLI {
-class App;
-}
-
-/// One command of the program: its options, and what it does with them.
+/// One command of the program: its options, and what it does with them. What commands share are
+/// parts that they hold: PluginOptions, FileOptions, LapOptions, ChannelOptions, JsonOption,
+/// OutputOptions, BatchOptions.
+///
+///     void GapsCommand::declare(CommandOptions &options)
+///     {
+///         m_files.declareWithLaps(options);         // FILE..., -r, --plugin, -v
+///         m_laps.declare(options, "Laps to count"); // --lap, also FILE:CHOICE
+///         m_channels.declare(options);              // --channels
+///     }
+///
+///     ExitCode GapsCommand::run(Terminal &terminal)
+///     {
+///         FileWork work;
+///         work.process = [&](const RecordingFile &file, Importer &importer) {
+///             return m_laps.import(file, importer, terminal, [&](ChosenLaps &&chosen) {
+///                 const auto channels = m_channels.chosen(chosen, terminal);
+///                 if (!channels)
+///                     return ExitCode::WrongUse; // the user knows why
+///                 ...
+///                 return ExitCode::Success;
+///             });
+///         };
+///         return processFiles(m_files, work, terminal);
+///     }
 class Command
 {
 public:
+    struct Description {
+        const char *name;
+        const char *text; ///< one line
+        const char *examples; ///< lines, each indented by two spaces
+    };
+
     Command() = default;
     Command(const Command &) = delete;
     Command &operator=(const Command &) = delete;
     virtual ~Command();
 
-    /// Adds the command with its options to \a program, which fills them in when it parses. The
-    /// command has to outlive \a program.
-    virtual CLI::App *declare(CLI::App &program) = 0;
+    virtual Description description() const = 0;
 
-    /// Does what the options ask for.
+    /// Declares the options of the command, whose values it keeps.
+    virtual void declare(CommandOptions &options) = 0;
+
+    /// Does what the options ask for. Failure, or wrong use, if not all of it; then the user knows.
     virtual ExitCode run(Terminal &terminal) = 0;
-
-protected:
-    /// Adds \a name to \a program with the options that every command has.
-    CLI::App *declareNamed(CLI::App &program, const std::string &name,
-                           const std::string &description, const std::string &examples);
-
-    /// Finds the plug-ins; without any, the result is empty and the user knows where they were
-    /// looked for.
-    std::optional<PluginRegistry> loadPlugins(Terminal &terminal) const;
-
-    bool isVerbose() const { return m_verbose; }
-
-private:
-    std::string m_plugin;
-    bool m_verbose = false;
 };

@@ -1,7 +1,7 @@
 #include "host/commands/comparecommand.h"
 
 #include "analysis/lapsummary.h"
-#include "host/files/recordingfiles.h"
+#include "host/commands/filework.h"
 #include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
@@ -10,9 +10,6 @@
 #include "writers/outputbuffer.h"
 #include "writers/outputfile.h"
 
-#include <CLI/CLI.hpp>
-
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 
@@ -97,9 +94,9 @@ void print(const std::vector<CompareCommand::Side> &sides, const LapComparison &
     terminal.printHeading(QLatin1String("A  ") % sides[0].name());
     terminal.printHeading(QLatin1String("B  ") % sides[1].name());
     const double atLine = comparison.points.back().difference();
-    terminal.print(QStringLiteral("\nAt the line B is %1 s %2 A.\n\n")
+    terminal.print(QStringLiteral("\nAt the finish line, B is %1 s %2 than A.\n\n")
                        .arg(QString::number(std::abs(atLine), 'f', 3),
-                            atLine < 0 ? QStringLiteral("ahead of") : QStringLiteral("behind")));
+                            atLine < 0 ? QStringLiteral("faster") : QStringLiteral("slower")));
     if (terminal.width() >= TextChart::LeastWidth)
         terminal.print(charts(comparison, terminal) % QLatin1Char('\n'));
     terminal.print(stretchTable(comparison, terminal));
@@ -134,6 +131,27 @@ QJsonObject json(const std::vector<CompareCommand::Side> &sides, const LapCompar
             {QStringLiteral("points"), points}};
 }
 
+/// Why \a a and \a b cannot be compared on a grid of so many metres; empty if they can.
+QString obstacle(const CompareCommand::Side &a, const CompareCommand::Side &b, double grid)
+{
+    const auto metres = [](double length) { return QString::number(length, 'f', 0); };
+    if (a.track != b.track) {
+        return QStringLiteral("laps of different tracks cannot be compared: %1 on %2, %3 on %4")
+            .arg(a.fileName, a.track, b.fileName, b.track);
+    }
+    if (std::abs(a.curve.length() - b.curve.length()) > LengthTolerance * a.curve.length()) {
+        return QStringLiteral("laps of different length cannot be compared: %1 is %2 m, %3 is %4 m")
+            .arg(a.name(), metres(a.curve.length()), b.name(), metres(b.curve.length()));
+    }
+    if (!(a.curve.length() / grid <= MostPlaces)) {
+        return QStringLiteral(
+                   "%1 is %2 m long, too much for a grid of %3 m; choose a wider --grid, "
+                   "or another lap")
+            .arg(a.name(), formatNumber(a.curve.length()), formatNumber(grid));
+    }
+    return QString();
+}
+
 } // namespace
 
 QString CompareCommand::Side::name() const
@@ -142,40 +160,59 @@ QString CompareCommand::Side::name() const
         .arg(fileName, QString::number(number), formatLapTime(time));
 }
 
-CLI::App *CompareCommand::declare(CLI::App &program)
+Command::Description CompareCommand::description() const
 {
-    CLI::App *command =
-        declareNamed(program, "compare", "Show where one lap gains on another",
-                     "  zepimport compare practice.ibt:best practice.ibt:3\n"
-                     "  zepimport compare monday.ibt tuesday.ibt --output gaps.csv");
-    declareFiles(*command);
-    declareLaps(*command, LapChoice::best(), "Laps to compare instead of the best ones");
-    command->add_option("--grid", m_grid, "Metres from one place to the next")
-        ->type_name("METRES")
-        ->check(CLI::Range(FinestGrid, CoarsestGrid))
-        ->check([](const std::string &metres) { // which every range lets through
-            return std::isnan(std::stod(metres)) ? "'" + metres + "' is no number of metres"
-                                                 : std::string();
-        })
-        ->capture_default_str();
-    command
-        ->add_option("-o,--output", m_output,
-                     "CSV file to write all places to, also;\n- is the standard output, alone")
-        ->type_name("PATH");
-    command->add_flag("--force", m_force, "Replace a file that exists already");
-    command->add_flag("--json", m_wantsJson, "Print JSON instead of tables");
-    return command;
+    return {"compare", "Show where one lap gains on another",
+            "  zepimport compare practice.ibt:best practice.ibt:3\n"
+            "  zepimport compare monday.ibt tuesday.ibt --output gaps.csv"};
 }
 
-bool CompareCommand::accepts(const QVector<RecordingFile> &files, Terminal &terminal)
+void CompareCommand::declare(CommandOptions &options)
 {
-    const QString output = QFile::decodeName(m_output.c_str());
-    return std::none_of(files.begin(), files.end(), [&](const RecordingFile &file) {
-        return isRecording(output, file, terminal);
-    });
+    m_files.declareWithLaps(options);
+    m_laps.declare(options, "Laps to compare instead of the best ones");
+    options.addNumber({"--grid", "METRES", "Metres from one place to the next"}, &m_grid,
+                      FinestGrid, CoarsestGrid);
+    m_output.declareOutput(options, "PATH",
+                           "CSV file to write all places to, also;\n"
+                           "- is the standard output, alone");
+    m_output.declareForce(options, "Replace a file that exists already");
+    m_json.declare(options);
 }
 
-ExitCode CompareCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+ExitCode CompareCommand::run(Terminal &terminal)
+{
+    if (m_output.isStandardOutput() && m_json.isGiven()) {
+        terminal.complain(QStringLiteral("--json and --output - both need the standard output; see "
+                                         "zepimport compare --help"));
+        return ExitCode::WrongUse;
+    }
+    FileWork work;
+    work.accepts = [&](const QVector<RecordingFile> &files) {
+        return !OutputOptions::isRecording(m_output.name(), files, terminal);
+    };
+    work.process = [&](const RecordingFile &file, Importer &importer) {
+        return m_laps.import(file, importer, terminal,
+                             [&](ChosenLaps &&chosen) { return collect(chosen, terminal); });
+    };
+    const ExitCode collected = processFiles(m_files, work, terminal);
+    if (collected != ExitCode::Success)
+        return collected;
+    if (m_sides.size() != 2) {
+        terminal.complain(QStringLiteral("compare takes two laps, not %1; choose them as in "
+                                         "%2:best %2:3")
+                              .arg(QString::number(m_sides.size()), m_sides.front().fileName));
+        return ExitCode::WrongUse;
+    }
+    const QString problem = obstacle(m_sides[0], m_sides[1], m_grid);
+    if (!problem.isEmpty()) {
+        terminal.complain(problem);
+        return ExitCode::Failure;
+    }
+    return show(LapComparison(m_sides[0].curve, m_sides[1].curve, m_grid), terminal);
+}
+
+ExitCode CompareCommand::collect(const ChosenLaps &chosen, Terminal &terminal)
 {
     for (const int index : chosen.indices) {
         const ZEP::Lap &lap = chosen.lap(index);
@@ -197,52 +234,14 @@ ExitCode CompareCommand::process(ChosenLaps &&chosen, Terminal &terminal)
     return ExitCode::Success;
 }
 
-ExitCode CompareCommand::run(Terminal &terminal)
+ExitCode CompareCommand::show(const LapComparison &comparison, Terminal &terminal) const
 {
-    if (m_output == "-" && m_wantsJson) {
-        terminal.complain(QStringLiteral("--json and --output - both need the standard output; see "
-                                         "zepimport compare --help"));
-        return ExitCode::WrongUse;
-    }
-    const ExitCode collected = FileCommand::run(terminal);
-    if (collected != ExitCode::Success)
-        return collected;
-    if (m_sides.size() != 2) {
-        terminal.complain(QStringLiteral("compare takes two laps, not %1; choose them as in "
-                                         "%2:best %2:3")
-                              .arg(QString::number(m_sides.size()), m_sides.front().fileName));
-        return ExitCode::WrongUse;
-    }
-    const Side &a = m_sides[0];
-    const Side &b = m_sides[1];
-    if (a.track != b.track) {
-        terminal.complain(QStringLiteral("laps of different tracks cannot be compared: %1 on %2, "
-                                         "%3 on %4")
-                              .arg(a.fileName, a.track, b.fileName, b.track));
+    if (m_output.isGiven() && !writeCsv(comparison, terminal))
         return ExitCode::Failure;
-    }
-    if (std::abs(a.curve.length() - b.curve.length()) > LengthTolerance * a.curve.length()) {
-        terminal.complain(
-            QStringLiteral("laps of different length cannot be compared: %1 is %2 m, %3 is %4 m")
-                .arg(a.name(), QString::number(a.curve.length(), 'f', 0), b.name(),
-                     QString::number(b.curve.length(), 'f', 0)));
-        return ExitCode::Failure;
-    }
-
-    if (!(a.curve.length() / m_grid <= MostPlaces)) {
-        terminal.complain(QStringLiteral("%1 is %2 m long, too much for a grid of %3 m; choose a "
-                                         "wider --grid, or another lap")
-                              .arg(a.name(), formatNumber(a.curve.length()), formatNumber(m_grid)));
-        return ExitCode::Failure;
-    }
-
-    const LapComparison comparison(a.curve, b.curve, m_grid);
-    if (!m_output.empty() && !writeCsv(comparison, terminal))
-        return ExitCode::Failure;
-    if (m_output == "-")
+    if (m_output.isStandardOutput())
         return ExitCode::Success;
-    if (m_wantsJson)
-        terminal.print(QString::fromUtf8(jsonBytes(json(m_sides, comparison))));
+    if (m_json.isGiven())
+        JsonOption::print(json(m_sides, comparison), terminal);
     else
         print(m_sides, comparison, terminal);
     return ExitCode::Success;
@@ -252,12 +251,9 @@ ExitCode CompareCommand::run(Terminal &terminal)
 /// user knows.
 bool CompareCommand::writeCsv(const LapComparison &comparison, Terminal &terminal) const
 {
-    OutputFile file(QFile::decodeName(m_output.c_str()));
-    QString problem;
-    if (!file.open(m_force, &problem)) {
-        terminal.complain(problem);
+    OutputFile file(m_output.name());
+    if (!m_output.open(&file, terminal))
         return false;
-    }
     OutputBuffer buffer(file);
     buffer.append("distance,difference,time_a,time_b,speed_a,speed_b\nm,s,s,s,m/s,m/s\n");
     for (const LapComparison::Point &point : comparison.points) {
@@ -272,9 +268,5 @@ bool CompareCommand::writeCsv(const LapComparison &comparison, Terminal &termina
         buffer.appendUntil(place);
     }
     buffer.flush();
-    if (!file.commit(&problem)) {
-        terminal.complain(problem);
-        return false;
-    }
-    return true;
+    return OutputOptions::commit(&file, terminal);
 }

@@ -2,19 +2,18 @@
 
 #include "analysis/lapbydistance.h"
 #include "analysis/lapcomparison.h"
-#include "host/commands/filecommand.h"
+#include "host/commands/command.h"
+#include "host/commands/fileoptions.h"
+#include "host/commands/jsonoption.h"
+#include "host/commands/lapoptions.h"
+#include "host/commands/outputoptions.h"
 
-#include <optional>
-#include <string>
 #include <vector>
 
 /// `zepimport compare`: where one lap gains on another.
-class CompareCommand : public FileCommand
+class CompareCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
-    ExitCode run(Terminal &terminal) override;
-
     /// One of the two laps.
     struct Side {
         QString fileName;
@@ -26,16 +25,19 @@ public:
         QString name() const;
     };
 
-protected:
-    bool accepts(const QVector<RecordingFile> &files, Terminal &terminal) override;
-    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
+    ExitCode run(Terminal &terminal) override;
 
 private:
+    ExitCode collect(const ChosenLaps &chosen, Terminal &terminal);
     bool writeCsv(const LapComparison &comparison, Terminal &terminal) const;
+    ExitCode show(const LapComparison &comparison, Terminal &terminal) const;
 
-    bool m_wantsJson = false;
-    bool m_force = false;
-    std::string m_output; ///< none unless set
+    FileOptions m_files;
+    LapOptions m_laps{LapChoice::best()};
+    OutputOptions m_output;
+    JsonOption m_json;
     double m_grid = 1;
     std::vector<Side> m_sides;
 };

@@ -1,19 +1,17 @@
 #include "host/commands/exportcommand.h"
 
-#include "host/files/recordingfiles.h"
+#include "host/commands/filework.h"
 #include "host/text/terminal.h"
 #include "writers/csvwriter.h"
 #include "writers/jsonlapwriter.h"
 #include "writers/matwriter.h"
 #include "writers/outputfile.h"
 
-#include <CLI/CLI.hpp>
-
-#include <QFile>
 #include <QFileInfo>
 #include <QMap>
 
 #include <cctype>
+#include <utility>
 
 namespace {
 
@@ -35,83 +33,26 @@ std::optional<char> separatorFrom(const std::string &text)
     return isUsable ? std::optional<char>(text[0]) : std::nullopt;
 }
 
-} // namespace
-
-CLI::App *ExportCommand::declare(CLI::App &program)
+std::string separatorProblem(const std::string &text)
 {
-    CLI::App *command =
-        declareNamed(program, "export", "Write laps to CSV, JSON or MAT files",
-                     "  zepimport export practice.ibt --lap best --channels driver -o best.csv\n"
-                     "  zepimport export -r season/ --format mat -o exported/\n"
-                     "  zepimport export practice.ibt - | head");
-    declareFiles(*command);
-    declareLaps(*command, LapChoice::all(), "Laps to write");
-    declareChannels(*command);
-    declareBatch(*command);
-    command
-        ->add_option("-o,--output", m_output,
-                     "File to write, or folder to write into; - is the\n"
-                     "standard output. Else the recording's name with\n"
-                     "another suffix, in the current folder")
-        ->type_name("PATH");
-    command->add_option("--format", m_format, "csv, json or mat; else by the output's suffix")
-        ->type_name("FORMAT")
-        ->check(CLI::IsMember({"csv", "json", "mat"}).description(""));
-    command->add_flag("--split", m_split, "Write a file for each lap: NAME-lap03.csv");
-    command->add_flag("--force", m_force, "Replace files that exist already");
-    command
-        ->add_option_function<std::string>(
-            "--sep",
-            [this](const std::string &text) { m_separator = separatorFrom(text).value_or(','); },
-            "Character between values of CSV, or tab; else ,")
-        ->type_name("CHAR")
-        ->check([](const std::string &text) {
-            return separatorFrom(text)
-                ? std::string()
-                : "'" + text + "' cannot stand between numbers; choose one like ; or tab";
-        });
-    command
-        ->add_option("--units", m_units,
-                     "Units of CSV: in the header behind the names, in\n"
-                     "a row of their own (as without this), or none:\n"
-                     "header, row or none")
-        ->type_name("PLACE")
-        ->check(CLI::IsMember({"header", "row", "none"}).description(""));
-    return command;
+    return separatorFrom(text)
+        ? std::string()
+        : "'" + text + "' cannot stand between numbers; choose one like ; or tab";
 }
 
-ExitCode ExportCommand::run(Terminal &terminal)
+/// Whether each of \a files goes to a file of its own, and none to a recording. If not, the user
+/// knows.
+bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Terminal &terminal)
 {
-    if (takeFile("-")) {
-        if (!m_output.empty() || !hasFiles()) {
-            terminal.complain(QLatin1String(
-                hasFiles() ? "- and --output name two outputs; see zepimport export --help"
-                           : "FILE is required beside -; see zepimport export --help"));
-            return ExitCode::WrongUse;
-        }
-        m_output = "-";
-    }
-    QString problem;
-    m_names = ExportNames::from(QFile::decodeName(m_output.c_str()),
-                                QString::fromStdString(m_format), m_split, &problem);
-    if (!m_names) {
-        terminal.complain(problem);
-        return ExitCode::WrongUse;
-    }
-    return FileCommand::run(terminal);
-}
-
-bool ExportCommand::accepts(const QVector<RecordingFile> &files, Terminal &terminal)
-{
-    if (files.size() > 1 && m_names->isOneFile()) {
+    if (files.size() > 1 && names.isOneFile()) {
         terminal.complain(QStringLiteral("several recordings go into several files; name a folder "
                                          "with --output"));
         return false;
     }
     QMap<QString, QString> recordings;
     for (const RecordingFile &file : files) {
-        const QString name = m_names->fileName(file.fileName);
-        if (isRecording(name, file, terminal))
+        const QString name = names.fileName(file.fileName);
+        if (OutputOptions::isRecording(name, {file}, terminal))
             return false;
         if (recordings.contains(name)) {
             const bool isSame = QFileInfo(recordings.value(name)) == QFileInfo(file.fileName);
@@ -130,10 +71,152 @@ bool ExportCommand::accepts(const QVector<RecordingFile> &files, Terminal &termi
     return true;
 }
 
-std::unique_ptr<LapWriter> ExportCommand::newWriter(OutputFile &file, const ChosenLaps &chosen,
-                                                    const QVector<ChosenChannel> &channels) const
+} // namespace
+
+Command::Description ExportCommand::description() const
 {
-    switch (m_names->format()) {
+    return {"export", "Write laps to CSV, JSON or MAT files",
+            "  zepimport export practice.ibt --lap best --channels driver -o best.csv\n"
+            "  zepimport export -r season/ --format mat -o exported/\n"
+            "  zepimport export practice.ibt - | head"};
+}
+
+void ExportCommand::declare(CommandOptions &options)
+{
+    m_files.declareWithLaps(options);
+    m_laps.declare(options, "Laps to write");
+    m_channels.declare(options);
+    m_batch.declare(options);
+    m_output.declareOutput(options, "PATH",
+                           "File to write, or folder to write into; - is the\n"
+                           "standard output. Else the recording's name with\n"
+                           "another suffix, in the current folder");
+    options.addChoice({"--format", "FORMAT", "csv, json or mat; else by the output's suffix"},
+                      &m_format, {"csv", "json", "mat"});
+    options.addFlag("--split", &m_split, "Write a file for each lap: NAME-lap03.csv");
+    m_output.declareForce(options, "Replace files that exist already");
+    options.addText({"--sep", "CHAR", "Character between values of CSV, or tab; else ,"},
+                    &m_separator, separatorProblem);
+    options.addChoice({"--units", "PLACE",
+                       "Units of CSV: in the header behind the names, in\n"
+                       "a row of their own (as without this), or none:\n"
+                       "header, row or none"},
+                      &m_units, {"header", "row", "none"});
+}
+
+/// A "-" among the files means standard output. False if that does not fit; then the user knows.
+bool ExportCommand::takeStandardOutput(Terminal &terminal)
+{
+    if (!m_files.take("-"))
+        return true;
+    if (m_output.isGiven() || m_files.isEmpty()) {
+        terminal.complain(QLatin1String(
+            m_files.isEmpty() ? "FILE is required beside -; see zepimport export --help"
+                              : "- and --output name two outputs; see zepimport export --help"));
+        return false;
+    }
+    m_output.chooseStandardOutput();
+    return true;
+}
+
+ExitCode ExportCommand::run(Terminal &terminal)
+{
+    if (!takeStandardOutput(terminal))
+        return ExitCode::WrongUse;
+    QString problem;
+    const std::optional<ExportNames> names =
+        ExportNames::from(m_output.name(), QString::fromStdString(m_format), m_split, &problem);
+    if (!names) {
+        terminal.complain(problem);
+        return ExitCode::WrongUse;
+    }
+    FileWork work;
+    work.accepts = [&](const QVector<RecordingFile> &files) {
+        return hasPlaces(files, *names, terminal);
+    };
+    work.process = [&](const RecordingFile &file, Importer &importer) {
+        return m_laps.import(file, importer, terminal,
+                             [&](ChosenLaps &&chosen) { return write(chosen, *names, terminal); });
+    };
+    work.arguments = [&](const RecordingFile &file) { return arguments(file); };
+    return processFiles(m_files, work, terminal, m_batch);
+}
+
+QStringList ExportCommand::arguments(const RecordingFile &file) const
+{
+    QStringList result = QStringList(description().name) + m_laps.arguments(file)
+        + m_channels.arguments() + m_output.arguments()
+        + QStringList{QLatin1String("--sep=") % QString::fromStdString(m_separator),
+                      QLatin1String("--units=") % QString::fromStdString(m_units)};
+    if (!m_format.empty())
+        result.append(QLatin1String("--format=") % QString::fromStdString(m_format));
+    if (m_split)
+        result.append(QStringLiteral("--split"));
+    return result;
+}
+
+ExitCode ExportCommand::write(ChosenLaps &chosen, const ExportNames &names,
+                              Terminal &terminal) const
+{
+    const std::optional<QVector<ChosenChannel>> channels = m_channels.chosen(chosen, terminal);
+    if (!channels)
+        return ExitCode::WrongUse;
+    if (names.isSplit())
+        return writeSplit(chosen, *channels, names, terminal);
+    return writeFile(names.fileName(chosen.file.fileName), chosen, *channels, names.format(),
+                     terminal)
+        ? ExitCode::Success
+        : ExitCode::Failure;
+}
+
+ExitCode ExportCommand::writeSplit(ChosenLaps &chosen, const QVector<ChosenChannel> &channels,
+                                   const ExportNames &names, Terminal &terminal) const
+{
+    const QString recording = chosen.file.fileName;
+    // All or none, as far as that can be told before.
+    for (const int index : qAsConst(chosen.indices)) {
+        QString problem;
+        if (!OutputFile(names.fileName(recording, index + 1))
+                 .isFree(m_output.isForced(), &problem)) {
+            terminal.complain(problem);
+            return ExitCode::Failure;
+        }
+    }
+    for (const int index : QVector<int>(std::exchange(chosen.indices, {}))) {
+        chosen.indices = {index};
+        if (!writeFile(names.fileName(recording, index + 1), chosen, channels, names.format(),
+                       terminal))
+            return ExitCode::Failure;
+    }
+    return ExitCode::Success;
+}
+
+bool ExportCommand::writeFile(const QString &name, ChosenLaps &chosen,
+                              const QVector<ChosenChannel> &channels, ExportNames::Format format,
+                              Terminal &terminal) const
+{
+    OutputFile file(name);
+    if (!m_output.open(&file, terminal))
+        return false;
+    const std::unique_ptr<LapWriter> writer = newWriter(file, chosen, channels, format);
+    for (const int index : qAsConst(chosen.indices)) {
+        writer->write(index + 1, std::move(chosen.file.laps[std::size_t(index)]));
+        if (!file.isGood())
+            break;
+    }
+    QString problem;
+    if (!writer->finish(&problem)) {
+        terminal.complain(name % QLatin1String(": ") % problem);
+        return false;
+    }
+    return OutputOptions::commit(&file, terminal);
+}
+
+std::unique_ptr<LapWriter> ExportCommand::newWriter(OutputFile &file, const ChosenLaps &chosen,
+                                                    const QVector<ChosenChannel> &channels,
+                                                    ExportNames::Format format) const
+{
+    switch (format) {
     case ExportNames::Format::Json:
         return std::make_unique<JsonLapWriter>(file, channels, chosen.file.fileName);
     case ExportNames::Format::Mat:
@@ -142,57 +225,5 @@ std::unique_ptr<LapWriter> ExportCommand::newWriter(OutputFile &file, const Chos
         break;
     }
     return std::make_unique<CsvWriter>(file, channels, chosen.laps(), unitsFrom(m_units),
-                                       m_separator);
-}
-
-bool ExportCommand::writeFile(const QString &name, ChosenLaps &chosen,
-                              const QVector<ChosenChannel> &channels, Terminal &terminal) const
-{
-    OutputFile file(name);
-    QString problem;
-    if (!file.open(m_force, &problem)) {
-        terminal.complain(problem);
-        return false;
-    }
-    const std::unique_ptr<LapWriter> writer = newWriter(file, chosen, channels);
-    for (const int index : qAsConst(chosen.indices)) {
-        writer->write(index + 1, std::move(chosen.file.laps[std::size_t(index)]));
-        if (!file.isGood())
-            break;
-    }
-    if (!writer->finish(&problem)) {
-        terminal.complain(name % QLatin1String(": ") % problem);
-        return false;
-    }
-    if (!file.commit(&problem)) {
-        terminal.complain(problem);
-        return false;
-    }
-    return true;
-}
-
-ExitCode ExportCommand::process(ChosenLaps &&chosen, Terminal &terminal)
-{
-    const std::optional<QVector<ChosenChannel>> channels = chosenChannels(chosen, terminal);
-    if (!channels)
-        return ExitCode::WrongUse;
-    const QString recording = chosen.file.fileName;
-    if (!m_names->isSplit())
-        return writeFile(m_names->fileName(recording), chosen, *channels, terminal)
-            ? ExitCode::Success
-            : ExitCode::Failure;
-    // All or none, as far as that can be told before.
-    for (const int index : qAsConst(chosen.indices)) {
-        QString problem;
-        if (!OutputFile(m_names->fileName(recording, index + 1)).isFree(m_force, &problem)) {
-            terminal.complain(problem);
-            return ExitCode::Failure;
-        }
-    }
-    for (const int index : QVector<int>(std::exchange(chosen.indices, {}))) {
-        chosen.indices = {index};
-        if (!writeFile(m_names->fileName(recording, index + 1), chosen, *channels, terminal))
-            return ExitCode::Failure;
-    }
-    return ExitCode::Success;
+                                       separatorFrom(m_separator).value_or(','));
 }

@@ -1,37 +1,45 @@
 #pragma once
 
-#include "host/commands/filecommand.h"
+#include "host/commands/batchoptions.h"
+#include "host/commands/channeloptions.h"
+#include "host/commands/command.h"
+#include "host/commands/fileoptions.h"
+#include "host/commands/lapoptions.h"
+#include "host/commands/outputoptions.h"
 #include "writers/exportnames.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 
-class OutputFile;
 class LapWriter;
 
 /// `zepimport export`: writes laps as CSV, JSON or MAT files.
-class ExportCommand : public FileCommand
+class ExportCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
     ExitCode run(Terminal &terminal) override;
 
-protected:
-    bool accepts(const QVector<RecordingFile> &files, Terminal &terminal) override;
-    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
-
 private:
-    std::unique_ptr<LapWriter> newWriter(OutputFile &file, const ChosenLaps &chosen,
-                                         const QVector<ChosenChannel> &channels) const;
+    bool takeStandardOutput(Terminal &terminal);
+    QStringList arguments(const RecordingFile &file) const;
+    ExitCode write(ChosenLaps &chosen, const ExportNames &names, Terminal &terminal) const;
+    ExitCode writeSplit(ChosenLaps &chosen, const QVector<ChosenChannel> &channels,
+                        const ExportNames &names, Terminal &terminal) const;
     bool writeFile(const QString &name, ChosenLaps &chosen, const QVector<ChosenChannel> &channels,
-                   Terminal &terminal) const;
+                   ExportNames::Format format, Terminal &terminal) const;
+    std::unique_ptr<LapWriter> newWriter(OutputFile &file, const ChosenLaps &chosen,
+                                         const QVector<ChosenChannel> &channels,
+                                         ExportNames::Format format) const;
 
-    std::string m_output;
-    std::string m_format;
-    std::string m_units = "row";
-    char m_separator = ',';
+    FileOptions m_files;
+    LapOptions m_laps{LapChoice::all()};
+    ChannelOptions m_channels;
+    BatchOptions m_batch;
+    OutputOptions m_output;
+    std::string m_format; ///< empty unless given
     bool m_split = false;
-    bool m_force = false;
-    std::optional<ExportNames> m_names;
+    std::string m_separator = ",";
+    std::string m_units = "row";
 };

@@ -3,9 +3,6 @@
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "plugin/zepplugininterfaceimport.h"
-#include "writers/jsonvalues.h"
-
-#include <CLI/CLI.hpp>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -29,7 +26,7 @@ QString table(const PluginRegistry &plugins, const Terminal &terminal)
     return table.text(terminal.width(), terminal.hasColour());
 }
 
-QString json(const PluginRegistry &plugins)
+QJsonArray json(const PluginRegistry &plugins)
 {
     QJsonArray array;
     for (const PluginRegistry::Plugin &plugin : plugins.plugins()) {
@@ -41,26 +38,32 @@ QString json(const PluginRegistry &plugins)
                                   QJsonArray::fromStringList(interface.availableImportFormats())},
                                  {QStringLiteral("library"), plugin.library}});
     }
-    return QString::fromUtf8(jsonBytes(array));
+    return array;
 }
 
 } // namespace
 
-CLI::App *FormatsCommand::declare(CLI::App &program)
+Command::Description FormatsCommand::description() const
 {
-    CLI::App *command =
-        declareNamed(program, "formats", "Show the plug-ins found and their formats",
-                     "  zepimport formats\n"
-                     "  zepimport formats --plugin build/bin");
-    command->add_flag("--json", m_wantsJson, "Print JSON instead of tables");
-    return command;
+    return {"formats", "Show the plug-ins found and their formats",
+            "  zepimport formats\n"
+            "  zepimport formats --plugin build/bin"};
+}
+
+void FormatsCommand::declare(CommandOptions &options)
+{
+    m_plugins.declare(options);
+    m_json.declare(options);
 }
 
 ExitCode FormatsCommand::run(Terminal &terminal)
 {
-    const std::optional<PluginRegistry> plugins = loadPlugins(terminal);
+    const std::optional<PluginRegistry> plugins = m_plugins.load(terminal);
     if (!plugins)
         return ExitCode::Failure;
-    terminal.print(m_wantsJson ? json(*plugins) : table(*plugins, terminal));
+    if (m_json.isGiven())
+        JsonOption::print(json(*plugins), terminal);
+    else
+        terminal.print(table(*plugins, terminal));
     return ExitCode::Success;
 }

@@ -1,12 +1,11 @@
 #include "host/commands/infocommand.h"
 
 #include "analysis/headerfields.h"
+#include "host/commands/filework.h"
 #include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "writers/jsonvalues.h"
-
-#include <CLI/CLI.hpp>
 
 namespace {
 
@@ -33,32 +32,47 @@ QString table(const ZEP::Lap &lap, const Terminal &terminal)
 
 } // namespace
 
-CLI::App *InfoCommand::declare(CLI::App &program)
+Command::Description InfoCommand::description() const
 {
-    CLI::App *command =
-        declareNamed(program, "info", "Show everything that the headers of laps carry",
-                     "  zepimport info practice.ibt\n"
-                     "  zepimport info --json practice.ibt:3");
-    declareFiles(*command);
-    declareLaps(*command, LapChoice::representative(),
-                "Laps to show instead of the best timed one,\nor else the longest");
-    declareBatch(*command);
-    declareJson(*command);
-    return command;
+    return {"info", "Show everything that the headers of laps carry",
+            "  zepimport info practice.ibt\n"
+            "  zepimport info --json practice.ibt:3"};
 }
 
-ExitCode InfoCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+void InfoCommand::declare(CommandOptions &options)
+{
+    m_files.declareWithLaps(options);
+    m_laps.declare(options, "Laps to show instead of the best timed one,\nor else the longest");
+    m_batch.declare(options);
+    m_listing.declare(options);
+}
+
+ExitCode InfoCommand::run(Terminal &terminal)
+{
+    FileWork work = m_listing.work(terminal);
+    work.process = [&](const RecordingFile &file, Importer &importer) {
+        return m_laps.import(file, importer, terminal, [&](ChosenLaps &&chosen) {
+            show(chosen, terminal);
+            return ExitCode::Success;
+        });
+    };
+    work.arguments = [&](const RecordingFile &file) {
+        return QStringList(description().name) + m_laps.arguments(file) + m_listing.arguments();
+    };
+    return processFiles(m_files, work, terminal, m_batch);
+}
+
+void InfoCommand::show(const ChosenLaps &chosen, Terminal &terminal)
 {
     for (const int index : chosen.indices) {
         const ZEP::Lap &lap = chosen.lap(index);
-        if (wantsJson()) {
+        if (m_listing.wantsJson()) {
             QJsonObject json = headerJson(lap);
             json.insert(QStringLiteral("lap"), index + 1);
-            addJson(chosen, json);
+            m_listing.addJson(chosen.file.fileName, json);
             continue;
         }
-        printLapHeading(chosen, index, terminal);
+        m_listing.printLapHeading(chosen, index, terminal);
         terminal.print(table(lap, terminal));
     }
-    return ExitCode::Success;
 }

@@ -1,13 +1,24 @@
 #pragma once
 
-#include "host/commands/showcommand.h"
+#include "host/commands/batchoptions.h"
+#include "host/commands/command.h"
+#include "host/commands/fileoptions.h"
+#include "host/commands/lapoptions.h"
+#include "host/commands/listing.h"
 
-/// `zepimport info`: everything that the headers of laps carry.
-class InfoCommand : public ShowCommand
+/// `zepimport info`: everything that the headers of laps contain.
+class InfoCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
+    ExitCode run(Terminal &terminal) override;
 
-protected:
-    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
+private:
+    void show(const ChosenLaps &chosen, Terminal &terminal);
+
+    FileOptions m_files;
+    LapOptions m_laps{LapChoice::representative()};
+    BatchOptions m_batch;
+    Listing m_listing;
 };

@@ -2,14 +2,13 @@
 
 #include "analysis/lapsummary.h"
 #include "analysis/sessionsummary.h"
+#include "host/commands/commandline.h"
 #include "host/text/displaytext.h"
 #include "host/text/summaryjson.h"
 #include "host/text/tablewriter.h"
 #include "host/text/terminal.h"
 #include "model/helpers.h"
 #include "writers/jsonvalues.h"
-
-#include <CLI/CLI.hpp>
 
 #include <QJsonArray>
 
@@ -85,7 +84,7 @@ QJsonObject bestJson(const ChosenLaps &chosen)
             best = i;
     }
     QJsonObject object = sessionJson(sessionSummary(chosen.file.laps, chosen.file.lastModified()));
-    object.insert(QStringLiteral("bestLap"), best ? QJsonValue(*best + 1) : QJsonValue());
+    object.insert(QStringLiteral("lap"), best ? QJsonValue(*best + 1) : QJsonValue());
     object.insert(QStringLiteral("time"), jsonTime(best ? summaries.at(*best).time : std::nullopt));
     object.insert(QStringLiteral("timedLaps"), timed);
     return object;
@@ -117,7 +116,7 @@ QString bestTable(const QJsonArray &files, const Terminal &terminal)
              text("track"), text("car"), text("driver"),
              formatLapTime(hasTime ? std::optional<int>(qRound(time.toDouble() * msPerSecond))
                                    : std::nullopt),
-             hasTime ? QString::number(file[QLatin1String("bestLap")].toInt())
+             hasTime ? QString::number(file[QLatin1String("lap")].toInt())
                      : QStringLiteral("-"),
              QString::number(file[QLatin1String("timedLaps")].toInt())},
             hasTime ? TableWriter::Style::Plain : TableWriter::Style::Faint);
@@ -142,47 +141,59 @@ QJsonObject json(const ChosenLaps &chosen)
 
 } // namespace
 
-CLI::App *LapsCommand::declare(CLI::App &program)
+Command::Description LapsCommand::description() const
 {
-    CLI::App *command = declareNamed(program, "laps", "Show the laps of recordings in a table",
-                                     "  zepimport laps practice.ibt\n"
-                                     "  zepimport laps --best --jobs 4 -r season/\n"
-                                     "  zepimport laps --json monday/*.ibt > laps.json");
-    declareFiles(*command);
-    declareLaps(*command, LapChoice::all(), "Laps to show");
-    command->add_flag("--best", m_best, "Show one row for each file, with its best lap");
-    declareBatch(*command);
-    declareJson(*command);
-    return command;
+    return {"laps", "Show the laps of recordings in a table",
+            "  zepimport laps practice.ibt\n"
+            "  zepimport laps --best --jobs 4 -r season/\n"
+            "  zepimport laps --json monday/*.ibt > laps.json"};
 }
 
-ExitCode LapsCommand::process(ChosenLaps &&chosen, Terminal &terminal)
+void LapsCommand::declare(CommandOptions &options)
 {
+    m_files.declareWithLaps(options);
+    m_laps.declare(options, "Laps to show");
+    options.addFlag("--best", &m_best, "Show one row for each file, with its best lap");
+    m_batch.declare(options);
+    m_listing.declare(options);
+}
+
+ExitCode LapsCommand::run(Terminal &terminal)
+{
+    FileWork work = m_listing.work(terminal);
+    work.process = [&](const RecordingFile &file, Importer &importer) {
+        return m_laps.import(file, importer, terminal, [&](ChosenLaps &&chosen) {
+            show(chosen, terminal);
+            return ExitCode::Success;
+        });
+    };
+    work.arguments = [&](const RecordingFile &file) {
+        // The one table is made of what JSON says of each file.
+        return QStringList(description().name) + m_laps.arguments(file)
+            + (m_best ? QStringList{"--best", "--json"} : m_listing.arguments());
+    };
+    if (m_best && !m_listing.wantsJson()) {
+        work.finish = [&] {
+            if (!m_listing.jsonArray().isEmpty())
+                terminal.print(bestTable(m_listing.jsonArray(), terminal));
+            return ExitCode::Success;
+        };
+    }
+    return processFiles(m_files, work, terminal, m_batch);
+}
+
+void LapsCommand::show(const ChosenLaps &chosen, Terminal &terminal)
+{
+    const ImportedFile &file = chosen.file;
     if (m_best) {
-        addJson(chosen, bestJson(chosen));
-        return ExitCode::Success;
+        m_listing.addJson(file.fileName, bestJson(chosen));
+        return;
     }
-    if (wantsJson()) {
-        addJson(chosen, json(chosen));
-        return ExitCode::Success;
+    if (m_listing.wantsJson()) {
+        m_listing.addJson(file.fileName, json(chosen));
+        return;
     }
-    printHeading(chosen.file.fileName, terminal);
-    terminal.print(
-        sessionTable(sessionSummary(chosen.file.laps, chosen.file.lastModified()), terminal)
-        % QLatin1Char('\n') % lapTable(chosen, terminal));
-    return ExitCode::Success;
-}
-
-QStringList LapsCommand::extraOptions() const
-{
-    return m_best && !wantsJson() ? QStringList{QStringLiteral("--json")} : QStringList();
-}
-
-ExitCode LapsCommand::finish(Terminal &terminal)
-{
-    if (!m_best || wantsJson())
-        return ShowCommand::finish(terminal);
-    if (!jsonArray().isEmpty())
-        terminal.print(bestTable(jsonArray(), terminal));
-    return ExitCode::Success;
+    m_listing.printHeading(file.fileName, terminal);
+    terminal.print(sessionTable(sessionSummary(file.laps, file.lastModified()), terminal)
+                   % QLatin1Char('\n') % lapTable(chosen, terminal));
 }

@@ -1,18 +1,25 @@
 #pragma once
 
-#include "host/commands/showcommand.h"
+#include "host/commands/batchoptions.h"
+#include "host/commands/command.h"
+#include "host/commands/fileoptions.h"
+#include "host/commands/lapoptions.h"
+#include "host/commands/listing.h"
 
 /// `zepimport laps`: a table of laps for each file, or one table with a row for each.
-class LapsCommand : public ShowCommand
+class LapsCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
-
-protected:
-    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
-    QStringList extraOptions() const override;
-    ExitCode finish(Terminal &terminal) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
+    ExitCode run(Terminal &terminal) override;
 
 private:
+    void show(const ChosenLaps &chosen, Terminal &terminal);
+
+    FileOptions m_files;
+    LapOptions m_laps{LapChoice::all()};
+    BatchOptions m_batch;
+    Listing m_listing;
     bool m_best = false;
 };

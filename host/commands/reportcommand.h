@@ -1,27 +1,26 @@
 #pragma once
 
-#include "host/commands/filecommand.h"
+#include "host/commands/channeloptions.h"
+#include "host/commands/command.h"
+#include "host/commands/fileoptions.h"
+#include "host/commands/lapoptions.h"
+#include "host/commands/outputoptions.h"
 #include "host/report/reportdata.h"
-#include "writers/outputfile.h"
-
-#include <optional>
-#include <string>
 
 /// `zepimport report`: one page for the browser about the laps of recordings.
-class ReportCommand : public FileCommand
+class ReportCommand : public Command
 {
 public:
-    CLI::App *declare(CLI::App &program) override;
+    Description description() const override;
+    void declare(CommandOptions &options) override;
     ExitCode run(Terminal &terminal) override;
 
-protected:
-    bool accepts(const QVector<RecordingFile> &files, Terminal &terminal) override;
-    ExitCode process(ChosenLaps &&chosen, Terminal &terminal) override;
-    ExitCode finish(Terminal &terminal) override;
-
 private:
-    std::string m_output;
-    bool m_force = false;
-    std::optional<OutputFile> m_page;
+    ExitCode add(const ChosenLaps &chosen, Terminal &terminal);
+
+    FileOptions m_files;
+    LapOptions m_laps{LapChoice::all()};
+    ChannelOptions m_channels;
+    OutputOptions m_output;
     ReportData m_data;
 };

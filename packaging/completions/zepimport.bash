@@ -31,7 +31,7 @@ _zepimport()
         compare) words="--lap --grid --output --force --json $files" ;;
         export) words="--lap --channels --output --format --split --force --sep --units $batch" ;;
         report) words="--lap --channels --output --force $files" ;;
-        check) words="--recursive --json $every" ;;
+        check) words="--json $batch" ;;
         formats) words="--json $every" ;;
         esac
         ;;

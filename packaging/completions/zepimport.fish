@@ -16,14 +16,14 @@ complete -c zepimport -n __zepimport_no_command -a channels -d 'Show the channel
 complete -c zepimport -n __zepimport_no_command -a compare -d 'Show where one lap gains on another'
 complete -c zepimport -n __zepimport_no_command -a export -d 'Write laps to CSV, JSON or MAT files'
 complete -c zepimport -n __zepimport_no_command -a report -d 'Write a page for the browser about laps'
-complete -c zepimport -n __zepimport_no_command -a check -d 'Tell what is wrong with recordings'
+complete -c zepimport -n __zepimport_no_command -a check -d 'Check recordings for damage'
 complete -c zepimport -n __zepimport_no_command -a formats -d 'Show the plug-ins and their formats'
 complete -c zepimport -n __zepimport_no_command -l version -d 'Show the versions'
 complete -c zepimport -s h -l help -d 'Show the options'
 
 set -l every laps info channels compare export report check formats
 set -l files laps info channels compare export report
-set -l batch laps info channels export
+set -l batch laps info channels export check
 complete -c zepimport -n "__zepimport_command $every" -s v -l verbose -d 'Show every message of the plug-ins'
 complete -c zepimport -n "__zepimport_command $every" -l plugin -r -d 'Plug-in, or folder of plug-ins, to use'
 complete -c zepimport -n "__zepimport_command $files check" -s r -l recursive -d 'Read the folders below a folder, too'

@@ -118,7 +118,7 @@ void tst_ZepimportBatch::bestAsJson()
                                      {"session", "race"},
                                      {"date", "2024-05-31T18:30:00.000"},
                                      {"dateOfFile", false},
-                                     {"bestLap", 3},
+                                     {"lap", 3},
                                      {"time", 65.123},
                                      {"timedLaps", 2}}}));
 }

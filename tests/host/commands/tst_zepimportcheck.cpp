@@ -97,6 +97,10 @@ private Q_SLOTS:
     void wrongUse_data();
     void wrongUse();
     void jsonSaysTheSame();
+    void jobsChangeNothing_data();
+    void jobsChangeNothing();
+    void crashCostsOneFile_data();
+    void crashCostsOneFile();
     void otherFormats();
     void demoIsFine();
     void saysWhyNothingIsLeft_data();
@@ -130,7 +134,11 @@ Outcome tst_ZepimportCheck::run(const QStringList &arguments) const
 void tst_ZepimportCheck::documentedOutput()
 {
     const Outcome outcome = run({"crashed"});
-    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(
+        outcome.errors,
+        QStringLiteral("zepimport: 5 of 15 files passed, failed: crashed/carriage-returns.ibt, "
+                       "crashed/cut-in-records.ibt, crashed/cut-in-text.ibt, "
+                       "crashed/driver-with-separator.ibt, crashed/empty-list.ibt and 5 more\n"));
     QCOMPARE(outcome.exitCode, 1);
     QFile docs(QFINDTESTDATA("../../../docs/check.md"));
     QVERIFY(docs.open(QIODevice::ReadOnly));
@@ -218,6 +226,58 @@ void tst_ZepimportCheck::jsonSaysTheSame()
     verdicts.removeDuplicates();
     verdicts.sort();
     QCOMPARE(verdicts, QStringList({"damaged", "fine", "no-recording", "remarks"}));
+}
+
+void tst_ZepimportCheck::jobsChangeNothing_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("text") << QStringList{"crashed", "missing.ibt"};
+    QTest::newRow("JSON") << QStringList{"--json", "crashed", "missing.ibt"};
+    QTest::newRow("quiet") << QStringList{"--quiet", "crashed"};
+    QTest::newRow("laps that are not to be chosen") << QStringList{"crashed", "crashed:best"};
+    QTest::newRow("one file") << QStringList{"crashed/sound.ibt"};
+}
+
+void tst_ZepimportCheck::jobsChangeNothing()
+{
+    QFETCH(QStringList, arguments);
+    const Outcome here = run(arguments);
+    QVERIFY(!here.output.isEmpty());
+    QCOMPARE(here.errors.contains(QLatin1String(" files passed")),
+             !arguments.contains(QStringLiteral("--quiet"))
+                 && arguments.first() != "crashed/sound.ibt");
+    for (const char *number : {"2", "20"}) {
+        const Outcome jobs = run(arguments + QStringList{"--jobs", number});
+        QCOMPARE(jobs.output, here.output);
+        QCOMPARE(jobs.errors, here.errors);
+        QCOMPARE(jobs.exitCode, here.exitCode);
+    }
+}
+
+void tst_ZepimportCheck::crashCostsOneFile_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("text") << QStringList();
+    QTest::newRow("JSON") << QStringList{"--json"};
+}
+
+void tst_ZepimportCheck::crashCostsOneFile()
+{
+    QFETCH(QStringList, options);
+    const QStringList files{"race.laps", "crash.laps", "again.laps"};
+    for (const QString &name : files) {
+        QFile sheet(m_dir.filePath(name));
+        QVERIFY(sheet.open(QIODevice::WriteOnly));
+        sheet.write(name == files.at(1) ? QByteArray("crash\n") : raceSheet());
+    }
+    const QStringList plugin{"--plugin", QStringLiteral(LAPSHEET_PLUGIN_PATH)};
+    const Outcome outcome = run(plugin + options + QStringList{"--jobs", "2"} + files);
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: crash.laps: its process crashed; the file may be damaged\n"
+                            "zepimport: 2 of 3 files passed, failed: crash.laps\n"));
+    QCOMPARE(outcome.exitCode, 1);
+    const QStringList others{files.first(), files.last()};
+    QCOMPARE(outcome.output, run(plugin + options + QStringList("--quiet") + others).output);
 }
 
 /// Of what is no .ibt recording only the plug-in can tell.

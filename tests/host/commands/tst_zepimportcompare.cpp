@@ -124,7 +124,7 @@ void tst_ZepimportCompare::tableOfStretches()
     QCOMPARE(outcome.output, QStringLiteral(R"(A  two.laps: lap #2, 0:20.000
 B  two.laps: lap #1, 0:20.600
 
-At the line B is 0.600 s behind A.
+At the finish line, B is 0.600 s slower than A.
 
  From     To  Difference  Mean speed A  Mean speed B
   0 m  202 m    +0.996 s      20.0 m/s      18.2 m/s
@@ -320,7 +320,7 @@ void tst_ZepimportCompare::refused_data()
         << 2;
     QTest::newRow("a grid that is no number")
         << QStringList{"even.laps", "two.laps", "--grid", "nan"}
-        << "--grid: 'nan' is no number of metres; see zepimport compare --help" << 2;
+        << "--grid: 'nan' is not a number; see zepimport compare --help" << 2;
     QTest::newRow("a grid without end")
         << QStringList{"even.laps", "two.laps", "--grid", "inf"}
         << "--grid: Value inf not in range 0.010000 to 1000.000000; see zepimport compare --help"

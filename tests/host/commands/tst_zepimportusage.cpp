@@ -55,7 +55,12 @@ void tst_ZepimportUsage::wrongUse_data()
 
     QTest::newRow("nothing") << QStringList() << "a command is missing; see zepimport --help";
     QTest::newRow("no such command")
-        << QStringList{"lap", "race.laps"} << "there is no command 'lap'; see zepimport --help";
+        << QStringList{"draw", "race.laps"} << "there is no command 'draw'; see zepimport --help";
+    QTest::newRow("mistyped command")
+        << QStringList{"lap", "race.laps"}
+        << "there is no command 'lap'; did you mean laps? See zepimport --help";
+    QTest::newRow("no such option of the program")
+        << QStringList{"--colour"} << "there is no option '--colour'; see zepimport --help";
     QTest::newRow("no file") << QStringList{"laps"}
                              << "FILE is required; see zepimport laps --help";
     QTest::newRow("no such option")

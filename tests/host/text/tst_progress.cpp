@@ -1,4 +1,4 @@
-#include "host/commands/filecommand.h"
+#include "host/commands/filework.h"
 #include "host/text/progress.h"
 #include "tests/support/roomtests.h"
 
@@ -81,7 +81,7 @@ void tst_Progress::summary()
 {
     QFETCH(int, files);
     QFETCH(QStringList, failed);
-    QTEST(FileCommand::summary(files, failed), "text");
+    QTEST(filesSummary(files, failed, "done"), "text");
 }
 
 NAPAMMUL_TEST(tst_Progress)

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "host/commands/commandline.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <optional>
+#include <string>
+
+class OutputFile;
+struct RecordingFile;
+class Terminal;
+
+/// `--output` and `--force`: where to write, and whether to replace what is there.
+class OutputOptions
+{
+public:
+    enum class Need { Optional, Required };
+
+    /// \a valueName and \a text describe --output, \a forceText describes --force.
+    void declareOutput(CommandOptions &options, const std::string &valueName,
+                       const std::string &text, Need need = Need::Optional);
+    void declareForce(CommandOptions &options, const std::string &text);
+
+    bool isGiven() const { return !m_output.empty(); }
+    bool isStandardOutput() const { return m_output == "-"; }
+    void chooseStandardOutput() { m_output = "-"; }
+    /// As the user wrote it; empty unless given.
+    QString name() const;
+    /// Whether what exists already is replaced.
+    bool isForced() const { return m_force; }
+
+    /// Opens \a file for writing, and commits what was written. False if that failed; then the user
+    /// knows.
+    bool open(OutputFile *file, Terminal &terminal) const;
+    static bool commit(OutputFile *file, Terminal &terminal);
+
+    /// Whether \a output is one of \a recordings, which must not be replaced; then the user knows.
+    static bool isRecording(const QString &output, const QVector<RecordingFile> &recordings,
+                            Terminal &terminal);
+
+    /// The same choice as arguments of another process.
+    QStringList arguments() const;
+
+private:
+    std::string m_output;
+    bool m_force = false;
+};
