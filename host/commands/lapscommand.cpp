@@ -116,8 +116,7 @@ QString bestTable(const QJsonArray &files, const Terminal &terminal)
              text("track"), text("car"), text("driver"),
              formatLapTime(hasTime ? std::optional<int>(qRound(time.toDouble() * msPerSecond))
                                    : std::nullopt),
-             hasTime ? QString::number(file[QLatin1String("lap")].toInt())
-                     : QStringLiteral("-"),
+             hasTime ? QString::number(file[QLatin1String("lap")].toInt()) : QStringLiteral("-"),
              QString::number(file[QLatin1String("timedLaps")].toInt())},
             hasTime ? TableWriter::Style::Plain : TableWriter::Style::Faint);
     }
