@@ -28,7 +28,8 @@ std::optional<ExportNames> ExportNames::from(const QString &output, const QStrin
         return std::nullopt;
     }
     if (split && names.isStandardOutput()) {
-        *problem = QStringLiteral("--split writes files; name a folder or a file with --output");
+        *problem =
+            QStringLiteral("--split writes several files; give a folder or a file with --output");
         return std::nullopt;
     }
     // The name of a device or pipe says nothing.
@@ -41,7 +42,7 @@ std::optional<ExportNames> ExportNames::from(const QString &output, const QStrin
     if (index < 0) {
         *problem = output
             % QLatin1String(
-                       ": no format has such a suffix; choose one with --format csv, json or mat")
+                       ": no format has this suffix; choose one with --format csv, json or mat")
             % QLatin1String(suffix.isEmpty() ? ", or create the folder first" : "");
         return std::nullopt;
     }

@@ -134,20 +134,21 @@ bool MatWriter::finish(QString *problem)
         }
     }
     if (size > LargestVariable) {
-        *problem = QStringLiteral(
-            "a MAT file holds no more than 2 GB; choose --split, or fewer laps or channels");
+        *problem = QStringLiteral("a MAT file cannot contain more than 2 GB; use --split, or "
+                                  "choose fewer laps or channels");
         return false;
     }
     const QString path = m_file.path();
     if (!path.isEmpty()) {
         if (!writeTo(path))
-            m_file.fail(QStringLiteral("not all of it arrived"));
+            m_file.fail(QStringLiteral("not all of it was written"));
         return true;
     }
     QTemporaryFile temporary;
     if (!temporary.open() || !writeTo(QStringLiteral("/proc/self/fd/%1").arg(temporary.handle()))) {
-        *problem = QStringLiteral("%1 has no room for the MAT file; make some, or set TMPDIR")
-                       .arg(QDir::tempPath());
+        *problem =
+            QStringLiteral("not enough space in %1 for the MAT file; free some, or set TMPDIR")
+                .arg(QDir::tempPath());
         return false;
     }
     constexpr qint64 atOnce = 1 << 20;

@@ -10,12 +10,12 @@ bool OutputFile::isFree(bool overwritten, QString *problem) const
 {
     const QFileInfo info(m_name);
     if (info.isDir()) {
-        *problem = m_name % QLatin1String(": is a folder; name a file in it");
+        *problem = m_name % QLatin1String(": is a folder; give a file in it");
         return false;
     }
     if (info.isFile() && !overwritten) {
         *problem = m_name
-            % QLatin1String(": exists already; choose another name, or --force to replace it");
+            % QLatin1String(": already exists; choose another name, or use --force to replace it");
         return false;
     }
     return true;
@@ -40,7 +40,7 @@ bool OutputFile::open(bool overwritten, QString *problem)
     if (m_device->open(QIODevice::WriteOnly))
         return true;
     *problem = m_name % QLatin1String(": cannot be written (") % m_device->errorString()
-        % QLatin1String("); choose another place");
+        % QLatin1String("); choose another location");
     return false;
 }
 
@@ -83,6 +83,6 @@ bool OutputFile::commit(QString *problem)
         return true;
     *problem = (m_name == QLatin1String("-") ? QStringLiteral("the output") : m_name)
         % QLatin1String(": cannot be written (") % m_error
-        % QLatin1String("); make room, or choose another place");
+        % QLatin1String("); free some space, or choose another location");
     return false;
 }

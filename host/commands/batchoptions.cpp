@@ -6,9 +6,9 @@ void BatchOptions::declare(CommandOptions &options)
 {
     constexpr int most = 256;
     m_isDeclared = true;
-    options.addFlag("-q,--quiet", &m_quiet, "Show no progress and no summary of several files");
+    options.addFlag("-q,--quiet", &m_quiet, "Show no progress bar and no summary");
     options.addInteger({"-j,--jobs", "N",
-                        "Read N files at once, in separate processes,\n"
-                        "so that one which crashes costs itself alone"},
+                        "Process N files in parallel, each in its own\n"
+                        "process: a crash does not affect the other files"},
                        &m_jobs, 1, most);
 }

@@ -3,10 +3,10 @@
 #include "host/commands/commandline.h"
 #include "host/text/terminal.h"
 
-void ChannelOptions::declare(CommandOptions &options)
+void ChannelOptions::declare(CommandOptions &options, const std::string &text)
 {
     options.addTexts({"--channels", "NAMES",
-                      "Channels: names, with * and ?, and presets:\n"
+                      text + ":\nnames, patterns with * and ?, or the presets\n"
                           + ChannelChoice::presets().join(QLatin1String(", ")).toStdString()},
                      &m_names);
 }

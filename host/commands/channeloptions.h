@@ -17,7 +17,8 @@ class Terminal;
 class ChannelOptions
 {
 public:
-    void declare(CommandOptions &options);
+    /// \a text says what becomes of the channels: "Channels to show (default: all)".
+    void declare(CommandOptions &options, const std::string &text);
 
     bool isGiven() const { return !m_names.empty(); }
 

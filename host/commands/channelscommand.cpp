@@ -80,7 +80,7 @@ QJsonArray json(const QVector<ChannelRow> &rows)
 
 Command::Description ChannelsCommand::description() const
 {
-    return {"channels", "Show the channels of laps: units and extremes",
+    return {"channels", "Show the channels of laps with units and ranges",
             "  zepimport channels practice.ibt\n"
             "  zepimport channels --channels 'tire*' practice.ibt:3"};
 }
@@ -88,8 +88,9 @@ Command::Description ChannelsCommand::description() const
 void ChannelsCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
-    m_laps.declare(options, "Laps to show instead of the best timed one,\nor else the longest");
-    m_channels.declare(options);
+    m_laps.declare(options,
+                   "Laps to show (default: the best timed lap,\nor the longest if none is timed)");
+    m_channels.declare(options, "Channels to show (default: all)");
     m_batch.declare(options);
     m_listing.declare(options);
 }

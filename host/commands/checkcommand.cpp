@@ -89,7 +89,7 @@ Command::Description CheckCommand::description() const
 
 void CheckCommand::declare(CommandOptions &options)
 {
-    m_files.declare(options, "Recordings to check, or folders of them");
+    m_files.declare(options, "Recordings to check, or folders of recordings");
     m_batch.declare(options);
     m_listing.declare(options, "sentences");
 }
@@ -98,9 +98,10 @@ ExitCode CheckCommand::run(Terminal &terminal)
 {
     FileWork work = m_listing.work(terminal);
     work.objection = [](const RecordingFile &file) {
-        return file.laps ? QString(
-                   file.fileName % QLatin1String(": is checked as a whole; name no laps behind it"))
-                         : QString();
+        return file.laps
+            ? QString(file.fileName
+                      % QLatin1String(": is checked as a whole; leave out the choice of laps"))
+            : QString();
     };
     work.process = [&](const RecordingFile &file, Importer &importer) {
         return check(file.fileName, importer, terminal);

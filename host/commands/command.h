@@ -12,8 +12,8 @@ class Terminal;
 ///     void GapsCommand::declare(CommandOptions &options)
 ///     {
 ///         m_files.declareWithLaps(options);         // FILE..., -r, --plugin, -v
-///         m_laps.declare(options, "Laps to count"); // --lap, also FILE:CHOICE
-///         m_channels.declare(options);              // --channels
+///         m_laps.declare(options, "Laps to count"); // --lap, and FILE:CHOICE
+///         m_channels.declare(options, "Channels"); // --channels
 ///     }
 ///
 ///     ExitCode GapsCommand::run(Terminal &terminal)

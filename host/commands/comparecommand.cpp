@@ -140,12 +140,13 @@ QString obstacle(const CompareCommand::Side &a, const CompareCommand::Side &b, d
             .arg(a.fileName, a.track, b.fileName, b.track);
     }
     if (std::abs(a.curve.length() - b.curve.length()) > LengthTolerance * a.curve.length()) {
-        return QStringLiteral("laps of different length cannot be compared: %1 is %2 m, %3 is %4 m")
+        return QStringLiteral(
+                   "laps of different lengths cannot be compared: %1 is %2 m, %3 is %4 m")
             .arg(a.name(), metres(a.curve.length()), b.name(), metres(b.curve.length()));
     }
     if (!(a.curve.length() / grid <= MostPlaces)) {
         return QStringLiteral(
-                   "%1 is %2 m long, too much for a grid of %3 m; choose a wider --grid, "
+                   "%1 is %2 m long, too long for a grid of %3 m; choose a larger --grid, "
                    "or another lap")
             .arg(a.name(), formatNumber(a.curve.length()), formatNumber(grid));
     }
@@ -162,7 +163,7 @@ QString CompareCommand::Side::name() const
 
 Command::Description CompareCommand::description() const
 {
-    return {"compare", "Show where one lap gains on another",
+    return {"compare", "Show where one lap is faster than another",
             "  zepimport compare practice.ibt:best practice.ibt:3\n"
             "  zepimport compare monday.ibt tuesday.ibt --output gaps.csv"};
 }
@@ -170,20 +171,20 @@ Command::Description CompareCommand::description() const
 void CompareCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
-    m_laps.declare(options, "Laps to compare instead of the best ones");
-    options.addNumber({"--grid", "METRES", "Metres from one place to the next"}, &m_grid,
+    m_laps.declare(options, "Laps to compare (default: the best of each file)");
+    options.addNumber({"--grid", "METRES", "Metres between the points compared"}, &m_grid,
                       FinestGrid, CoarsestGrid);
     m_output.declareOutput(options, "PATH",
-                           "CSV file to write all places to, also;\n"
-                           "- is the standard output, alone");
-    m_output.declareForce(options, "Replace a file that exists already");
+                           "CSV file for all points; - writes only them,\n"
+                           "to standard output");
+    m_output.declareForce(options, "Replace an existing file");
     m_json.declare(options);
 }
 
 ExitCode CompareCommand::run(Terminal &terminal)
 {
     if (m_output.isStandardOutput() && m_json.isGiven()) {
-        terminal.complain(QStringLiteral("--json and --output - both need the standard output; see "
+        terminal.complain(QStringLiteral("--json and --output - both write to standard output; see "
                                          "zepimport compare --help"));
         return ExitCode::WrongUse;
     }
@@ -199,7 +200,7 @@ ExitCode CompareCommand::run(Terminal &terminal)
     if (collected != ExitCode::Success)
         return collected;
     if (m_sides.size() != 2) {
-        terminal.complain(QStringLiteral("compare takes two laps, not %1; choose them as in "
+        terminal.complain(QStringLiteral("compare needs two laps, not %1; choose them as in "
                                          "%2:best %2:3")
                               .arg(QString::number(m_sides.size()), m_sides.front().fileName));
         return ExitCode::WrongUse;

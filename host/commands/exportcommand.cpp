@@ -37,7 +37,7 @@ std::string separatorProblem(const std::string &text)
 {
     return separatorFrom(text)
         ? std::string()
-        : "'" + text + "' cannot stand between numbers; choose one like ; or tab";
+        : "'" + text + "' cannot separate numbers; choose another one, such as ; or tab";
 }
 
 /// Whether each of \a files goes to a file of its own, and none to a recording. If not, the user
@@ -45,8 +45,9 @@ std::string separatorProblem(const std::string &text)
 bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Terminal &terminal)
 {
     if (files.size() > 1 && names.isOneFile()) {
-        terminal.complain(QStringLiteral("several recordings go into several files; name a folder "
-                                         "with --output"));
+        terminal.complain(
+            QStringLiteral("several recordings need several files; give a folder with "
+                           "--output"));
         return false;
     }
     QMap<QString, QString> recordings;
@@ -57,13 +58,13 @@ bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Te
         if (recordings.contains(name)) {
             const bool isSame = QFileInfo(recordings.value(name)) == QFileInfo(file.fileName);
             terminal.complain(
-                isSame
-                    ? QString(file.fileName
-                              % QLatin1String(": is named twice; name all its laps at once, as in ")
-                              % file.fileName % QLatin1String(":1,2"))
-                    : QStringLiteral("%1 and %2 would both become %3; export them one after "
-                                     "the other, into different folders")
-                          .arg(recordings.value(name), file.fileName, name));
+                isSame ? QString(
+                    file.fileName
+                    % QLatin1String(": is given twice; choose all its laps at once, as in ")
+                    % file.fileName % QLatin1String(":1,2"))
+                       : QStringLiteral("%1 and %2 would both become %3; export them "
+                                        "separately, into different folders")
+                             .arg(recordings.value(name), file.fileName, name));
             return false;
         }
         recordings.insert(name, file.fileName);
@@ -84,23 +85,22 @@ Command::Description ExportCommand::description() const
 void ExportCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
-    m_laps.declare(options, "Laps to write");
-    m_channels.declare(options);
+    m_laps.declare(options, "Laps to write (default: all)");
+    m_channels.declare(options, "Channels to write (default: all)");
     m_batch.declare(options);
     m_output.declareOutput(options, "PATH",
-                           "File to write, or folder to write into; - is the\n"
-                           "standard output. Else the recording's name with\n"
-                           "another suffix, in the current folder");
-    options.addChoice({"--format", "FORMAT", "csv, json or mat; else by the output's suffix"},
+                           "File or folder to write to; - is standard output.\n"
+                           "Default: the recording's name with the suffix of\n"
+                           "the format, in the current folder");
+    options.addChoice({"--format", "FORMAT", "csv, json or mat (default: the output's suffix)"},
                       &m_format, {"csv", "json", "mat"});
-    options.addFlag("--split", &m_split, "Write a file for each lap: NAME-lap03.csv");
-    m_output.declareForce(options, "Replace files that exist already");
-    options.addText({"--sep", "CHAR", "Character between values of CSV, or tab; else ,"},
-                    &m_separator, separatorProblem);
+    options.addFlag("--split", &m_split, "Write one file per lap: NAME-lap03.csv");
+    m_output.declareForce(options, "Replace existing files");
+    options.addText({"--sep", "CHAR", "CSV: separator, or tab (default: ,)"}, &m_separator,
+                    separatorProblem);
     options.addChoice({"--units", "PLACE",
-                       "Units of CSV: in the header behind the names, in\n"
-                       "a row of their own (as without this), or none:\n"
-                       "header, row or none"},
+                       "CSV: where the units are: header (after the\n"
+                       "names), row (below the names, the default) or none"},
                       &m_units, {"header", "row", "none"});
 }
 
@@ -111,8 +111,8 @@ bool ExportCommand::takeStandardOutput(Terminal &terminal)
         return true;
     if (m_output.isGiven() || m_files.isEmpty()) {
         terminal.complain(QLatin1String(
-            m_files.isEmpty() ? "FILE is required beside -; see zepimport export --help"
-                              : "- and --output name two outputs; see zepimport export --help"));
+            m_files.isEmpty() ? "FILE is required besides -; see zepimport export --help"
+                              : "- and --output are two outputs; see zepimport export --help"));
         return false;
     }
     m_output.chooseStandardOutput();

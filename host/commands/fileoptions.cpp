@@ -8,14 +8,14 @@ void FileOptions::declare(CommandOptions &options, const std::string &text)
 {
     m_plugins.declare(options);
     options.addFiles(&m_files, text);
-    options.addFlag("-r,--recursive", &m_recursive, "Read the folders below a folder, too");
+    options.addFlag("-r,--recursive", &m_recursive, "Include recordings in subfolders");
 }
 
 void FileOptions::declareWithLaps(CommandOptions &options)
 {
     declare(options,
-            "Recordings to read, or folders of them;\n"
-            "FILE:CHOICE chooses laps as --lap does");
+            "Recordings to read, or folders of recordings;\n"
+            "FILE:CHOICE chooses laps, as --lap does");
 }
 
 RecordingFiles FileOptions::find(const PluginRegistry &plugins) const

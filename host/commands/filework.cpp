@@ -79,8 +79,9 @@ private:
             break;
         }
         if (!std::exchange(m_isAlone, true))
-            m_terminal.complain(QStringLiteral("no further process could be started, so this one "
-                                               "reads the rest; choose fewer --jobs"));
+            m_terminal.complain(
+                QStringLiteral("no more processes could be started, so this one reads "
+                               "the remaining files; choose fewer --jobs"));
         return m_work.process(file, m_importer);
     }
 

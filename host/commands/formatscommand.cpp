@@ -45,7 +45,7 @@ QJsonArray json(const PluginRegistry &plugins)
 
 Command::Description FormatsCommand::description() const
 {
-    return {"formats", "Show the plug-ins found and their formats",
+    return {"formats", "List the plug-ins and the formats that they import",
             "  zepimport formats\n"
             "  zepimport formats --plugin build/bin"};
 }

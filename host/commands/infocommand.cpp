@@ -34,7 +34,7 @@ QString table(const ZEP::Lap &lap, const Terminal &terminal)
 
 Command::Description InfoCommand::description() const
 {
-    return {"info", "Show everything that the headers of laps carry",
+    return {"info", "Show everything known about a lap and its session",
             "  zepimport info practice.ibt\n"
             "  zepimport info --json practice.ibt:3"};
 }
@@ -42,7 +42,8 @@ Command::Description InfoCommand::description() const
 void InfoCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
-    m_laps.declare(options, "Laps to show instead of the best timed one,\nor else the longest");
+    m_laps.declare(options,
+                   "Laps to show (default: the best timed lap,\nor the longest if none is timed)");
     m_batch.declare(options);
     m_listing.declare(options);
 }

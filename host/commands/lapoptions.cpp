@@ -9,12 +9,13 @@
 
 void LapOptions::declare(CommandOptions &options, const std::string &text)
 {
-    options.addText({"--lap", "CHOICE", text + ",\nby # in `laps`: 3 or 3,5-7 or best or all"},
-                    &m_text, [](const std::string &choice) {
-                        QString problem;
-                        LapChoice::parse(QString::fromStdString(choice), &problem);
-                        return problem.toStdString();
-                    });
+    options.addText(
+        {"--lap", "CHOICE", text + ":\nbest, all, or by # in `laps`, such as 3 or 3,5-7"}, &m_text,
+        [](const std::string &choice) {
+            QString problem;
+            LapChoice::parse(QString::fromStdString(choice), &problem);
+            return problem.toStdString();
+        });
 }
 
 LapChoice LapOptions::choiceFor(const RecordingFile &file) const

@@ -21,7 +21,7 @@ public:
     /// \a otherwise are the laps where the user chooses none.
     explicit LapOptions(const LapChoice &otherwise) : m_otherwise(otherwise) { }
 
-    /// \a text says what becomes of the laps: "Laps to show".
+    /// \a text says what becomes of the laps: "Laps to show (default: all)".
     void declare(CommandOptions &options, const std::string &text);
 
     /// Imports \a file, and does \a work with its chosen laps. Failure if it cannot be imported,

@@ -36,9 +36,9 @@ QString sessionTable(const SessionSummary &session, const Terminal &terminal)
     table.addRow({QStringLiteral("Car"), formatText(session.car)});
     table.addRow({QStringLiteral("Driver"), formatText(session.driver)});
     table.addRow({QStringLiteral("Session"), formatText(session.session)});
-    table.addRow(
-        {QStringLiteral("Date"),
-         formatDateTime(session.date) % QLatin1String(session.isFileDate ? " (of the file)" : "")});
+    table.addRow({QStringLiteral("Date"),
+                  formatDateTime(session.date)
+                      % QLatin1String(session.isFileDate ? " (date of the file)" : "")});
     return table.text(terminal.width(), terminal.hasColour());
 }
 
@@ -142,7 +142,7 @@ QJsonObject json(const ChosenLaps &chosen)
 
 Command::Description LapsCommand::description() const
 {
-    return {"laps", "Show the laps of recordings in a table",
+    return {"laps", "List the laps of recordings",
             "  zepimport laps practice.ibt\n"
             "  zepimport laps --best --jobs 4 -r season/\n"
             "  zepimport laps --json monday/*.ibt > laps.json"};
@@ -151,8 +151,8 @@ Command::Description LapsCommand::description() const
 void LapsCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
-    m_laps.declare(options, "Laps to show");
-    options.addFlag("--best", &m_best, "Show one row for each file, with its best lap");
+    m_laps.declare(options, "Laps to show (default: all)");
+    options.addFlag("--best", &m_best, "Show one row per file, with its best lap");
     m_batch.declare(options);
     m_listing.declare(options);
 }

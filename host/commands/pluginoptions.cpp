@@ -7,10 +7,10 @@
 
 void PluginOptions::declare(CommandOptions &options)
 {
-    options.addFlag("-v,--verbose", &m_verbose, "Show every message of the plug-ins");
+    options.addFlag("-v,--verbose", &m_verbose, "Show all messages from the plug-ins");
     options.addText({"--plugin", "PATH",
                      "Plug-in, or folder of plug-ins, to use instead of\n"
-                     "those of ZEP_PLUGIN_PATH or the installed ones"},
+                     "those in ZEP_PLUGIN_PATH or the installed ones"},
                     &m_plugin);
 }
 
@@ -20,7 +20,7 @@ std::optional<PluginRegistry> PluginOptions::load(Terminal &terminal) const
     if (registry.plugins().isEmpty()) {
         terminal.complain(QLatin1String("no import plug-in found (")
                           % registry.remarks().join(QLatin1String("; "))
-                          % QLatin1String("); name its file or folder with --plugin PATH"));
+                          % QLatin1String("); give its file or folder with --plugin PATH"));
         return std::nullopt;
     }
     if (m_verbose) {

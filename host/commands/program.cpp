@@ -65,7 +65,7 @@ QString usageError(const CommandLine &line, const Commands &commands, const char
         return QStringLiteral("%1; see zepimport %2 --help")
             .arg(QString::fromStdString(line.error()), QString::fromStdString(line.command()));
     if (!firstArgument)
-        return QStringLiteral("a command is missing; see zepimport --help");
+        return QStringLiteral("no command given; see zepimport --help");
     const QString typed = QFile::decodeName(firstArgument);
     const bool isOption = typed.startsWith(QLatin1Char('-'));
     QStringList names;
@@ -82,7 +82,7 @@ ExitCode runCommand(Command &command, Terminal &terminal)
     try {
         return command.run(terminal);
     } catch (const std::bad_alloc &) {
-        terminal.complain(QStringLiteral("there is too little memory; name fewer files or laps"));
+        terminal.complain(QStringLiteral("not enough memory; choose fewer files or laps"));
         return ExitCode::Failure;
     }
 }
@@ -100,9 +100,9 @@ int runProgram(int argc, char *argv[])
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 
     const Commands commands = allCommands();
-    CommandLine line("zepimport",
-                     "Shows the laps of telemetry recordings, read by the import plug-ins of ZEP.",
-                     "`zepimport COMMAND --help` tells more, with examples.", versions);
+    CommandLine line(
+        "zepimport", "Shows the laps of telemetry recordings, using the import plug-ins of ZEP.",
+        "`zepimport COMMAND --help` lists the options of a command, with examples.", versions);
     for (const auto &command : commands) {
         const Command::Description description = command->description();
         CommandOptions options = line.addCommand(description.name, description.text,

@@ -7,7 +7,7 @@
 
 Command::Description ReportCommand::description() const
 {
-    return {"report", "Write a page for the browser about laps",
+    return {"report", "Write a web page with charts of laps",
             "  zepimport report practice.ibt -o practice.html\n"
             "  zepimport report monday/ --lap best --channels 'tire*' -o monday.html"};
 }
@@ -15,18 +15,18 @@ Command::Description ReportCommand::description() const
 void ReportCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
-    m_laps.declare(options, "Laps to show");
-    m_channels.declare(options);
-    m_output.declareOutput(options, "PAGE", "Page to write; - is the standard output",
+    m_laps.declare(options, "Laps to show (default: all)");
+    m_channels.declare(options, "Channels to show besides the usual ones");
+    m_output.declareOutput(options, "PAGE", "Page to write; - is standard output",
                            OutputOptions::Need::Required);
-    m_output.declareForce(options, "Replace a page that exists already");
+    m_output.declareForce(options, "Replace an existing page");
 }
 
 ExitCode ReportCommand::run(Terminal &terminal)
 {
     if (!hasReportPage()) {
-        terminal.complain(QStringLiteral("this build leaves reports out, as it was made without "
-                                         "their chart library; build it where npm can fetch that"));
+        terminal.complain(QStringLiteral("this build cannot write reports: it was made without "
+                                         "their chart library; build it where npm can fetch it"));
         return ExitCode::Failure;
     }
     // Before the import, which may take long.

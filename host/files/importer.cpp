@@ -18,10 +18,10 @@ QString obstacle(const QString &fileName)
     if (!info.exists())
         return QStringLiteral("no such file; check the path");
     if (info.isDir())
-        return QStringLiteral("is a folder; name the recordings in it");
+        return QStringLiteral("is a folder; give the recordings in it");
     // Opening a pipe or a device might wait for ever.
     if (!info.isFile())
-        return QStringLiteral("is not an ordinary file; copy its content to one");
+        return QStringLiteral("is not a regular file; copy its contents to one");
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
         return QLatin1String("cannot be read (") % file.errorString()
@@ -46,7 +46,7 @@ std::optional<ImportedFile> Importer::import(const QString &fileName)
     ImportAttempt attempt = this->attempt(fileName);
     if (attempt.laps.empty() && !attempt.format.isEmpty()) {
         if (attempt.errors.isEmpty())
-            attempt.errors.append(QStringLiteral("holds no laps"));
+            attempt.errors.append(QStringLiteral("contains no laps"));
         attempt.errors.last() += QLatin1String("; check that the file is a complete \"")
             % attempt.format % QLatin1Char('"');
     }
@@ -67,9 +67,8 @@ ImportAttempt Importer::attempt(const QString &fileName)
     }
     const PluginRegistry::Match match = m_plugins.match(fileName);
     if (!match.interface) {
-        result.errors.append(
-            QLatin1String("no plug-in imports files of such a name; the formats are ")
-            % m_plugins.formats().join(QLatin1String(", ")));
+        result.errors.append(QLatin1String("unsupported file type (supported: ")
+                             % m_plugins.wildcards().join(QLatin1String(", ")) % QLatin1Char(')'));
         return result;
     }
 

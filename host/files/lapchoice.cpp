@@ -22,8 +22,10 @@ std::optional<LapChoice> LapChoice::parse(const QString &text, QString *problem)
         const int first = match.captured(1).toInt();
         const int last = match.capturedLength(2) > 0 ? match.captured(2).toInt() : first;
         if (first < 1 || last < first) {
-            *problem = QStringLiteral("choose laps as 3, as 3,5-7, as best or as all, not as '%1'")
-                           .arg(text);
+            *problem =
+                QStringLiteral("'%1' is not a choice of laps; use best, all, or numbers such "
+                               "as 3 or 3,5-7")
+                    .arg(text);
             return std::nullopt;
         }
         choice.m_ranges.append({first, last});
@@ -40,7 +42,7 @@ QVector<int> LapChoice::indices(const Laps &laps, QString *problem) const
         if (const std::optional<int> index = bestLap(laps))
             result.append(*index);
         else
-            *problem = QStringLiteral("there is no timed lap; choose one of 1 to %1").arg(count);
+            *problem = QStringLiteral("there is no timed lap; choose from 1 to %1").arg(count);
         break;
     case Kind::All:
         result.resize(count);
@@ -53,7 +55,7 @@ QVector<int> LapChoice::indices(const Laps &laps, QString *problem) const
         std::vector<bool> isChosen(laps.size());
         for (const Range &range : m_ranges) {
             if (range.second > count) {
-                *problem = QStringLiteral("there is no lap #%1; choose one of 1 to %2")
+                *problem = QStringLiteral("there is no lap #%1; choose from 1 to %2")
                                .arg(std::max(range.first, count + 1))
                                .arg(count);
                 return {};

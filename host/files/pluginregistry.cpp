@@ -86,11 +86,14 @@ PluginRegistry::Match PluginRegistry::match(const QString &fileName) const
     return {};
 }
 
-QStringList PluginRegistry::formats() const
+QStringList PluginRegistry::wildcards() const
 {
     QStringList all;
-    for (const Plugin &plugin : m_plugins)
-        all += plugin.interface->availableImportFormats();
+    for (const Plugin &plugin : m_plugins) {
+        for (const QString &format : plugin.interface->availableImportFormats())
+            all += formatWildcards(format);
+    }
+    all.removeDuplicates();
     return all;
 }
 

@@ -36,8 +36,8 @@ public:
 
     /// The first plug-in and format whose wildcards ("*.ibt") fit \a fileName, in any case.
     Match match(const QString &fileName) const;
-    /// Every format of every plug-in.
-    QStringList formats() const;
+    /// The wildcards of every format of every plug-in: "*.ibt".
+    QStringList wildcards() const;
 
 private:
     void load(const QString &library);

@@ -120,9 +120,9 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
         if (found.files.isEmpty() && found.problems.isEmpty()) {
             problems.append(
                 {false,
-                 QString(name % QLatin1String(": no recordings in this folder; the formats are ")
-                         % plugins.formats().join(QLatin1String(", "))
-                         % QLatin1String(recursive ? "" : "; -r looks into the folders below"))});
+                 QString(name % QLatin1String(": no recordings in this folder (supported: ")
+                         % plugins.wildcards().join(QLatin1String(", "))
+                         % QLatin1String(recursive ? ")" : "); -r includes subfolders"))});
         }
         problems += found.problems;
         for (const QString &file : qAsConst(found.files))

@@ -86,16 +86,16 @@ void tst_ExportNames::problem_data()
 
     QTest::newRow("unknown suffix")
         << "a.txt"
-        << "a.txt: no format has such a suffix; choose one with --format csv, json or mat";
+        << "a.txt: no format has this suffix; choose one with --format csv, json or mat";
     QTest::newRow("no suffix")
         << "a"
-        << "a: no format has such a suffix; choose one with --format csv, json or mat, or create "
+        << "a: no format has this suffix; choose one with --format csv, json or mat, or create "
            "the folder first";
     QTest::newRow("missing folder") << "none/"
                                     << "none/: no such folder; create it first";
     QTest::newRow("laps on standard output")
         << "-"
-        << "--split writes files; name a folder or a file with --output";
+        << "--split writes several files; give a folder or a file with --output";
 }
 
 void tst_ExportNames::problem()

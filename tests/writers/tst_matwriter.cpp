@@ -50,8 +50,8 @@ void tst_MatWriter::tooMuchForOneFile()
         QVERIFY(!writer.finish(&problem));
     }
     QCOMPARE(problem,
-             QStringLiteral("a MAT file holds no more than 2 GB; choose --split, or fewer laps or "
-                            "channels"));
+             QStringLiteral("a MAT file cannot contain more than 2 GB; use --split, or choose "
+                            "fewer laps or channels"));
     QVERIFY(QDir(dir.path()).isEmpty());
 }
 

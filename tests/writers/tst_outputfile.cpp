@@ -67,8 +67,8 @@ void tst_OutputFile::isNotReplacedUnasked()
     QVERIFY(!OutputFile(file("old.csv")).open(false, &problem));
     QCOMPARE(problem,
              QString(file("old.csv")
-                     % QLatin1String(": exists already; choose another name, or --force to "
-                                     "replace it")));
+                     % QLatin1String(
+                         ": already exists; choose another name, or use --force to replace it")));
     QCOMPARE(content("old.csv"), QByteArray("old"));
 }
 
@@ -93,10 +93,12 @@ void tst_OutputFile::isNotReplacedByAFailure()
     QVERIFY(!failed.isGood());
     failed.write("more", 4);
     QVERIFY(!failed.commit(&problem));
-    QCOMPARE(problem,
-             QString(file("old.csv")
-                     % QLatin1String(": cannot be written (the reason); make room, or choose "
-                                     "another place")));
+    QCOMPARE(
+        problem,
+        QString(
+            file("old.csv")
+            % QLatin1String(
+                ": cannot be written (the reason); free some space, or choose another location")));
     QCOMPARE(content("old.csv"), QByteArray("old"));
     QCOMPARE(QDir(m_dir->path()).entryList(QDir::Files | QDir::Hidden), QStringList{"old.csv"});
 }
@@ -107,13 +109,13 @@ void tst_OutputFile::cannotBeOpened_data()
     QTest::addColumn<QString>("reason");
 
     QTest::newRow("folder") << "."
-                            << "is a folder; name a file in it";
+                            << "is a folder; give a file in it";
     QTest::newRow("missing folder")
         << "none/new.csv"
-        << "cannot be written (No such file or directory); choose another place";
+        << "cannot be written (No such file or directory); choose another location";
     QTest::newRow("file as a folder")
         << "old.csv/new.csv"
-        << "cannot be written (Not a directory); choose another place";
+        << "cannot be written (Not a directory); choose another location";
 }
 
 void tst_OutputFile::cannotBeOpened()
@@ -144,8 +146,8 @@ void tst_OutputFile::fullDevice()
     full.write("text", 4);
     QVERIFY(!full.commit(&problem));
     QCOMPARE(problem,
-             QStringLiteral("/dev/full: cannot be written (No space left on device); make room, "
-                            "or choose another place"));
+             QStringLiteral("/dev/full: cannot be written (No space left on device); free some "
+                            "space, or choose another location"));
 }
 
 void tst_OutputFile::filledThroughItsPath()

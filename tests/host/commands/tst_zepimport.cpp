@@ -230,7 +230,7 @@ void tst_Zepimport::lapThatDoesNotExist()
 {
     const Outcome outcome = run({"channels", "--lap", "2", "short.laps", "race.laps"});
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: short.laps: there is no lap #2; choose one of 1 to 1\n"
+             QStringLiteral("zepimport: short.laps: there is no lap #2; choose from 1 to 1\n"
                             "zepimport: 1 of 2 files done, failed: short.laps\n"));
     QVERIFY(outcome.output.startsWith(QStringLiteral("race.laps: lap #2 of 6")));
     QCOMPARE(outcome.exitCode, 2);
@@ -244,25 +244,23 @@ void tst_Zepimport::failingFile_data()
     QTest::newRow("missing") << "none.laps"
                              << "none.laps: no such file; check the path";
     QTest::newRow("folder") << "folder.laps"
-                            << "folder.laps: no recordings in this folder; the formats are "
-                               "Lap sheet (*.laps), Silent sheet (*.mute *.hush); "
-                               "-r looks into the folders below";
+                            << "folder.laps: no recordings in this folder "
+                               "(supported: *.laps, *.mute, *.hush); -r includes subfolders";
     QTest::newRow("pipe") << "pipe.laps"
-                          << "pipe.laps: is not an ordinary file; copy its content to one";
+                          << "pipe.laps: is not a regular file; copy its contents to one";
     QTest::newRow("locked") << "locked.laps"
                             << "locked.laps: cannot be read (Permission denied); "
                                "check its permissions";
     QTest::newRow("no format fits")
         << "notes.txt"
-        << "notes.txt: no plug-in imports files of such a name; the formats are "
-           "Lap sheet (*.laps), Silent sheet (*.mute *.hush)";
+        << "notes.txt: unsupported file type (supported: *.laps, *.mute, *.hush)";
     QTest::newRow("error of the plug-in")
         << "broken.laps"
         << "broken.laps: [Lap sheets plugin] Line 7 makes no sense; "
            "check that the file is a complete \"Lap sheet (*.laps)\"";
     QTest::newRow("plug-in says nothing")
         << "nothing.mute"
-        << "nothing.mute: holds no laps; "
+        << "nothing.mute: contains no laps; "
            "check that the file is a complete \"Silent sheet (*.mute *.hush)\"";
 }
 

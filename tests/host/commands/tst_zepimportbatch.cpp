@@ -225,8 +225,8 @@ void tst_ZepimportBatch::jobsThatCannotStart()
     const Outcome outcome = jobs.run();
     QCOMPARE(outcome.output, here.output);
     QCOMPARE(outcome.errors,
-             QString(QLatin1String("zepimport: no further process could be started, so this one "
-                                   "reads the rest; choose fewer --jobs\n")
+             QString(QLatin1String("zepimport: no more processes could be started, so this one "
+                                   "reads the remaining files; choose fewer --jobs\n")
                      % here.errors));
     QCOMPARE(outcome.exitCode, here.exitCode);
 }

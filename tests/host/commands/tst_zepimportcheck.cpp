@@ -179,8 +179,8 @@ void tst_ZepimportCheck::wrongUse_data()
     QTest::newRow("no file") << QStringList()
                              << "zepimport: FILE is required; see zepimport check --help\n";
     QTest::newRow("laps") << QStringList{"crashed/sound.ibt:best"}
-                          << "zepimport: crashed/sound.ibt: is checked as a whole; name no laps "
-                             "behind it\n";
+                          << "zepimport: crashed/sound.ibt: is checked as a whole; leave out the "
+                             "choice of laps\n";
 }
 
 void tst_ZepimportCheck::wrongUse()

@@ -150,13 +150,13 @@ void tst_ZepimportChoice::problem_data()
     QTest::addColumn<QString>("error");
     QTest::addColumn<int>("exitCode");
 
-    const QString formats =
-        QStringLiteral("the formats are Lap sheet (*.laps), Silent sheet (*.mute *.hush)");
+    const QString formats = QStringLiteral("(supported: *.laps, *.mute, *.hush)");
     QTest::newRow("lap that does not exist")
-        << QStringList{"race.laps:7"} << "race.laps: there is no lap #7; choose one of 1 to 6" << 2;
-    QTest::newRow("choice without sense")
-        << QStringList{"race.laps:bset"}
-        << "race.laps:bset: choose laps as 3, as 3,5-7, as best or as all, not as 'bset'" << 2;
+        << QStringList{"race.laps:7"} << "race.laps: there is no lap #7; choose from 1 to 6" << 2;
+    QTest::newRow("choice without sense") << QStringList{"race.laps:bset"}
+                                          << "race.laps:bset: 'bset' is not a choice of laps; use "
+                                             "best, all, or numbers such as 3 or 3,5-7"
+                                          << 2;
     QTest::newRow("no such file, with a lap")
         << QStringList{"none.laps:2"} << "none.laps: no such file; check the path" << 1;
     QTest::newRow("no such file, with a colon")
@@ -164,16 +164,14 @@ void tst_ZepimportChoice::problem_data()
     // It is read as a file, whose name no format fits.
     QTest::newRow("a file of that very name")
         << QStringList{"odd.laps:3"}
-        << QString(QLatin1String("odd.laps:3: no plug-in imports files of such a name; ") % formats)
-        << 1;
+        << QString(QLatin1String("odd.laps:3: unsupported file type ") % formats) << 1;
     QTest::newRow("empty folder") << QStringList{"empty"}
-                                  << QString(QLatin1String("empty: no recordings in this folder; ")
-                                             % formats
-                                             % QLatin1String("; -r looks into the folders below"))
+                                  << QString(QLatin1String("empty: no recordings in this folder ")
+                                             % formats % QLatin1String("; -r includes subfolders"))
                                   << 1;
     QTest::newRow("empty folder, and none below")
         << QStringList{"-r", "empty"}
-        << QString(QLatin1String("empty: no recordings in this folder; ") % formats) << 1;
+        << QString(QLatin1String("empty: no recordings in this folder ") % formats) << 1;
     QTest::newRow("folder that is not to be read")
         << QStringList{"locked"} << "locked: cannot be read; check the folder's permissions" << 1;
     QTest::newRow("unknown channel")

@@ -284,13 +284,13 @@ void tst_ZepimportCompare::refused_data()
 
     QTest::newRow("one lap")
         << QStringList{"even.laps"}
-        << "compare takes two laps, not 1; choose them as in even.laps:best even.laps:3" << 2;
+        << "compare needs two laps, not 1; choose them as in even.laps:best even.laps:3" << 2;
     QTest::newRow("three laps")
         << QStringList{"two.laps:1,2", "even.laps"}
-        << "compare takes two laps, not 3; choose them as in two.laps:best two.laps:3" << 2;
+        << "compare needs two laps, not 3; choose them as in two.laps:best two.laps:3" << 2;
     QTest::newRow("a lap that is not there")
         << QStringList{"two.laps:1", "two.laps:3"}
-        << "two.laps: there is no lap #3; choose one of 1 to 2" << 2;
+        << "two.laps: there is no lap #3; choose from 1 to 2" << 2;
     QTest::newRow("a file that is not there")
         << QStringList{"even.laps", "none.laps"} << "none.laps: no such file; check the path" << 1;
     QTest::newRow("a lap without a valid time")
@@ -306,13 +306,13 @@ void tst_ZepimportCompare::refused_data()
         << 1;
     QTest::newRow("tracks of different lengths")
         << QStringList{"even.laps", "long.laps"}
-        << "laps of different length cannot be compared: even.laps: lap #1, 0:20.000 is 400 m, "
+        << "laps of different lengths cannot be compared: even.laps: lap #1, 0:20.000 is 400 m, "
            "long.laps: lap #1, 0:20.250 is 405 m"
         << 1;
     QTest::newRow("a lap without end")
         << QStringList{"endless.laps", "endless.laps"}
-        << "endless.laps: lap #1, 0:20.000 is 1e+20 m long, too much for a grid of 1 m; choose a "
-           "wider --grid, or another lap"
+        << "endless.laps: lap #1, 0:20.000 is 1e+20 m long, too long for a grid of 1 m; choose a "
+           "larger --grid, or another lap"
         << 1;
     QTest::newRow("a grid of nothing")
         << QStringList{"even.laps", "two.laps", "--grid", "0"}
@@ -327,7 +327,7 @@ void tst_ZepimportCompare::refused_data()
         << 2;
     QTest::newRow("JSON and places on standard output")
         << QStringList{"even.laps", "two.laps", "-o", "-", "--json"}
-        << "--json and --output - both need the standard output; see zepimport compare --help" << 2;
+        << "--json and --output - both write to standard output; see zepimport compare --help" << 2;
 }
 
 void tst_ZepimportCompare::refused()

@@ -213,8 +213,8 @@ void tst_ZepimportExport::existingFileIsKept()
     write(QStringLiteral("race.csv"), "precious");
     const Outcome outcome = run({"race.laps:best"});
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: race.csv: exists already; choose another name, or --force "
-                            "to replace it\n"));
+             QStringLiteral("zepimport: race.csv: already exists; choose another name, or use "
+                            "--force to replace it\n"));
     QCOMPARE(outcome.exitCode, 1);
     QCOMPARE(read(QStringLiteral("race.csv")), QByteArray("precious"));
     QCOMPARE(run({"race.laps:best", "--force"}).exitCode, 0);
@@ -238,11 +238,14 @@ void tst_ZepimportExport::existingFileOfOneLapKeepsAll()
         write(name, "precious");
     const QStringList arguments{"race.laps", "--split", "-o", "out"};
     const Outcome outcome = run(arguments);
-    QCOMPARE(outcome.errors,
-             QString(QLatin1String("zepimport: ") % name
-                     % QLatin1String(isFolder ? ": is a folder; name a file in it\n"
-                                              : ": exists already; choose another name, or --force "
-                                                "to replace it\n")));
+    QCOMPARE(
+        outcome.errors,
+        QString(
+            QLatin1String("zepimport: ") % name
+            % QLatin1String(
+                isFolder
+                    ? ": is a folder; give a file in it\n"
+                    : ": already exists; choose another name, or use --force to replace it\n")));
     QCOMPARE(outcome.exitCode, 1);
     QCOMPARE(entries(QStringLiteral("out")),
              isFolder ? QStringList() : QStringList{"race-lap03.csv"});
@@ -257,7 +260,7 @@ void tst_ZepimportExport::oneFileOfSeveralFails()
 {
     write(QStringLiteral("out/race.csv"), "precious");
     const Outcome outcome = run({"race.laps", "none.laps", "short.laps", "-o", "out"});
-    QVERIFY2(outcome.errors.contains(QLatin1String("out/race.csv: exists already")),
+    QVERIFY2(outcome.errors.contains(QLatin1String("out/race.csv: already exists")),
              qPrintable(outcome.errors));
     QVERIFY2(outcome.errors.contains(QLatin1String("none.laps: no such file")),
              qPrintable(outcome.errors));
@@ -276,41 +279,42 @@ void tst_ZepimportExport::wrongUse_data()
         << "--format: xml not in {csv,json,mat}; see zepimport export --help";
     QTest::newRow("unknown suffix")
         << race + QStringList{"-o", "a.txt"}
-        << "a.txt: no format has such a suffix; choose one with --format csv, json or mat";
+        << "a.txt: no format has this suffix; choose one with --format csv, json or mat";
     QTest::newRow("no suffix, as of a folder that is not there")
         << race + QStringList{"-o", "new"}
-        << "new: no format has such a suffix; choose one with --format csv, json or mat, or create "
+        << "new: no format has this suffix; choose one with --format csv, json or mat, or create "
            "the folder first";
     QTest::newRow("laps of a recording one by one")
         << QStringList{"race.laps:1", "./race.laps:2", "-o", "out"}
-        << "./race.laps: is named twice; name all its laps at once, as in ./race.laps:1,2";
+        << "./race.laps: is given twice; choose all its laps at once, as in ./race.laps:1,2";
     QTest::newRow("missing folder")
         << race + QStringList{"-o", "none/"} << "none/: no such folder; create it first";
     QTest::newRow("several recordings, one file")
         << QStringList{"race.laps", "short.laps", "-o", "a.csv"}
-        << "several recordings go into several files; name a folder with --output";
+        << "several recordings need several files; give a folder with --output";
     QTest::newRow("several recordings, standard output")
         << QStringList{"race.laps", "short.laps", "-"}
-        << "several recordings go into several files; name a folder with --output";
+        << "several recordings need several files; give a folder with --output";
     QTest::newRow("recordings of one name")
         << QStringList{"race.laps", "monday/race.laps"}
-        << "race.laps and monday/race.laps would both become race.csv; export them one after the "
-           "other, into different folders";
+        << "race.laps and monday/race.laps would both become race.csv; export them separately, "
+           "into different folders";
     QTest::newRow("the recording itself")
         << race + QStringList{"-o", "./race.laps", "--format", "csv", "--force"}
         << "race.laps: is the recording itself; choose another output";
     QTest::newRow("two outputs") << race + QStringList{"-", "-o", "a.csv"}
-                                 << "- and --output name two outputs; see zepimport export --help";
+                                 << "- and --output are two outputs; see zepimport export --help";
     QTest::newRow("only an output")
-        << QStringList{"-"} << "FILE is required beside -; see zepimport export --help";
+        << QStringList{"-"} << "FILE is required besides -; see zepimport export --help";
     QTest::newRow("laps on standard output")
         << race + QStringList{"-", "--split"}
-        << "--split writes files; name a folder or a file with --output";
+        << "--split writes several files; give a folder or a file with --output";
     for (const char *separator : {"", "5", "e", ".", "-", "\"", "\n", "ab", "é"}) {
         QTest::addRow("separator %s", separator)
             << race + QStringList{"--sep", QString::fromUtf8(separator)}
-            << QStringLiteral("--sep: '%1' cannot stand between numbers; choose one like ; or tab; "
-                              "see zepimport export --help")
+            << QStringLiteral(
+                   "--sep: '%1' cannot separate numbers; choose another one, such as ; or tab; "
+                   "see zepimport export --help")
                    .arg(QString::fromUtf8(separator).replace(QLatin1Char('\n'),
                                                              QChar(QChar::ReplacementCharacter)));
     }
@@ -340,7 +344,7 @@ void tst_ZepimportExport::failure_data()
     QTest::addColumn<QString>("error");
 
     const QString full = QStringLiteral("/dev/full: cannot be written (No space left on device); "
-                                        "make room, or choose another place");
+                                        "free some space, or choose another location");
     for (const char *format : {"csv", "json", "mat"}) {
         for (const char *recording : {"race.laps", "long.laps"}) {
             QTest::addRow("full device: %s of %s", format, recording)
@@ -349,10 +353,10 @@ void tst_ZepimportExport::failure_data()
     }
     QTest::newRow("missing folder")
         << QStringList{"race.laps", "-o", "none/a.csv"}
-        << "none/a.csv: cannot be written (No such file or directory); choose another place";
+        << "none/a.csv: cannot be written (No such file or directory); choose another location";
     QTest::newRow("locked folder")
         << QStringList{"race.laps", "-o", "locked"}
-        << "locked/race.csv: cannot be written (Permission denied); choose another place";
+        << "locked/race.csv: cannot be written (Permission denied); choose another location";
 }
 
 void tst_ZepimportExport::failure()
@@ -374,7 +378,7 @@ void tst_ZepimportExport::fileThatMayNotGrow_data()
     QTest::newRow("json") << "json"
                           << "File too large";
     QTest::newRow("mat") << "mat"
-                         << "not all of it arrived";
+                         << "not all of it was written";
 }
 
 void tst_ZepimportExport::fileThatMayNotGrow()
@@ -386,8 +390,8 @@ void tst_ZepimportExport::fileThatMayNotGrow()
     const Outcome outcome = run({"long.laps", "--format", format, "--force", "-o", "out"},
                                 QStringLiteral("ulimit -f 200; exec \"$0\" \"$@\""));
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: out/%1: cannot be written (%2); make room, or choose "
-                            "another place\n")
+             QStringLiteral("zepimport: out/%1: cannot be written (%2); free some space, or choose "
+                            "another location\n")
                  .arg(name, reason));
     QCOMPARE(outcome.exitCode, 1);
     QCOMPARE(entries(QStringLiteral("out")), QStringList{name});

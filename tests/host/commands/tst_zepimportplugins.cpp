@@ -143,7 +143,7 @@ void tst_ZepimportPlugins::installed()
     const QRegularExpression places(
         QStringLiteral("^zepimport: no import plug-in found \\((.*)/bin: no import plug-in in this "
                        "folder; (.*): no such file or folder\\); "
-                       "name its file or folder with --plugin PATH\n$"));
+                       "give its file or folder with --plugin PATH\n$"));
     const QRegularExpressionMatch match = places.match(without.errors);
     QVERIFY2(match.hasMatch(), qPrintable(without.errors));
     QCOMPARE(match.captured(1), QFileInfo(file(QStringLiteral("prefix"))).absoluteFilePath());
@@ -227,7 +227,7 @@ void tst_ZepimportPlugins::noPlugin()
         const Outcome outcome = run(command + QStringList{"--plugin", place});
         QCOMPARE(outcome.errors,
                  QStringLiteral("zepimport: no import plug-in found (%1); "
-                                "name its file or folder with --plugin PATH\n")
+                                "give its file or folder with --plugin PATH\n")
                      .arg(remark));
         QCOMPARE(outcome.output, QString());
         QCOMPARE(outcome.exitCode, 1);

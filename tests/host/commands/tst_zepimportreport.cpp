@@ -222,7 +222,7 @@ void tst_ZepimportReport::wrongUse_data()
     QTest::newRow("no file") << QStringList{"-o", "race.html"}
                              << "FILE is required; see zepimport report --help";
     QTest::newRow("no such lap") << QStringList{"race.laps:9", "-o", "race.html"}
-                                 << "race.laps: there is no lap #9; choose one of 1 to 6";
+                                 << "race.laps: there is no lap #9; choose from 1 to 6";
     QTest::newRow("over a recording")
         << QStringList{"race.laps", "-o", "race.laps", "--force"}
         << "race.laps: is the recording itself; choose another output";
@@ -243,8 +243,8 @@ void tst_ZepimportReport::existingPageIsKept()
     write("kept.html", "mine");
     const Outcome kept = run({"race.laps", "-o", "kept.html"});
     QCOMPARE(kept.errors,
-             QStringLiteral("zepimport: kept.html: exists already; choose another name, or --force "
-                            "to replace it\n"));
+             QStringLiteral("zepimport: kept.html: already exists; choose another name, or use "
+                            "--force to replace it\n"));
     QCOMPARE(kept.exitCode, 1);
     QCOMPARE(read("kept.html"), QByteArray("mine"));
 
@@ -259,12 +259,12 @@ void tst_ZepimportReport::unwritable_data()
 
     QTest::newRow("no such folder") << "none/race.html"
                                     << "none/race.html: cannot be written (No such file or "
-                                       "directory); choose another place";
+                                       "directory); choose another location";
     QTest::newRow("a folder") << "."
-                              << ".: is a folder; name a file in it";
+                              << ".: is a folder; give a file in it";
     QTest::newRow("full disk") << "/dev/full"
-                               << "/dev/full: cannot be written (No space left on device); make "
-                                  "room, or choose another place";
+                               << "/dev/full: cannot be written (No space left on device); free "
+                                  "some space, or choose another location";
 }
 
 void tst_ZepimportReport::unwritable()
@@ -293,8 +293,8 @@ void tst_ZepimportReport::withoutChartLibrary()
     process.folder = m_dir.path();
     const Outcome outcome = process.run();
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: this build leaves reports out, as it was made without "
-                            "their chart library; build it where npm can fetch that\n"));
+             QStringLiteral("zepimport: this build cannot write reports: it was made without their "
+                            "chart library; build it where npm can fetch it\n"));
     QCOMPARE(outcome.exitCode, 1);
     QVERIFY(!QFile::exists(m_dir.filePath(QStringLiteral("race.html"))));
 }

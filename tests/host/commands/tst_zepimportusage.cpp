@@ -53,7 +53,7 @@ void tst_ZepimportUsage::wrongUse_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("error");
 
-    QTest::newRow("nothing") << QStringList() << "a command is missing; see zepimport --help";
+    QTest::newRow("nothing") << QStringList() << "no command given; see zepimport --help";
     QTest::newRow("no such command")
         << QStringList{"draw", "race.laps"} << "there is no command 'draw'; see zepimport --help";
     QTest::newRow("mistyped command")
@@ -67,8 +67,8 @@ void tst_ZepimportUsage::wrongUse_data()
         << QStringList{"info", "--colour", "race.laps"}
         << "The following argument was not expected: --colour; see zepimport info --help";
     QTest::newRow("lap 0") << QStringList{"info", "--lap", "0", "race.laps"}
-                           << "--lap: choose laps as 3, as 3,5-7, as best or as all, not as '0'; "
-                              "see zepimport info --help";
+                           << "--lap: '0' is not a choice of laps; use best, all, or numbers "
+                              "such as 3 or 3,5-7; see zepimport info --help";
     QTest::newRow("path missing") << QStringList{
         "formats", "--plugin"} << "--plugin: 1 required PATH missing; see zepimport formats --help";
 }

@@ -61,11 +61,11 @@ void tst_LapChoice::chosen_data()
     QTest::newRow("all") << "all" << Indices{0, 1, 2, 3, 4} << none;
     QTest::newRow("best") << "best" << Indices{3} << none;
     QTest::newRow("beyond the last")
-        << "6" << Indices{} << "there is no lap #6; choose one of 1 to 5";
+        << "6" << Indices{} << "there is no lap #6; choose from 1 to 5";
     QTest::newRow("range beyond the last")
-        << "1,4-9" << Indices{} << "there is no lap #6; choose one of 1 to 5";
+        << "1,4-9" << Indices{} << "there is no lap #6; choose from 1 to 5";
     QTest::newRow("range far beyond the last")
-        << "8-2000000000" << Indices{} << "there is no lap #8; choose one of 1 to 5";
+        << "8-2000000000" << Indices{} << "there is no lap #8; choose from 1 to 5";
 }
 
 void tst_LapChoice::chosen()
@@ -99,7 +99,8 @@ void tst_LapChoice::senseless()
     QVERIFY(!LapChoice::parse(text, &problem));
     QCOMPARE(
         problem,
-        QStringLiteral("choose laps as 3, as 3,5-7, as best or as all, not as '%1'").arg(text));
+        QStringLiteral("'%1' is not a choice of laps; use best, all, or numbers such as 3 or 3,5-7")
+            .arg(text));
 }
 
 void tst_LapChoice::representative()
@@ -118,7 +119,7 @@ void tst_LapChoice::withoutTimedLap()
     laps.resize(1);
     QString problem;
     QCOMPARE(LapChoice::best().indices(laps, &problem), Indices{});
-    QCOMPARE(problem, QStringLiteral("there is no timed lap; choose one of 1 to 1"));
+    QCOMPARE(problem, QStringLiteral("there is no timed lap; choose from 1 to 1"));
 }
 
 NAPAMMUL_TEST(tst_LapChoice)
