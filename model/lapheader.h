@@ -28,7 +28,8 @@ enum LapType : qint32 {
 };
 
 /// Who drove a lap, where, in which car and session, when and how fast, and where it was read from.
-/// Besides these fields, it has an open set of named values (track, weather, car, driver).
+/// Besides these fields, which hosts know by name, it has an open set of named values (track,
+/// weather, car, driver).
 class LapHeader : public DynamicData
 {
 public:

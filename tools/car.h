@@ -23,7 +23,8 @@ struct Wheel {
 };
 
 /// Everything about the car that a recording shows. Accelerations and rates are what the driver
-/// feels: forward, to the left and turning left are positive.
+/// feels: forward, to the left and turning left are positive. It has as many members as a recording
+/// has quantities of a car.
 struct CarState {
     double distance = 0; ///< m along the centre line since first crossing the line; negative before
     double right = 0; ///< m to the right of the centre line

@@ -31,6 +31,8 @@ enum TrackSurface { NotInWorld = -1, InPitStall = 1, ApproachingPits = 2, OnTrac
 /// - before and between the stints the driver is out of the car, first while the car can still be
 ///   seen in its stall, then with no car in the world. In a race the car is serviced instead;
 /// - a race goes through all session states; the chequered flag falls after the last timed lap.
+///
+/// Its members are the state of that drive at one tick, every part of which depends on the others.
 class Drive
 {
 public:

@@ -5,7 +5,8 @@
 class Random;
 
 /// The lap counter and lap times as the simulator shows them: it counts a lap as soon as the car
-/// crosses the line, and the times follow a moment later.
+/// crosses the line, and the times follow a moment later. The members are what it remembers of
+/// three laps: the one being driven, the last and the best.
 class LapClock
 {
 public:

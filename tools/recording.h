@@ -42,7 +42,8 @@ struct RecordingVariable {
     bool countAsTime = false; ///< the elements are successive in time
 };
 
-/// A recording under construction. Copies are cheap as long as they are not changed.
+/// A recording under construction: each part that tests want to break is a member. Copies are cheap
+/// as long as they are not changed.
 class Recording
 {
 public:
