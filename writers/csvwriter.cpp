@@ -61,7 +61,7 @@ void CsvWriter::writeHeader(const QVector<const ZEP::Lap *> &laps, Units units)
         const QString behind = units == Units::Header && !unit.isEmpty()
             ? QString(QLatin1String(" [") % unit % QLatin1Char(']'))
             : QString();
-        // Readers go by the title, or by the name in it, so there is each but once.
+        // Readers look columns up by the title, or by the name in it, so each occurs only once.
         QString name = channel.name;
         while (taken.count(name) > 0 || taken.count(name % behind) > 0)
             name += QLatin1String(channel.isCalculated ? "_calculated" : "_channel");

@@ -8,14 +8,14 @@
 class CsvWriter : public LapWriter
 {
 public:
-    /// Where the channels' units stand.
+    /// Where the channels' units are.
     enum class Units {
-        Header, ///< behind the names: "speed [m/s]"
+        Header, ///< after the names: "speed [m/s]"
         Row, ///< in a line of their own below the names
         None,
     };
 
-    /// The titles and the units of \a channels come from \a laps. \a file has to outlive the
+    /// The titles and the units of \a channels come from \a laps. \a file must outlive the
     /// writer.
     CsvWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
               const QVector<const ZEP::Lap *> &laps, Units units, char separator);
@@ -28,9 +28,9 @@ private:
     struct Column {
         const double *samples;
         int size;
-        double last; ///< the sample that 'text' stands for
+        double last; ///< the sample that 'text' shows
         int textSize;
-        char text[1 + OutputBuffer::NumberSize]; ///< with the separator in front
+        char text[1 + OutputBuffer::NumberSize]; ///< with the separator before it
     };
 
     QByteArray field(const QString &text) const;

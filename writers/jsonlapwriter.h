@@ -9,7 +9,7 @@
 class JsonLapWriter : public LapWriter
 {
 public:
-    /// \a fileName is where the laps come from. \a file has to outlive the writer.
+    /// \a fileName is where the laps come from. \a file must outlive the writer.
     JsonLapWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
                   const QString &fileName);
 

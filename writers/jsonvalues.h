@@ -33,6 +33,6 @@ QJsonObject jsonValue(const ZEP::Value &value);
 QByteArray jsonBytes(const QJsonValue &value,
                      QJsonDocument::JsonFormat format = QJsonDocument::Indented);
 
-/// Everything about \a lap but its channels: an object "header" of headerFields(), and objects
+/// Everything about \a lap except its channels: an object "header" of headerFields(), and objects
 /// "values" and "calculatedValues" of jsonValue() by name.
 QJsonObject headerJson(const ZEP::Lap &lap);

@@ -14,7 +14,7 @@ namespace {
 
 using Dimensions = std::array<std::size_t, 2>;
 
-/// \a variable; libmatio gives none where memory is short.
+/// \a variable; libmatio returns null if there is not enough memory.
 MatVariable owned(matvar_t *variable)
 {
     if (!variable)
@@ -106,7 +106,7 @@ QStringList matFieldNames(const QStringList &names)
     QStringList fields;
     // No hashes, since a file may choose the names.
     std::set<QString> taken;
-    QMap<QString, int> nextNumbers; // by what stays of a name in front of any suffix
+    QMap<QString, int> nextNumbers; // by what is left of a name before any suffix
     for (QString name : names) {
         name.replace(odd, QStringLiteral("_"));
         if (!letter.match(name).hasMatch())

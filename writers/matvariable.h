@@ -23,7 +23,7 @@ void setMatField(const MatVariable &structs, std::size_t index, int fieldIndex, 
 
 /// The same as \a json: a text, a number, a logical, a struct, or an empty matrix for null.
 MatVariable matValue(const QJsonValue &json);
-/// A column vector that refers to \a samples, which have to outlive it.
+/// A column vector that refers to \a samples, which must outlive it.
 MatVariable matColumn(QVector<double> &samples);
 
 /// Names of fields for \a names, each different: letters, digits and underscores, a letter first,

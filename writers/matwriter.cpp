@@ -68,7 +68,7 @@ private:
     QStringList m_fields;
 };
 
-/// Whether the file at \a path holds its header and one whole variable: libmatio does not look at
+/// Whether the file at \a path contains its header and one whole variable: libmatio does not check
 /// every result of a write.
 bool isWhole(const QString &path)
 {

@@ -12,11 +12,11 @@
 /// "units" and "calculatedUnits" with the unit of each.
 ///
 /// Names become field names: what is no ASCII letter, digit or underscore becomes an underscore,
-/// and an "x" is put in front of what does not begin with a letter.
+/// and a name that does not begin with a letter gets an "x" before it.
 class MatWriter : public LapWriter
 {
 public:
-    /// \a fileName is where the laps come from. \a file has to outlive the writer.
+    /// \a fileName is where the laps come from. \a file must outlive the writer.
     MatWriter(OutputFile &file, const QVector<ChosenChannel> &channels, const QString &fileName);
 
     void write(int number, std::unique_ptr<ZEP::Lap> lap) override;

@@ -13,11 +13,11 @@ public:
     /// Characters that writeNumber() needs at most.
     static constexpr int NumberSize = 24;
 
-    /// \a file has to outlive the buffer.
+    /// \a file must outlive the buffer.
     explicit OutputBuffer(OutputFile &file) : m_file(file) { }
 
-    /// Room for \a size characters behind everything appended so far. Whoever writes there says
-    /// with appendUntil() how far it got.
+    /// Room for \a size characters after everything appended so far. Call appendUntil() with the
+    /// end of what was written there.
     char *room(std::size_t size);
     void appendUntil(const char *end) { m_used = std::size_t(end - m_bytes.data()); }
 

@@ -32,7 +32,7 @@ bool OutputFile::open(bool overwritten, QString *problem)
     if (!isFree(overwritten, problem))
         return false;
     const QFileInfo info(m_name);
-    // A device cannot be replaced by a file that was written beside it.
+    // A device cannot be replaced by a file that was written next to it.
     if (info.exists() && !info.isFile())
         m_device = std::make_unique<QFile>(m_name);
     else

@@ -21,7 +21,7 @@ public:
 
     /// Appends \a size bytes. After a failure it does nothing.
     void write(const char *bytes, qint64 size);
-    /// Gives it up for \a reason, as if something could not be written.
+    /// Makes it fail for \a reason, as if something could not be written.
     void fail(const QString &reason);
     /// False as soon as something could not be written.
     bool isGood() const { return m_error.isEmpty(); }

@@ -22,7 +22,7 @@ public:
 
     bool isGiven() const { return !m_names.empty(); }
 
-    /// The chosen channels of \a laps. None if one does not exist; then the user knows.
+    /// The chosen channels of \a laps. None if one does not exist; then that has been reported.
     std::optional<QVector<ChosenChannel>> chosen(const ChosenLaps &laps, Terminal &terminal) const;
 
     /// The same choice as arguments of another process.

@@ -5,7 +5,7 @@
 #include "host/commands/fileoptions.h"
 #include "host/commands/listing.h"
 
-/// `zepimport check`: what is wrong with recordings, and what it costs.
+/// `zepimport check`: whether recordings are damaged, and what is lost.
 class CheckCommand : public Command
 {
 public:

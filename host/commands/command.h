@@ -23,7 +23,7 @@ class Terminal;
 ///             return m_laps.import(file, importer, terminal, [&](ChosenLaps &&chosen) {
 ///                 const auto channels = m_channels.chosen(chosen, terminal);
 ///                 if (!channels)
-///                     return ExitCode::WrongUse; // the user knows why
+///                     return ExitCode::WrongUse; // reported already
 ///                 ...
 ///                 return ExitCode::Success;
 ///             });
@@ -49,6 +49,7 @@ public:
     /// Declares the options of the command, whose values it keeps.
     virtual void declare(CommandOptions &options) = 0;
 
-    /// Does what the options ask for. Failure, or wrong use, if not all of it; then the user knows.
+    /// Does what the options ask for. Failure, or wrong use, if not all of it; then that has been
+    /// reported.
     virtual ExitCode run(Terminal &terminal) = 0;
 };

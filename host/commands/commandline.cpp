@@ -36,7 +36,7 @@ void CommandOptions::addRequiredText(const Description &description, std::string
 void CommandOptions::addChoice(const Description &description, std::string *target,
                                const std::vector<std::string> &choices)
 {
-    // The description of the check would stand in the help, beside ours.
+    // The help would also show the description of the check.
     addOption(m_command, description, target)->check(CLI::IsMember(choices).description(""));
 }
 

@@ -1,6 +1,7 @@
 #include "host/commands/comparecommand.h"
 
 #include "analysis/lapsummary.h"
+#include "host/commands/commandline.h"
 #include "host/commands/filework.h"
 #include "host/text/displaytext.h"
 #include "host/text/tablewriter.h"
@@ -25,10 +26,10 @@ constexpr int ShownStretches = 10;
 constexpr double FinestGrid = 0.01;
 constexpr double CoarsestGrid = 1000;
 
-/// A lap of 25 km on the finest grid; a damaged recording may tell of one without end.
+/// A lap of 25 km on the finest grid; in a damaged recording, a lap may be endless.
 constexpr double MostPlaces = 2.5e6;
 
-/// The part by which the lengths of two laps of one track may differ: each is reckoned from the
+/// The part by which the lengths of two laps of one track may differ: each is calculated from the
 /// last tick of its lap, in single precision.
 constexpr double LengthTolerance = 0.002;
 
@@ -248,8 +249,8 @@ ExitCode CompareCommand::show(const LapComparison &comparison, Terminal &termina
     return ExitCode::Success;
 }
 
-/// Writes a line for each place, below one of names and one of units. False if that failed, and the
-/// user knows.
+/// Writes a line for each place, below one of names and one of units. False if that failed;
+/// then that has been reported.
 bool CompareCommand::writeCsv(const LapComparison &comparison, Terminal &terminal) const
 {
     OutputFile file(m_output.name());

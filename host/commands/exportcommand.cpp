@@ -1,5 +1,6 @@
 #include "host/commands/exportcommand.h"
 
+#include "host/commands/commandline.h"
 #include "host/commands/filework.h"
 #include "host/text/terminal.h"
 #include "writers/csvwriter.h"
@@ -40,8 +41,8 @@ std::string separatorProblem(const std::string &text)
         : "'" + text + "' cannot separate numbers; choose another one, such as ; or tab";
 }
 
-/// Whether each of \a files goes to a file of its own, and none to a recording. If not, the user
-/// knows.
+/// Whether each of \a files goes to a file of its own, and none to a recording. If not, that
+/// has been reported.
 bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Terminal &terminal)
 {
     if (files.size() > 1 && names.isOneFile()) {
@@ -104,7 +105,8 @@ void ExportCommand::declare(CommandOptions &options)
                       &m_units, {"header", "row", "none"});
 }
 
-/// A "-" among the files means standard output. False if that does not fit; then the user knows.
+/// A "-" among the files means standard output. False if that does not fit; then that has been
+/// reported.
 bool ExportCommand::takeStandardOutput(Terminal &terminal)
 {
     if (!m_files.take("-"))

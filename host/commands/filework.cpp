@@ -55,7 +55,7 @@ public:
         });
     }
 
-    /// Takes the bar away.
+    /// Removes the bar.
     void hideProgress() { m_progress.reset(); }
 
     ExitCode result() const { return m_result; }
@@ -104,8 +104,8 @@ private:
     QStringList m_failed;
 };
 
-/// The files of \a found that \a work takes. What is wrong with the others the user knows, and
-/// *result says.
+/// The files of \a found that \a work processes. For the others, the user is told what is wrong,
+/// and *result is changed.
 QVector<RecordingFile> acceptedFiles(const RecordingFiles &found, const FileWork &work,
                                      Terminal &terminal, ExitCode *result)
 {

@@ -15,13 +15,13 @@ class Importer;
 struct RecordingFile;
 class Terminal;
 
-/// What a command does with the files that the user named. Only process() has to be there, and
-/// arguments() for a command with BatchOptions.
+/// What a command does with the files that the user named. Only process() is required, and for
+/// a command with BatchOptions also arguments().
 struct FileWork {
-    /// Says why the command does not process \a file; empty if it does. Asked before any is read.
+    /// Says why the command does not process \a file; empty if it does. Called before any is read.
     std::function<QString(const RecordingFile &file)> objection;
-    /// Called once, before the first file is read. If it is false the command ends as wrongly used,
-    /// and the user knows why.
+    /// Called once, before the first file is read. False ends the command as wrong use; then the
+    /// reason has been reported.
     std::function<bool(const QVector<RecordingFile> &files)> accepts;
 
     /// Does the command's work for one file. Called in the order of the command line.
@@ -29,7 +29,7 @@ struct FileWork {
 
     /// The command and its options for a process that does the same for \a file only.
     std::function<QStringList(const RecordingFile &file)> arguments;
-    /// Takes what such a process printed; prints it unless set.
+    /// Uses what such a process printed. By default it is printed.
     std::function<void(const QByteArray &output)> takeOutput;
 
     /// Called once, after the last file, also when files failed.

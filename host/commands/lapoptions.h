@@ -25,7 +25,7 @@ public:
     void declare(CommandOptions &options, const std::string &text);
 
     /// Imports \a file, and does \a work with its chosen laps. Failure if it cannot be imported,
-    /// wrong use if it lacks one of the laps; the user knows.
+    /// wrong use if it lacks one of the laps; both are reported.
     ExitCode import(const RecordingFile &file, Importer &importer, Terminal &terminal,
                     const std::function<ExitCode(ChosenLaps &&)> &work) const;
 

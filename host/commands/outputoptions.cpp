@@ -1,5 +1,6 @@
 #include "host/commands/outputoptions.h"
 
+#include "host/commands/commandline.h"
 #include "host/files/recordingfiles.h"
 #include "host/text/terminal.h"
 #include "writers/outputfile.h"

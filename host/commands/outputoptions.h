@@ -1,14 +1,12 @@
 #pragma once
 
-#include "host/commands/commandline.h"
-
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-#include <optional>
 #include <string>
 
+class CommandOptions;
 class OutputFile;
 struct RecordingFile;
 class Terminal;
@@ -32,12 +30,13 @@ public:
     /// Whether what exists already is replaced.
     bool isForced() const { return m_force; }
 
-    /// Opens \a file for writing, and commits what was written. False if that failed; then the user
-    /// knows.
+    /// Opens \a file for writing, and commits what was written. False if that failed; then that has
+    /// been reported.
     bool open(OutputFile *file, Terminal &terminal) const;
     static bool commit(OutputFile *file, Terminal &terminal);
 
-    /// Whether \a output is one of \a recordings, which must not be replaced; then the user knows.
+    /// Whether \a output is one of \a recordings, which must not be replaced; then that has been
+    /// reported.
     static bool isRecording(const QString &output, const QVector<RecordingFile> &recordings,
                             Terminal &terminal);
 

@@ -16,7 +16,7 @@ class PluginOptions
 public:
     void declare(CommandOptions &options);
 
-    /// Finds the plug-ins. Without any, the result is empty, and the user knows where they were
+    /// Finds the plug-ins. Without any, the result is empty, and an error says where they were
     /// looked for.
     std::optional<PluginRegistry> load(Terminal &terminal) const;
 

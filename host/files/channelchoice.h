@@ -6,13 +6,13 @@
 #include <QStringList>
 #include <QVector>
 
-/// Which channels are asked for, on the command line as `--channels CHOICE,...`. A CHOICE is
+/// The channels that the user chose, on the command line as `--channels CHOICE,...`. A CHOICE is
 ///
 ///     speed    the channel of that name
 ///     tire*    all channels whose names the wildcards fit
 ///     driver   the channels of that preset which the laps have
 ///
-/// Small and capital letters are the same. A channel wins over a preset of its name.
+/// Case does not matter. A channel takes precedence over a preset of the same name.
 class ChannelChoice
 {
 public:
@@ -22,9 +22,9 @@ public:
 
     bool isEverything() const { return m_choices.isEmpty(); }
 
-    /// The chosen ones of the channels that any of \a laps has, in the order asked for, each once;
-    /// what one choice finds is in the order of a lap: recorded, then calculated, each by name.
-    /// Empty if a choice finds nothing: then \a problem names it, and the names next to it.
+    /// Those channels of \a laps that were chosen, in the order of the choices, each once. The
+    /// channels of one choice are in the order of a lap: recorded, then calculated, each by name.
+    /// Empty if a choice matches nothing: then \a problem contains it, and the nearest names.
     QVector<ChosenChannel> channels(const QVector<const ZEP::Lap *> &laps, QString *problem) const;
 
     /// Names of the presets.

@@ -11,8 +11,8 @@
 #include <memory>
 #include <vector>
 
-/// Runs the program itself many times, some at once, so that a plug-in that crashes takes nothing
-/// with it but what its process was for. Needs a QCoreApplication.
+/// Runs the program itself many times, some in parallel, so that a plug-in that crashes does not
+/// affect the work of the other processes. Needs a QCoreApplication.
 class ChildProcesses
 {
 public:
@@ -30,7 +30,7 @@ public:
     };
 
     /// Runs a process for each of \a arguments, \a atOnce of them at a time, with \a environment in
-    /// the form "NAME=value" beside the own one.
+    /// the form "NAME=value" in addition to its own.
     ChildProcesses(const QVector<QStringList> &arguments, int atOnce,
                    const QStringList &environment);
 

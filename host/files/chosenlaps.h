@@ -4,10 +4,10 @@
 
 #include <QVector>
 
-/// An imported file, and which of its laps were asked for.
+/// An imported file, and which of its laps were chosen.
 struct ChosenLaps {
     ImportedFile file;
-    QVector<int> indices; ///< of laps of the file, in the order asked for; at least one
+    QVector<int> indices; ///< of laps of the file, in the order chosen; at least one
 
     const ZEP::Lap &lap(int index) const { return *file.laps[std::size_t(index)]; }
     /// The chosen laps.

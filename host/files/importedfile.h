@@ -13,7 +13,7 @@ struct ImportMessage {
     bool isError;
 };
 
-/// What the import of one file gave: at least one lap, in the order of the plug-in.
+/// An imported file: at least one lap, in the order of the plug-in.
 struct ImportedFile {
     QString fileName;
     QString format;

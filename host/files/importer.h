@@ -11,7 +11,7 @@
 class PluginRegistry;
 class Terminal;
 
-/// What the attempt to import a file gave.
+/// The result of an attempt to import a file.
 struct ImportAttempt {
     /// Empty where the file cannot be read, or no plug-in reads files of such a name.
     QString format;
@@ -24,7 +24,7 @@ struct ImportAttempt {
 class Importer
 {
 public:
-    /// Both have to outlive the importer. Errors go to \a terminal, and with \a verbose information
+    /// Both must outlive the importer. Errors go to \a terminal, and with \a verbose information
     /// as well.
     Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbose);
 
@@ -32,7 +32,7 @@ public:
     /// named the file and the reason.
     std::optional<ImportedFile> import(const QString &fileName);
 
-    /// Likewise, but says nothing of errors: whoever calls it does.
+    /// The same, but does not show errors: they are in the result.
     ImportAttempt attempt(const QString &fileName);
 
 private:

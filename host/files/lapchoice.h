@@ -8,7 +8,7 @@
 
 #include <optional>
 
-/// Which laps of a file are asked for, on the command line as `--lap CHOICE` or `FILE:CHOICE`:
+/// The laps of a file that the user chose, on the command line as `--lap CHOICE` or `FILE:CHOICE`:
 ///
 ///     best     the fastest timed lap
 ///     all      every lap
@@ -18,14 +18,14 @@ class LapChoice
 public:
     static LapChoice best() { return LapChoice(Kind::Best); }
     static LapChoice all() { return LapChoice(Kind::All); }
-    /// The lap that speaks for a file where none is asked for: see representativeLap().
+    /// The lap that represents a file if the user chooses none: see representativeLap().
     static LapChoice representative() { return LapChoice(Kind::Representative); }
 
     /// Reads \a text as described above. Without a result \a problem says what is wrong with it.
     static std::optional<LapChoice> parse(const QString &text, QString *problem);
 
-    /// The indices of the chosen ones of \a laps, in the order asked for, each once. Empty if
-    /// \a laps lack one of them: then \a problem says which, and what to choose from.
+    /// The indices of the chosen laps in \a laps, in the order chosen, each once. Empty if \a laps
+    /// lack one of them: then \a problem says which, and what to choose from.
     QVector<int> indices(const Laps &laps, QString *problem) const;
 
     /// What parse() reads as the same choice; empty for representative().

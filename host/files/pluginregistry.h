@@ -27,11 +27,11 @@ public:
     static QStringList searchPath(const QString &given);
 
     /// Loads every library of \a path that offers the import interface. Of folders, the other files
-    /// are passed over, and so is a library whose name an earlier folder had already.
+    /// are skipped, and so is a library with the name of one in an earlier folder.
     explicit PluginRegistry(const QStringList &path);
 
     const QVector<Plugin> &plugins() const { return m_plugins; }
-    /// Why places of the path, and libraries in them, gave no plug-in; one line each.
+    /// Why there is no plug-in at places of the path, or in libraries there; one line each.
     const QStringList &remarks() const { return m_remarks; }
 
     /// The first plug-in and format whose wildcards ("*.ibt") fit \a fileName, in any case.

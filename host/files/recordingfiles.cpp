@@ -77,8 +77,8 @@ private:
     const PluginRegistry &m_plugins;
 };
 
-/// Takes a choice of laps from the end of \a name. False if there is something like one that makes
-/// no sense: then \a problem says why.
+/// Removes a choice of laps from the end of \a name. False if there is something like one that is
+/// not valid: then \a problem says why.
 bool splitLaps(QString *name, std::optional<LapChoice> *laps, QString *problem)
 {
     const int colon = name->lastIndexOf(QLatin1Char(':'));

@@ -14,14 +14,14 @@ class PluginRegistry;
 /// A file to import.
 struct RecordingFile {
     QString fileName;
-    std::optional<LapChoice> laps; ///< asked for of this file alone
+    std::optional<LapChoice> laps; ///< chosen for this file only
 };
 
 /// The files that `FILE...` on the command line means, and what is wrong with it.
 ///
 /// An argument is a file, or a folder, which means the files in it that a plug-in reads, by name.
 /// What keeps such files from being found there is a problem, as is a name that is not UTF-8.
-/// Either may have a choice of laps behind it, "monday/a.ibt:best", unless there is a file of that
+/// Either may end with a choice of laps, "monday/a.ibt:best", unless there is a file of that
 /// very name.
 struct RecordingFiles {
     struct Problem {

@@ -11,7 +11,7 @@
 
 // Texts for tables: never the locale's decimal comma, and "-" for what is missing.
 
-/// \a text without blanks at its ends, "-" if nothing is left.
+/// \a text without spaces at its ends, "-" if nothing is left.
 QString formatText(const QString &text);
 /// Whole numbers in full, others with six significant digits.
 QString formatNumber(double value);

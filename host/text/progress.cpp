@@ -51,7 +51,7 @@ QString Progress::line(const State &state, int width)
         parts.append(formatDuration(qint64(left + 0.5)) % QLatin1String(" left"));
     }
     const QString text = parts.join(QLatin1String("  "));
-    // The last column stays free: a terminal may go to the next line behind it.
+    // The last column stays free: a terminal may go to the next line after it.
     const int bar = std::min(longestBar, width - int(text.size()) - 4);
     if (bar < shortestBar)
         return elided(text, std::max(1, width));

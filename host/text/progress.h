@@ -7,7 +7,7 @@
 class Terminal;
 
 /// Shows on a terminal how far a command is with its files: a bar, how fast it goes, and how long
-/// it will still take. Both are reckoned by the bytes of the files.
+/// it will still take. Both are calculated from the sizes of the files.
 class Progress
 {
 public:
@@ -20,11 +20,11 @@ public:
         qint64 milliseconds = 0; ///< since the beginning
     };
 
-    /// \a sizes are the bytes of the files. \a terminal has to outlive this.
+    /// \a sizes of the files in bytes. \a terminal must outlive this.
     Progress(Terminal &terminal, const QVector<qint64> &sizes);
     Progress(const Progress &) = delete;
     Progress &operator=(const Progress &) = delete;
-    /// Takes the bar away.
+    /// Removes the bar.
     ~Progress();
 
     /// The file at \a index is done, well or not.

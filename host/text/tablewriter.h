@@ -11,8 +11,8 @@ public:
     enum class Align { Left, Right };
     enum class Style {
         Plain,
-        Best, ///< stands out
-        Faint, ///< stands back
+        Best, ///< highlighted
+        Faint, ///< dimmed
     };
 
     struct Column {
@@ -30,10 +30,10 @@ public:
 
     /// One cell for each column; a missing cell is empty.
     void addRow(const QStringList &cells, Style style = Style::Plain);
-    /// A line of its own above the rows that follow, behind a blank line unless it is the first.
+    /// A separate line above the rows that follow, after an empty line unless it is the first.
     void addSection(const QString &title);
 
-    /// The table, each line ended by a line feed and without blanks at its end.
+    /// The table. Each line ends with a line feed, without trailing spaces.
     ///
     /// \a width is the number of columns to fit in, 0 for no limit; a table that has nothing more
     /// to leave out is wider than that. \a colour adds terminal escape sequences.

@@ -33,7 +33,7 @@ bool isDumb()
 Terminal::Terminal()
 {
     if (isatty(STDERR_FILENO) != 0 && !isDumb()) {
-        constexpr int usualWidth = 80; // of a terminal that does not tell
+        constexpr int usualWidth = 80; // of a terminal that does not report it
         const int width = terminalWidth(STDERR_FILENO);
         m_statusWidth = width > 0 ? width : usualWidth;
     }
@@ -79,7 +79,7 @@ void Terminal::complain(const QString &line)
 
 void Terminal::passOnErrors(const QByteArray &lines)
 {
-    // Both streams may end up in one place, where the order tells which file a line belongs to.
+    // Both streams may end up in one place, where the order shows which file a line belongs to.
     std::fflush(stdout);
     hideStatus();
     writeErrors(lines);

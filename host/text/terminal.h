@@ -12,7 +12,7 @@ public:
     Terminal();
     Terminal(const Terminal &) = delete;
     Terminal &operator=(const Terminal &) = delete;
-    /// Takes the status away.
+    /// Removes the status.
     ~Terminal();
 
     /// Columns of the terminal; 0 for no limit (a pipe, a file).
@@ -27,7 +27,7 @@ public:
     void print(const QString &text);
     /// Writes one line to standard output, emphasised where there are colours.
     void printHeading(const QString &line);
-    /// Writes one line to standard error, behind the program's name.
+    /// Writes one line to standard error, after the program's name.
     void complain(const QString &line);
     /// Writes to standard error what another process of the program wrote there.
     void passOnErrors(const QByteArray &lines);
@@ -35,7 +35,7 @@ public:
     /// Columns for the status; 0 where standard error is no terminal, and nothing is shown.
     int statusWidth() const { return m_statusWidth; }
     /// Shows \a line at the bottom of standard error, in the place of the line before, and below
-    /// whatever is written meanwhile. An empty one takes it away.
+    /// whatever is written meanwhile. An empty one removes it.
     void setStatus(const QString &line);
 
     /// Hands everything to the system; false if standard output could not take it all.

@@ -10,7 +10,7 @@
 
 namespace {
 
-// Each character holds two columns of four dots.
+// Each character has two columns of four dots.
 constexpr int DotColumns = 2;
 constexpr int DotRows = 4;
 constexpr ushort EmptyBraille = 0x2800;
@@ -54,7 +54,7 @@ public:
         }
     }
 
-    /// One line of characters; \a blank stands where there is no dot.
+    /// One line of characters; \a blank is shown where there is no dot.
     QString line(int row, QChar blank, bool colour) const
     {
         QString text;
@@ -93,7 +93,7 @@ void draw(Canvas *canvas, const TextChart::Curve &curve, double lowest, double h
     for (int column = 0; column <= lastColumn; ++column) {
         const int index = int(std::lround(double(column) / lastColumn * (curve.values.size() - 1)));
         const double part = (curve.values.at(index) - lowest) / (highest - lowest);
-        if (!(part >= 0 && part <= 1)) { // no number, or beyond what a double holds
+        if (!(part >= 0 && part <= 1)) { // not a number, or out of the range of a double
             previousRow = -1;
             continue;
         }

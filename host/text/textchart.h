@@ -24,7 +24,7 @@ public:
 
     /// The chart below a line with \a title and the names, each line ended by a line feed.
     ///
-    /// \a width and \a height are what the chart takes in columns and lines, its axis and labels
+    /// \a width and \a height are the columns and lines of the chart, its axis and labels
     /// included, at least LeastWidth and LeastHeight. \a colour adds terminal escape sequences.
     /// Later curves lie above earlier ones.
     QString text(const QString &title, const QVector<Curve> &curves, int width, int height,

@@ -2,10 +2,10 @@
 
 #include <QString>
 
-/// Columns that \a text takes on a terminal: none for combining marks, two for wide characters.
+/// Columns that \a text needs on a terminal: none for combining marks, two for wide characters.
 int displayWidth(const QString &text);
 
-/// \a text if it takes at most \a width columns, else its beginning and "…"; \a width is at
+/// \a text if it needs at most \a width columns, else its beginning and "…"; \a width is at
 /// least 1.
 QString elided(const QString &text, int width);
 
