@@ -78,6 +78,8 @@ void tst_SessionInfoInspection::findsNothing_data()
     QTest::newRow("empty value at the end of a section") << with("Test Car", "");
     QTest::newRow("blanks in a key") << with("TeamName", "Team Name");
     QTest::newRow("no closing line") << with("...\n", "");
+    QTest::newRow("empty list before entries that are also where they belong")
+        << with("\n\n...", "\n\nRadioInfo:\n Radios:\nWeekendInfo:\n TrackName: testfield\n...");
     QTest::newRow("comment where it costs nothing") << with("\n\n...", "\n# end\n\n...");
     QTest::newRow("empty list where it costs nothing")
         << with("\n\n...", "\n\nRadioInfo:\n Radios:\n...");
@@ -220,6 +222,12 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << with(" - CarIdx: 0\n", " - CarIdx: 7\n - CarIdx: 0\n")
         << QStringList("+text-short-item 20: is the only line of its list item, so what follows is "
                        "read as part of it; 4 entries after it are lost: 0, UserName, TeamName, ..."
+                       + noDriver);
+    QTest::newRow("first line of a list item twice")
+        << with(" - CarIdx: 0\n", " - CarIdx: 0\n - CarIdx: 0\n")
+        << QStringList("+text-short-item 20: is the only line of its list item, so what follows is "
+                       "read as part of it; 3 entries after it are lost: UserName, TeamName, "
+                       "CarScreenName"
                        + noDriver);
     QTest::newRow("comment between entries")
         << with("   UserName", "# who\n   UserName")
