@@ -68,7 +68,8 @@ public:
 
     /// From the first tick until resize(), laps are followed and closed as usual, but contain
     /// nothing: only isMyLapReady() and collectedLaps() report them. Until then all records have to
-    /// be of the compiled table, and nobody may look at a car, a sample or a lap.
+    /// be of the compiled table, the player's car has to stay the same, and nobody may look at a
+    /// car, a sample or a lap.
     void startCounting();
 
     /// Makes the current tick the previous one and drops its values.

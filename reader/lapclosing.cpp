@@ -73,12 +73,10 @@ void iRTelemetryReader::processLap(int carIdx, bool completed)
     closeLap(carIdx, completed);
 }
 
-/// Not through the gate, just as closeLap(): an import ends with it, and unlike other cars the
-/// player's is never taken for idle.
 void iRTelemetryReader::processMyLap(bool completed)
 {
     if (hasMyCar())
-        closeLap(m_myCarIdx, completed);
+        processLap(m_myCarIdx, completed);
 }
 
 void iRTelemetryReader::getSessionInfo(int carIdx, ZEP::Lap *lap)

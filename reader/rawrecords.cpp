@@ -16,6 +16,9 @@ void RawRecords::flush(GrowingLap *lap) const
 
 void RawRecords::settle(CarTracker *car)
 {
+    // Nobody may look while records are counted, and a tick in a sample would not be counted.
+    if (m_isCounting)
+        return;
     if (hasTick())
         m_tick.spreadInto(&car->sample, *m_layout);
     flush(&car->lap);

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void countsWhatIsRead();
     void lapsAfterCountingAreComplete();
     void ticksOfDroppedLapsDoNotCount();
+    void sessionInfoMayComeInTheMiddleOfATick();
 };
 
 /// What is counted at a tick is what another reader has collected, and it closes the same laps.
@@ -148,6 +149,34 @@ void tst_IrTelemetryReaderCounting::ticksOfDroppedLapsDoNotCount()
     drive(false, 1);
     QCOMPARE(reader.collectedLaps().ticks, qint64(1));
     QCOMPARE(reader.collectedLaps().laps, qint64(1));
+}
+
+/// setYaml() is allowed at any time; a tick that is being counted must not become a sample by it.
+void tst_IrTelemetryReaderCounting::sessionInfoMayComeInTheMiddleOfATick()
+{
+    Recording recording;
+    recording.sessionInfo(Recording::plainSessionInfo())
+        .set("LapDistPct", 0.5)
+        .set("IsOnTrack", 1)
+        .set("OnPitRoad", 0);
+    const irsdk_header header = recording.header();
+    const QVector<irsdk_varHeader> table = recording.variableTable();
+    QByteArray file = recording.ticks(1).bytes();
+    char *record = file.data() + file.size() - header.bufLen;
+
+    iRTelemetryReader reader;
+    reader.setYaml(Recording::plainSessionInfo().constData());
+    reader.setDiskLoading(true);
+    reader.updateCarList();
+    reader.compileVariables(&header, table.constData());
+    reader.startCounting();
+    for (int i = 0; i < 5; ++i) {
+        reader.prepareTick();
+        reader.getRawData(&header, table.constData(), record);
+        reader.setYaml(Recording::plainSessionInfo().constData());
+        reader.processData();
+    }
+    QCOMPARE(reader.collectedLaps().ticks, qint64(5));
 }
 
 NAPAMMUL_TEST(tst_IrTelemetryReaderCounting)

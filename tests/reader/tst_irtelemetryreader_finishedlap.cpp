@@ -4,6 +4,7 @@
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tools/recording.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -45,6 +46,7 @@ private Q_SLOTS:
     void closedLapCanBeClosedAgain();
     void processMyLap_data();
     void processMyLap();
+    void processMyLapReadsTheTreeAsItIs();
     void isLapReady();
     void isMyLapReady_data();
     void isMyLapReady();
@@ -271,6 +273,34 @@ void tst_IrTelemetryReaderFinishedLap::otherCarsLapsAreClosedByTheirCounter()
     QCOMPARE(lap.getAvailableChannels(), (Names{"dt", "lapdistpct", "onpitroad", "sessiontime"}));
     drive(4, 0.7);
     QVERIFY(!reader.isLapReady(Other));
+}
+
+/// What the lap before it was closed with is remembered only until somebody changes the tree.
+void tst_IrTelemetryReaderFinishedLap::processMyLapReadsTheTreeAsItIs()
+{
+    Recording recording;
+    recording.sessionInfo(Recording::plainSessionInfo())
+        .set("LapDistPct", 0.5)
+        .set("IsOnTrack", 1)
+        .set("OnPitRoad", 0);
+    const irsdk_header header = recording.header();
+    const QVector<irsdk_varHeader> table = recording.variableTable();
+    QByteArray file = recording.ticks(1).bytes();
+    char *record = file.data() + file.size() - header.bufLen;
+
+    iRTelemetryReader reader;
+    reader.setYaml(Recording::plainSessionInfo().constData());
+    reader.setDiskLoading(true);
+    reader.updateCarList();
+    reader.compileVariables(&header, table.constData());
+    for (const char *track : {"One", "Another"}) {
+        reader.prepareTick();
+        reader.getRawData(&header, table.constData(), record);
+        reader.processData();
+        reader.pathSet(QStringLiteral("WeekendInfo/TrackDisplayName"), QLatin1String(track));
+        reader.processMyLap(false);
+        QCOMPARE(reader.myLap()->getTrackName(), QLatin1String(track));
+    }
 }
 
 NAPAMMUL_TEST(tst_IrTelemetryReaderFinishedLap)
