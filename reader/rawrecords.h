@@ -74,8 +74,8 @@ public:
     }
     /// Brings what is pending of \a lap into it.
     void flush(GrowingLap *lap) const;
-    /// Brings the tick into the sample of \a car and all pending records into its laps. While records
-    /// are counted it does nothing.
+    /// Brings the tick into the sample of \a car and all pending records into its laps. While
+    /// records are counted it does nothing.
     void settle(CarTracker *car);
 
     // --- Counting

@@ -165,5 +165,6 @@ function numberOf(text) {
 }
 
 export {
-    demoRecording, drawn, hasBrowser, lapSheet, lapSheets, numberOf, positionText, readings, withPage, writeReport, zepimport,
+    demoRecording, drawn, hasBrowser, lapSheet, lapSheets, numberOf, positionText, readings, withPage,
+    writeReport, zepimport,
 };
