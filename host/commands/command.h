@@ -6,8 +6,11 @@ class CommandOptions;
 class Terminal;
 
 /// One command of the program: its options, and what it does with them. What commands share are
-/// parts that they hold: PluginOptions, FileOptions, LapOptions, ChannelOptions, JsonOption,
-/// OutputOptions, BatchOptions.
+/// members of their classes: PluginOptions, FileOptions, LapOptions, ChannelOptions, Listing,
+/// JsonOption, OutputOptions, BatchOptions.
+///
+/// For tables with `--json`, start from channelscommand.cpp. A command with BatchOptions must set
+/// FileWork::arguments. A command without either:
 ///
 ///     void GapsCommand::declare(CommandOptions &options)
 ///     {
