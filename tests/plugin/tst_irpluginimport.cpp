@@ -1,6 +1,7 @@
 // The plug-in as its host meets it: loaded, asked for its names, told to import.
 
 #include "tests/support/importfixture.h"
+#include "tests/support/processlimit.h"
 #include "tests/support/roomtests.h"
 #include "tools/recording.h"
 
@@ -158,7 +159,7 @@ void tst_iRPluginImport::exportsNothingButItsEntries()
     nm.start(QStringLiteral("nm"),
              {QStringLiteral("-D"), QStringLiteral("--defined-only"), QStringLiteral("--demangle"),
               QStringLiteral(NAPAMMUL_PLUGIN_PATH)});
-    QVERIFY(nm.waitForFinished());
+    QVERIFY(nm.waitForFinished(ProcessLimit));
     QCOMPARE(nm.exitCode(), 0);
     QStringList symbols;
     for (const QByteArray &line : nm.readAllStandardOutput().split('\n')) {

@@ -1,4 +1,6 @@
+#include "tests/support/processlimit.h"
 #include "tests/support/roomtests.h"
+#include "tests/support/zepimportprocess.h"
 
 #include <QtTest>
 
@@ -36,12 +38,15 @@ QString run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit
+    if (!process.waitForFinished(ProcessLimit) || process.exitStatus() != QProcess::NormalExit
         || process.exitCode() != 0)
         return program + QStringLiteral(" failed");
     const QString errors = QString::fromUtf8(process.readAllStandardError());
     return errors.isEmpty() ? QString::fromUtf8(process.readAllStandardOutput()) : errors;
 }
+
+// An option as a shell is offered it. zsh puts those that exclude it before it, in parentheses.
+const QString optionPattern = QStringLiteral("^(?:\\([^)]*\\))?--([\\w-]+)");
 
 QString help(const QStringList &command)
 {
@@ -66,27 +71,58 @@ QStringList longOptions(const QString &command)
     return captured(QStringLiteral("^  (?:-\\w,)?--([\\w-]+)"), help({command}));
 }
 
-/// What \a shell offers behind \a words, of which the last one is to be completed.
+/// How the words that were \a found in \a file differ from the \a expected ones; empty if they do
+/// not.
+QString difference(const QString &file, const QStringList &found, const QStringList &expected)
+{
+    if (found == expected)
+        return QString();
+    QStringList missing = expected;
+    QStringList unknown = found;
+    for (const QString &word : found)
+        missing.removeOne(word);
+    for (const QString &word : expected)
+        unknown.removeOne(word);
+    return QStringLiteral("%1: missing: [%2], unknown: [%3]")
+        .arg(file, missing.join(QLatin1String(", ")), unknown.join(QLatin1String(", ")));
+}
+
+/// The file in packaging/ that completes words in \a shell.
+QString completionFile(const QString &shell)
+{
+    return shell == QLatin1String("zsh") ? QStringLiteral("completions/_zepimport")
+                                         : QStringLiteral("completions/zepimport.") + shell;
+}
+
+/// The file in packaging/ with the manual page of \a command, or of the program if it is empty.
+QString pageFile(const QString &command)
+{
+    return QStringLiteral("man/zepimport%1.1")
+        .arg(command.isEmpty() ? QString() : QLatin1Char('-') + command);
+}
+
+/// What \a shell offers after \a words, of which the last one is to be completed.
 QStringList offered(const QString &shell, const QString &packaging, const QStringList &words)
 {
-    const QString folder = packaging + QStringLiteral("/completions/");
+    const QString file = packaging + QLatin1Char('/') + completionFile(shell);
     QString output;
     if (shell == QLatin1String("bash")) {
         const QString script = QStringLiteral("source \"$0\"; COMP_WORDS=(\"$@\"); "
                                               "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zepimport; "
                                               "printf '%s\\n' \"${COMPREPLY[@]}\"");
-        output = run(shell, QStringList{"--norc", "-c", script, folder + "zepimport.bash"} + words);
+        output = run(shell, QStringList{"--norc", "-c", script, file} + words);
     } else if (shell == QLatin1String("fish")) {
         output = run(shell,
                      {"--no-config", "-c",
-                      QStringLiteral("source %1zepimport.fish; complete -C \"%2\"")
-                          .arg(folder, words.join(QLatin1Char(' ')))});
+                      QStringLiteral("source %1; complete -C \"%2\"")
+                          .arg(file, words.join(QLatin1Char(' ')))});
     } else {
-        output =
-            run(shell,
-                {"-f", "-c",
-                 QStringLiteral("source %1_zepimport; _zepimport_options %2; print -l -- $reply")
-                     .arg(folder, words.value(1))});
+        // Prints what zsh would be told to offer.
+        const QString script = QStringLiteral(
+            "_describe() { print -l -- \"${(@P)2}\" }; "
+            "_arguments() { print -l -- \"$@\" }; "
+            "words=(\"$@\"); CURRENT=$#; PREFIX=${@[-1]}; source \"$0\"; _zepimport");
+        output = run(shell, QStringList{"-f", "-c", script, file} + words);
     }
     return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
@@ -97,16 +133,13 @@ void tst_Shell::initTestCase()
 {
     const QString completions = QFINDTESTDATA("../../packaging/completions/zepimport.bash");
     m_packaging = QFileInfo(completions).dir().absoluteFilePath(QStringLiteral(".."));
-    m_commands = captured(QStringLiteral("^  ([a-z]+) "),
-                          help({}).section(QStringLiteral("Subcommands:"), 1));
+    m_commands = zepimportCommands();
     QVERIFY2(m_commands.contains(QStringLiteral("laps")), qPrintable(m_commands.join(", ")));
 }
 
 QString tst_Shell::page(const QString &command) const
 {
-    const QString name =
-        command.isEmpty() ? QStringLiteral("zepimport") : QStringLiteral("zepimport-") + command;
-    QFile file(m_packaging + QStringLiteral("/man/%1.1").arg(name));
+    QFile file(m_packaging + QLatin1Char('/') + pageFile(command));
     if (!file.open(QIODevice::ReadOnly))
         return QString();
     return QString::fromUtf8(file.readAll()).replace(QLatin1String("\\-"), QLatin1String("-"));
@@ -120,15 +153,16 @@ void tst_Shell::everyCommandHasAPage()
     names.sort();
     QStringList pages = QDir(m_packaging + QStringLiteral("/man")).entryList(QDir::Files);
     pages.sort();
-    QCOMPARE(pages, names);
+    QCOMPARE(difference(QStringLiteral("man"), pages, names), QString());
     const QString sections = page(QString());
-    QCOMPARE(captured(QStringLiteral("^\\.BR zepimport-([a-z]+) \\(1\\)$"),
-                      sections.section(QStringLiteral(".SH COMMANDS"), 1)
-                          .section(QStringLiteral(".SH"), 0, 0)),
-             m_commands);
-    QCOMPARE(captured(QStringLiteral("^\\.BR zepimport-([a-z]+) \\(1\\),?$"),
-                      sections.section(QStringLiteral(".SH SEE ALSO"), 1)),
-             m_commands);
+    const QStringList described = captured(
+        QStringLiteral("^\\.BR zepimport-([a-z]+) \\(1\\)$"),
+        sections.section(QStringLiteral(".SH COMMANDS"), 1).section(QStringLiteral(".SH"), 0, 0));
+    QCOMPARE(difference(pageFile({}) + QStringLiteral(", COMMANDS"), described, m_commands),
+             QString());
+    const QStringList seen = captured(QStringLiteral("^\\.BR zepimport-([a-z]+) \\(1\\),?$"),
+                                      sections.section(QStringLiteral(".SH SEE ALSO"), 1));
+    QCOMPARE(difference(pageFile({}) + QStringLiteral(", SEE ALSO"), seen, m_commands), QString());
 }
 
 void tst_Shell::optionsOfPages_data()
@@ -157,7 +191,9 @@ void tst_Shell::optionsOfPages()
     QString described = page(command).section(QStringLiteral(".SH OPTIONS"), 1);
     described = described.section(QStringLiteral("\n.SH"), 0, 0);
     described.remove(QStringLiteral("\\fB")).remove(QStringLiteral("\\fR"));
-    QCOMPARE(captured(QStringLiteral("^\\.TP\\n((?:-\\w, )?--[\\w-]+)"), described), expected);
+    const QStringList options =
+        captured(QStringLiteral("^\\.TP\\n((?:-\\w, )?--[\\w-]+)"), described);
+    QCOMPARE(difference(pageFile(command), options, expected), QString());
 }
 
 void tst_Shell::pagesAreClean_data()
@@ -172,7 +208,7 @@ void tst_Shell::pagesAreClean()
         command.isEmpty() ? QStringLiteral("zepimport") : QStringLiteral("zepimport-") + command;
     const QString shown = run(
         QStringLiteral("man"),
-        {"--warnings", "-E", "UTF-8", "-l", m_packaging + QStringLiteral("/man/%1.1").arg(name)});
+        {"--warnings", "-E", "UTF-8", "-l", m_packaging + QLatin1Char('/') + pageFile(command)});
     QVERIFY2(shown.startsWith(name.toUpper() + QStringLiteral("(1)")), qPrintable(shown));
 }
 
@@ -181,17 +217,22 @@ void tst_Shell::commandsOfShells_data()
     QTest::addColumn<QString>("shell");
     QTest::newRow("bash") << "bash";
     QTest::newRow("fish") << "fish";
+    QTest::newRow("zsh") << "zsh";
 }
 
 void tst_Shell::commandsOfShells()
 {
     QFETCH(QString, shell);
     const QStringList words = offered(shell, m_packaging, {"zepimport", ""});
-    QCOMPARE(captured(QStringLiteral("^([a-z]+)(?:\t|$)"), words.join(QLatin1Char('\n'))),
-             m_commands);
+    // Descriptions follow a tab in fish, and a colon in zsh.
+    const QStringList commands =
+        captured(QStringLiteral("^([a-z]+)(?:[\t:]|$)"), words.join(QLatin1Char('\n')));
+    QCOMPARE(difference(completionFile(shell), commands, m_commands), QString());
     const QStringList options = offered(shell, m_packaging, {"zepimport", "--"});
-    QCOMPARE(captured(QStringLiteral("^--([a-z]+)"), options.join(QLatin1Char('\n'))),
-             (QStringList{"help", "version"}));
+    QCOMPARE(difference(completionFile(shell),
+                        captured(optionPattern, options.join(QLatin1Char('\n'))),
+                        {"help", "version"}),
+             QString());
 }
 
 void tst_Shell::optionsOfShells_data()
@@ -209,10 +250,10 @@ void tst_Shell::optionsOfShells()
     QFETCH(QString, shell);
     QFETCH(QString, command);
     const QStringList words = offered(shell, m_packaging, {"zepimport", command, "--"});
-    // What stands in front is the list of options that go not together, of zsh.
-    QCOMPARE(
-        captured(QStringLiteral("^(?:\\([^)]*\\))?--([\\w-]+)"), words.join(QLatin1Char('\n'))),
-        longOptions(command));
+    QCOMPARE(difference(completionFile(shell) + QLatin1String(", ") + command,
+                        captured(optionPattern, words.join(QLatin1Char('\n'))),
+                        longOptions(command)),
+             QString());
 }
 
 void tst_Shell::choicesOfBash_data()

@@ -1,7 +1,10 @@
 #include "tests/support/zepimportprocess.h"
 
+#include "tests/support/processlimit.h"
+
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QRegularExpression>
 
 #include <fcntl.h>
 #include <linux/capability.h>
@@ -134,7 +137,7 @@ Outcome ZepimportProcess::run() const
 
     Outcome outcome;
     QByteArray shown;
-    for (int i = 0; i < 600 && !process.waitForFinished(100); ++i) {
+    for (int i = 0; i < ProcessLimit / 100 && !process.waitForFinished(100); ++i) {
         shown += terminal.read();
         if (process.state() == QProcess::NotRunning)
             break;
@@ -147,4 +150,18 @@ Outcome ZepimportProcess::run() const
                                                          : process.readAllStandardOutput());
     outcome.errors = QString::fromUtf8(process.readAllStandardError());
     return outcome;
+}
+
+QStringList zepimportCommands()
+{
+    ZepimportProcess process;
+    process.arguments = QStringList{QStringLiteral("--help")};
+    const QString list = process.run().output.section(QStringLiteral("Subcommands:"), 1);
+    const QRegularExpression command(QStringLiteral("^  ([a-z]+) "),
+                                     QRegularExpression::MultilineOption);
+    QStringList commands;
+    for (auto match = command.globalMatch(list); match.hasNext();)
+        commands.append(match.next().captured(1));
+    commands.sort();
+    return commands;
 }

@@ -21,6 +21,9 @@ struct ZepimportProcess {
     bool errorsToTerminal = false; ///< standard error also goes to the terminal, and to the output
     bool mayFork = true; ///< if false, it can neither start processes nor end others
 
-    /// Runs it to its end, or for a minute. Permissions apply even if the test runs as root.
+    /// Runs it to its end, or for ProcessLimit. Permissions apply even if the test runs as root.
     Outcome run() const;
 };
+
+/// The commands that `zepimport --help` lists, sorted; empty if it lists none.
+QStringList zepimportCommands();

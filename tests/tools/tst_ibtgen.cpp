@@ -1,4 +1,5 @@
 #include "tests/support/demofile.h"
+#include "tests/support/processlimit.h"
 #include "tests/support/roomtests.h"
 
 #include <QProcess>
@@ -274,7 +275,7 @@ void tst_Ibtgen::program_writes()
                   {QStringLiteral("--session"), QStringLiteral("race"), QStringLiteral("--laps"),
                    QStringLiteral("1"), QStringLiteral("--stints"), QStringLiteral("2"),
                    QStringLiteral("--seed"), QStringLiteral("9"), fileName});
-    QVERIFY(program.waitForFinished());
+    QVERIFY(program.waitForFinished(ProcessLimit));
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), 0);
     QCOMPARE(program.readAllStandardError(), QByteArray());
@@ -317,7 +318,7 @@ void tst_Ibtgen::program_refuses()
     QProcess program;
     program.setWorkingDirectory(folder.path());
     program.start(QStringLiteral(IBTGEN_PATH), arguments);
-    QVERIFY(program.waitForFinished());
+    QVERIFY(program.waitForFinished(ProcessLimit));
     QCOMPARE(program.exitStatus(), QProcess::NormalExit);
     QCOMPARE(program.exitCode(), exitCode);
 
@@ -346,7 +347,7 @@ void tst_Ibtgen::program_tells()
     QFETCH(QString, output);
     QProcess program;
     program.start(QStringLiteral(IBTGEN_PATH), {option});
-    QVERIFY(program.waitForFinished());
+    QVERIFY(program.waitForFinished(ProcessLimit));
     QCOMPARE(program.exitCode(), 0);
     const QString text = QString::fromLocal8Bit(program.readAllStandardOutput());
     QVERIFY2(text.contains(QRegularExpression(output)), qPrintable(text));

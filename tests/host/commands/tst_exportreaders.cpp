@@ -1,3 +1,4 @@
+#include "tests/support/processlimit.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
@@ -46,7 +47,7 @@ lap|1|0|1|2|1|2
 
 bool finished(QProcess &process)
 {
-    return process.waitForFinished(120000) && process.exitStatus() == QProcess::NormalExit;
+    return process.waitForFinished(ProcessLimit) && process.exitStatus() == QProcess::NormalExit;
 }
 
 } // namespace

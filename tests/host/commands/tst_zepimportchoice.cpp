@@ -4,6 +4,7 @@
 
 #include <QtTest>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -265,12 +266,15 @@ void tst_ZepimportChoice::rowsOfTheTable()
 {
     const QStringList rows =
         run({"laps", "--lap", "6,2", "race.laps"}).output.split(QLatin1Char('\n')).mid(8);
-    QCOMPARE(rows,
-             (QStringList{
-                 "#  Lap  Stint  In stint  Kind       Time     Gap  Samples  Top speed  Fuel used",
-                 "6    6      2         0  empty         -       -        0          -          -",
-                 "2    1      1         1  timed  1:05.623  +0.500        4   41.3 m/s          -",
-                 ""}));
+    // The titles, and the laps from 1 to 6.
+    const QStringList all = raceTable().split(QLatin1Char('\n')).mid(8);
+    QStringList expected{all.at(0), all.at(6), all.at(2)};
+    // Without the unfinished lap, the kinds need less space.
+    const int kind = all.at(0).indexOf(QLatin1String("Kind"));
+    QVERIFY(kind > 0);
+    for (QString &row : expected)
+        row.remove(kind + int(strlen("timed")), int(strlen("unfinished") - strlen("timed")));
+    QCOMPARE(rows, expected + QStringList{""});
 }
 
 void tst_ZepimportChoice::severalLapsOfAFile_data()

@@ -1,3 +1,4 @@
+#include "tests/support/processlimit.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
@@ -96,7 +97,7 @@ void tst_ZepimportCompare::initTestCase()
     QProcess generator;
     generator.start(QStringLiteral(IBTGEN_PATH),
                     {"--seed", "7", m_dir.filePath(QStringLiteral("practice.ibt"))});
-    QVERIFY(generator.waitForFinished(60000));
+    QVERIFY(generator.waitForFinished(ProcessLimit));
     QCOMPARE(generator.exitCode(), 0);
 }
 

@@ -1,3 +1,4 @@
+#include "tests/support/processlimit.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
@@ -55,7 +56,7 @@ void tst_ZepimportPlugins::initTestCase()
     QProcess generator;
     generator.start(QStringLiteral(IBTGEN_PATH),
                     {"--laps", "1", "--rate", "10", file(QStringLiteral("demo.ibt"))});
-    QVERIFY(generator.waitForFinished(60000));
+    QVERIFY(generator.waitForFinished(ProcessLimit));
     QCOMPARE(generator.exitCode(), 0);
     write(QStringLiteral("lap.laps"), "message|0|Reading\nlap|1|1|60000|1|1|1\nchannel|gear||3\n");
     write(QStringLiteral("SHOUT.LAPS"),
