@@ -22,13 +22,13 @@ async function drawnSeries(page) {
 }
 
 function lapRow(page, lap) {
-    return page.locator('#laps tr[data-lap]').nth(lap.number - 1);
+    return page.locator('#laps tr[data-lap]').nth(lap.lap - 1);
 }
 
 test('starts with the best lap and the one next to it', () => withPage(file, {}, async (page) => {
     const next = [...timed].sort((a, b) => a.time - b.time)[1];
     const legend = await page.locator('#legend').innerText();
-    assert.ok(legend.includes(`#${best.number} `) && legend.includes(`#${next.number} `), legend);
+    assert.ok(legend.includes(`#${best.lap} `) && legend.includes(`#${next.lap} `), legend);
     assert.ok(legend.includes('(reference)'));
     assert.deepStrictEqual(await page.locator('.chart').evaluateAll(
         (charts) => charts.map((chart) => chart.dataset.chart)),
@@ -69,13 +69,13 @@ test('the time difference at the finish line is that of the lap times', () => wi
     const order = await page.evaluate(() => report.listedLaps().map((lap) => lap.number));
     assert.strictEqual(shown.length, timed.length);
     order.forEach((number, i) => {
-        const lap = laps.find((one) => one.number === number);
+        const lap = laps.find((one) => one.lap === number);
         assert.ok(Math.abs(shown[i] - (lap.time - best.time)) < 1 / 60,
             `${shown[i]} at the line, ${lap.time - best.time} by the lap times`);
     });
     await page.keyboard.press('x'); // over time it ends as it does over distance
     await page.keyboard.press('>');
-    const last = order.findIndex((number) => laps.find((one) => one.number === number).time
+    const last = order.findIndex((number) => laps.find((one) => one.lap === number).time
         === Math.max(...timed.map((one) => one.time)));
     assert.ok(Math.abs(numberOf((await readings(page, 'difference'))[last]) - shown[last]) < 1 / 60);
 }));
@@ -84,7 +84,7 @@ test('another reference turns the difference around', () => withPage(file, {}, a
     await page.keyboard.press('>');
     const [, before] = (await readings(page, 'difference')).map(numberOf);
     const number = await page.evaluate(() => report.listedLaps()[1].number);
-    await lapRow(page, { number }).locator('input[type=radio]').check();
+    await lapRow(page, { lap: number }).locator('input[type=radio]').check();
     const [reference, after] = (await readings(page, 'difference')).map(numberOf);
     assert.strictEqual(reference, 0);
     assert.ok(before > 0 && Math.abs(after + before) < 0.0011, `${before} becomes ${after}`);

@@ -41,7 +41,7 @@ test('the time difference of two steady laps grows evenly', async () => {
 test('the time difference is that of zepimport compare', async () => {
     const recording = demoRecording('compared.ibt', ['--laps', '3', '--stints', '1']);
     const [{ laps }] = JSON.parse(zepimport(['laps', '--json', recording]));
-    const [first, second] = laps.filter((lap) => lap.kind === 'timed').map((lap) => lap.number);
+    const [first, second] = laps.filter((lap) => lap.kind === 'timed').map(({ lap }) => lap);
     const { points } = JSON.parse(zepimport(['compare', '--json', '--grid', '20',
         `${recording}:${first}`, `${recording}:${second}`]));
     await withPage(writeReport([recording]), {}, async (page) => {

@@ -22,7 +22,7 @@ test('the table has the laps that the program shows', () => withPage(file, {}, a
     assert.strictEqual(await rows.count(), laps.length);
     for (const [i, lap] of laps.entries()) {
         const text = await rows.nth(i).innerText();
-        assert.ok(text.includes(`#${lap.number}`), text);
+        assert.ok(text.includes(`#${lap.lap}`), text);
         if (lap.time !== null)
             assert.ok(text.includes(`0:${lap.time.toFixed(3)}`), text);
         assert.strictEqual((await rows.nth(i).getAttribute('class')).includes('best'), lap.best);
