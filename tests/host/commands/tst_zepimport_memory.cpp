@@ -73,7 +73,7 @@ void tst_ZepimportMemory::everyFileIsTold_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("complaint");
     QTest::newRow("check") << QStringList{"check", "long.ibt", "sound.ibt"}
-                           << "there is too little memory to look into the recording";
+                           << "there is not enough memory to look into the recording";
     QTest::newRow("laps") << QStringList{"laps", "long.ibt", "sound.ibt"}
                           << "IBT import error:  Failed to read irsdk_varHeader";
 }
