@@ -20,7 +20,7 @@ constexpr bool isIbtCarIdx(int carIdx, int carCount = IbtCarCount)
 /// Variables laid over each other, or a lap closed every other tick, could make terabytes of a
 /// small file. Variables side by side make at most 8 bytes of each byte.
 namespace IbtLapMemory {
-constexpr std::int64_t MB = 1024 * 1024;
+constexpr std::int64_t MB = std::int64_t(1024) * 1024;
 constexpr std::int64_t AlwaysAllowed = 256 * MB;
 constexpr std::int64_t AllowedPerRecordByte = 64;
 } // namespace IbtLapMemory
