@@ -3,7 +3,7 @@
 #include "tests/support/drivenlap.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_LapByDistance : public QObject
 {

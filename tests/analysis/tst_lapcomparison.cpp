@@ -3,7 +3,9 @@
 #include "tests/support/drivenlap.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
+
+#include <cmath>
 
 class tst_LapComparison : public QObject
 {
@@ -173,3 +175,5 @@ void tst_LapComparison::cornerEndsAStretch()
 
 NAPAMMUL_TEST(tst_LapComparison)
 #include "tst_lapcomparison.moc"
+
+#include <cmath>

@@ -2,7 +2,7 @@
 #include "tests/support/lapchannels.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 using Samples = QVector<double>;
 

@@ -4,7 +4,8 @@
 #include "host/files/importedfile.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTemporaryFile>
+#include <QTest>
 
 #include <limits>
 

@@ -12,9 +12,10 @@
 #include "tools/recording.h"
 #include "yaml/yamltree.h"
 
+#include <QLoggingCategory>
 #include <QPluginLoader>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

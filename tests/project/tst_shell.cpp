@@ -2,7 +2,9 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
-#include <QtTest>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTest>
 
 /// Manual pages and completions know every command and every option of the program, and no other.
 class tst_Shell : public QObject

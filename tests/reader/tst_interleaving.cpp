@@ -5,7 +5,7 @@
 #include "tests/support/readerpair.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

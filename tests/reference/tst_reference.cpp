@@ -3,7 +3,7 @@
 #include "tests/reference/reader.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <cstring>
 

@@ -6,7 +6,7 @@
 
 #include <QColor>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 #include <cstring>

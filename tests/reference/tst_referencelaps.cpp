@@ -3,7 +3,8 @@
 #include "tests/reference/reader.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QRegularExpression>
+#include <QTest>
 
 #include <limits>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTest>
+#include <QTest>
 
 /// The test classes of one program. Its main() runs the class whose file the first argument names
 /// ("tst_lap" for tst_lap.cpp); the other arguments are those of Qt Test. Without any argument, it

@@ -2,7 +2,7 @@
 #include "tests/support/roomtests.h"
 #include "tools/circuit.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <algorithm>
 #include <cmath>

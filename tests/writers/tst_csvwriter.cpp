@@ -2,7 +2,7 @@
 #include "writers/csvwriter.h"
 #include "writers/outputfile.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

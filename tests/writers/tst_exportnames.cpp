@@ -1,7 +1,7 @@
 #include "tests/support/roomtests.h"
 #include "writers/exportnames.h"
 
-#include <QtTest>
+#include <QTest>
 
 Q_DECLARE_METATYPE(ExportNames::Format)
 

@@ -3,7 +3,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 class tst_MatVariable : public QObject
 {

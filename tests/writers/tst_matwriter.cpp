@@ -1,7 +1,7 @@
 #include "tests/support/roomtests.h"
 #include "writers/matwriter.h"
 
-#include <QtTest>
+#include <QTest>
 
 /// What scipy reads of MAT files is the subject of tst_exportreaders.
 class tst_MatWriter : public QObject

@@ -3,7 +3,7 @@
 #include "writers/outputbuffer.h"
 #include "writers/outputfile.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 #include <random>

@@ -1,7 +1,7 @@
 #include "tests/support/roomtests.h"
 #include "writers/outputfile.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_OutputFile : public QObject
 {

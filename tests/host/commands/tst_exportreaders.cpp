@@ -2,7 +2,8 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
-#include <QtTest>
+#include <QProcess>
+#include <QTest>
 
 /// What others read from exported files is what the plug-in gave, to the last bit.
 class tst_ExportReaders : public QObject

@@ -6,7 +6,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QProcess>
+#include <QTest>
 
 /// What commands print for scripts is what docs/json.md and the schemas beside it promise.
 class tst_JsonSchemas : public QObject

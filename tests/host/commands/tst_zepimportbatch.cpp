@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 /// Many files in one call: what they add up to, and how far it is.
 class tst_ZepimportBatch : public QObject

@@ -2,7 +2,8 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
-#include <QtTest>
+#include <QRegularExpression>
+#include <QTest>
 
 #include <cstring>
 #include <filesystem>

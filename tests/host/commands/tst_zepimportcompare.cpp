@@ -5,7 +5,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QProcess>
+#include <QTest>
 
 /// What `zepimport compare` shows of two laps.
 class tst_ZepimportCompare : public QObject

@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 /// What `zepimport export` writes, where, and what it leaves alone.
 class tst_ZepimportExport : public QObject

@@ -5,7 +5,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QProcess>
+#include <QTest>
 
 /// How the program finds its plug-ins, and which one it takes for a file.
 class tst_ZepimportPlugins : public QObject

@@ -6,7 +6,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QProcess>
+#include <QTest>
 
 /// What the commands show of recordings, which the shipped plug-in imports.
 class tst_ZepimportRecordings : public QObject

@@ -5,7 +5,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 /// `zepimport report` as a process: options, files and data. What a browser makes of the page is
 /// tested in tests/report/.

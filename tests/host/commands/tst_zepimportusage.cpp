@@ -3,7 +3,8 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
-#include <QtTest>
+#include <QRegularExpression>
+#include <QTest>
 
 /// The command line, and how the output suits the place that it goes to.
 class tst_ZepimportUsage : public QObject

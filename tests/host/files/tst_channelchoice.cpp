@@ -1,7 +1,7 @@
 #include "host/files/channelchoice.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_ChannelChoice : public QObject
 {

@@ -1,7 +1,7 @@
 #include "host/files/lapchoice.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_LapChoice : public QObject
 {

@@ -1,7 +1,7 @@
 #include "host/files/nearestnames.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_NearestNames : public QObject
 {

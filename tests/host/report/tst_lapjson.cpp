@@ -3,7 +3,7 @@
 #include "tests/support/roomtests.h"
 
 #include <QJsonArray>
-#include <QtTest>
+#include <QTest>
 
 /// What the page says about a lap.
 class tst_LapJson : public QObject

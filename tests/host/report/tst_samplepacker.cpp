@@ -1,7 +1,7 @@
 #include "host/report/samplepacker.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <cmath>
 #include <limits>

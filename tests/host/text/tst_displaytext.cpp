@@ -4,7 +4,7 @@
 #include "writers/jsonvalues.h"
 
 #include <QColor>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

@@ -2,7 +2,7 @@
 #include "host/text/progress.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_Progress : public QObject
 {

@@ -2,7 +2,7 @@
 #include "host/text/textwidth.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 using Align = TableWriter::Align;
 using Style = TableWriter::Style;

@@ -2,7 +2,7 @@
 #include "host/text/textwidth.h"
 #include "tests/support/roomtests.h"
 
-#include <QtTest>
+#include <QTest>
 
 class tst_TextChart : public QObject
 {
