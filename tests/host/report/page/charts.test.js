@@ -1,7 +1,7 @@
 import assert from 'node:assert';
 import { test } from 'node:test';
 import {
-    demoRecording, drawn, numberOf, positionText, readings, withPage, writeReport, zepimport,
+    demoRecording, drawn, numberOf, positionText, readings, showAllLaps, withPage, writeReport, zepimport,
 } from './browser.js';
 
 const recording = demoRecording('demo.ibt', ['--laps', '3', '--stints', '2']);
@@ -51,11 +51,9 @@ test('a click on a lap shows it, and another click hides it', () => withPage(fil
 }));
 
 test('every lap can be drawn at once, or none', () => withPage(file, {}, async (page) => {
-    for (const box of await page.locator('#laps input[type=checkbox]').all())
-        await box.setChecked(true, { force: true });
+    await showAllLaps(page, true);
     assert.strictEqual((await drawnSeries(page)).length, laps.length);
-    for (const box of await page.locator('#laps input[type=checkbox]').all())
-        await box.setChecked(false, { force: true });
+    await showAllLaps(page, false);
     assert.match(await page.locator('#charts').innerText(), /Choose a lap/);
 }));
 

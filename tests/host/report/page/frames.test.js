@@ -3,7 +3,7 @@
 
 import assert from 'node:assert';
 import { test } from 'node:test';
-import { demoRecording, drawn, withPage, writeReport } from './browser.js';
+import { demoRecording, drawn, showAllLaps, withPage, writeReport } from './browser.js';
 
 /** @import { Page } from './browser.js' */
 
@@ -90,8 +90,7 @@ test('the cursor keeps its place when the zoom changes', () => withPage(file, {}
 }));
 
 test('the reference lap is painted last in every chart', () => withPage(file, {}, async (page) => {
-    for (const box of await page.locator('#laps input[type=checkbox]').all())
-        await box.setChecked(true, { force: true });
+    await showAllLaps(page, true);
     for (const choice of await page.locator('#laps input[type=radio]').all()) {
         await choice.check();
         await drawn(page);
@@ -110,9 +109,7 @@ test('the reference lap is painted last in every chart', () => withPage(file, {}
 }));
 
 test('the reference lap covers the others', () => withPage(file, {}, async (page) => {
-    for (const box of await page.locator('#laps input[type=checkbox]').all())
-        await box.setChecked(true, { force: true });
-    await drawn(page);
+    await showAllLaps(page, true);
     // Where nobody brakes, all lines of the brake chart run along zero. On the map all dots are close
     // together.
     const colours = await page.evaluate(() => {

@@ -1,6 +1,6 @@
 import assert from 'node:assert';
 import { test } from 'node:test';
-import { demoRecording, withPage, writeReport } from './browser.js';
+import { demoRecording, showAllLaps, withPage, writeReport } from './browser.js';
 
 const file = writeReport([demoRecording('demo.ibt', ['--laps', '2', '--stints', '2'])]);
 const sizes = { phone: { width: 360, height: 740 }, tablet: { width: 820, height: 1100 },
@@ -8,8 +8,7 @@ const sizes = { phone: { width: 360, height: 740 }, tablet: { width: 820, height
 
 for (const [name, viewport] of Object.entries(sizes)) {
     test(`nothing sticks out at the width of a ${name}`, () => withPage(file, { viewport }, async (page) => {
-        for (const box of await page.locator('#laps input[type=checkbox]').all())
-            await box.setChecked(true, { force: true });
+        await showAllLaps(page, true);
         const width = await page.evaluate(() => document.documentElement.scrollWidth);
         assert.ok(width <= viewport.width, `${width} of ${viewport.width}`);
         const plot = await page.locator('[data-chart="speed"] .uplot').boundingBox();

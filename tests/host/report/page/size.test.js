@@ -1,7 +1,7 @@
 import assert from 'node:assert';
 import fs from 'node:fs';
 import { test } from 'node:test';
-import { demoRecording, withPage, writeReport } from './browser.js';
+import { demoRecording, showAllLaps, withPage, writeReport } from './browser.js';
 
 const file = writeReport([demoRecording('long.ibt', ['--laps', '20', '--stints', '1'])]);
 
@@ -21,8 +21,7 @@ test('opens with all of them', (t) => withPage(file, {}, async (page) => {
     t.diagnostic(JSON.stringify(times));
     assert.ok(times.laps >= 21 && times.ticks > 20 * 2000);
     const start = Date.now();
-    for (const box of await page.locator('#laps input[type=checkbox]').all())
-        await box.setChecked(true, { force: true });
+    await showAllLaps(page, true);
     t.diagnostic(`all ${times.laps} laps drawn one after the other in ${Date.now() - start} ms`);
     assert.strictEqual(await page.locator('#legend > span').count(), times.laps);
 }));
