@@ -14,6 +14,8 @@ QString textDifference(const char *what, const QString &actual, const QString &e
 template <typename T>
 QString numberDifference(const char *what, T actual, T expected)
 {
+    if (actual == expected)
+        return QString();
     return textDifference(what, QVariant(actual).toString(), QVariant(expected).toString());
 }
 

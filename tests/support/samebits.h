@@ -58,6 +58,11 @@ inline QString bitDifference(const QVector<double> &actual, const QVector<double
 {
     if (actual.size() != expected.size())
         return QStringLiteral("%1 samples instead of %2").arg(actual.size()).arg(expected.size());
+    // Nearly all sequences that tests compare are equal, and this tells so in a fraction of the
+    // time.
+    const auto bytes = std::size_t(actual.size()) * sizeof(double);
+    if (bytes == 0 || std::memcmp(actual.constData(), expected.constData(), bytes) == 0)
+        return QString();
     for (int i = 0; i < actual.size(); ++i) {
         const QString difference = bitDifference(actual.at(i), expected.at(i));
         if (!difference.isEmpty())
