@@ -6,7 +6,7 @@
 #include <QRegularExpression>
 #include <QTest>
 
-/// Manual pages and completions know every command and every option of the program, and no other.
+/// Manual pages and completions know every command and every option of the programs, and no other.
 class tst_Shell : public QObject
 {
     Q_OBJECT
@@ -52,6 +52,8 @@ const QString optionPattern = QStringLiteral("^(?:\\([^)]*\\))?--([\\w-]+)");
 
 QString help(const QStringList &command)
 {
+    if (command == QStringList{"ibtgen"})
+        return run(QStringLiteral(IBTGEN_PATH), {"--help"});
     return run(QStringLiteral(ZEPIMPORT_PATH), command + QStringList{"--help"});
 }
 
@@ -96,11 +98,19 @@ QString completionFile(const QString &shell)
                                          : QStringLiteral("completions/zepimport.") + shell;
 }
 
-/// The file in packaging/ with the manual page of \a command, or of the program if it is empty.
+/// The name of the manual page of \a command, or of the program if it is empty. "ibtgen" is a
+/// program of its own.
+QString pageName(const QString &command)
+{
+    if (command.isEmpty())
+        return QStringLiteral("zepimport");
+    return command == QLatin1String("ibtgen") ? command : QStringLiteral("zepimport-") + command;
+}
+
+/// The file of that page in packaging/.
 QString pageFile(const QString &command)
 {
-    return QStringLiteral("man/zepimport%1.1")
-        .arg(command.isEmpty() ? QString() : QLatin1Char('-') + command);
+    return QStringLiteral("man/%1.1").arg(pageName(command));
 }
 
 /// What \a shell offers after \a words, of which the last one is to be completed.
@@ -149,7 +159,7 @@ QString tst_Shell::page(const QString &command) const
 
 void tst_Shell::everyCommandHasAPage()
 {
-    QStringList names{QStringLiteral("zepimport.1")};
+    QStringList names{QStringLiteral("zepimport.1"), QStringLiteral("ibtgen.1")};
     for (const QString &command : qAsConst(m_commands))
         names.append(QStringLiteral("zepimport-%1.1").arg(command));
     names.sort();
@@ -171,6 +181,7 @@ void tst_Shell::optionsOfPages_data()
 {
     QTest::addColumn<QString>("command");
     QTest::newRow("program") << "";
+    QTest::newRow("ibtgen") << "ibtgen";
     for (const QString &command : qAsConst(m_commands))
         QTest::newRow(qPrintable(command)) << command;
 }
@@ -206,12 +217,11 @@ void tst_Shell::pagesAreClean_data()
 void tst_Shell::pagesAreClean()
 {
     QFETCH(QString, command);
-    const QString name =
-        command.isEmpty() ? QStringLiteral("zepimport") : QStringLiteral("zepimport-") + command;
     const QString shown = run(
         QStringLiteral("man"),
         {"--warnings", "-E", "UTF-8", "-l", m_packaging + QLatin1Char('/') + pageFile(command)});
-    QVERIFY2(shown.startsWith(name.toUpper() + QStringLiteral("(1)")), qPrintable(shown));
+    QVERIFY2(shown.startsWith(pageName(command).toUpper() + QStringLiteral("(1)")),
+             qPrintable(shown));
 }
 
 void tst_Shell::commandsOfShells_data()
@@ -287,7 +297,7 @@ void tst_Shell::installed()
         {"--install", QStringLiteral(BUILD_FOLDER), "--component", "shell", "--prefix",
          dir.path()});
     for (const char *file :
-         {"man/man1/zepimport.1", "man/man1/zepimport-laps.1",
+         {"man/man1/zepimport.1", "man/man1/zepimport-laps.1", "man/man1/ibtgen.1",
           "bash-completion/completions/zepimport", "zsh/site-functions/_zepimport",
           "fish/vendor_completions.d/zepimport.fish"})
         QVERIFY2(QFile::exists(dir.filePath(QStringLiteral("share/") + QLatin1String(file))), file);

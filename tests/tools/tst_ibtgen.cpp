@@ -29,8 +29,11 @@ private slots:
     void sessionText_dialect();
     void failingDevice();
     void program_writes();
+    void program_keepsFiles();
     void program_refuses_data();
     void program_refuses();
+    void program_fullDevice_data();
+    void program_fullDevice();
     void program_tells_data();
     void program_tells();
 
@@ -285,6 +288,32 @@ void tst_Ibtgen::program_writes()
     QVERIFY(file.readAll() == DemoFile(shortDrive(SessionKind::Race, 9)).bytes);
 }
 
+void tst_Ibtgen::program_keepsFiles()
+{
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("mine.ibt")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write("mine"), 4);
+    file.close();
+    const QStringList arguments{QStringLiteral("--duration"), QStringLiteral("1"), file.fileName()};
+    QProcess program;
+    program.start(QStringLiteral(IBTGEN_PATH), arguments);
+    QVERIFY(program.waitForFinished(ProcessLimit));
+    QCOMPARE(program.exitCode(), 1);
+    QCOMPARE(program.readAllStandardError(),
+             "ibtgen: cannot write " + QFile::encodeName(file.fileName())
+                 + ": it already exists; choose another name, or use --force to replace it\n");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("mine"));
+    file.close();
+
+    program.start(QStringLiteral(IBTGEN_PATH), arguments + QStringList{QStringLiteral("--force")});
+    QVERIFY(program.waitForFinished(ProcessLimit));
+    QCOMPARE(program.exitCode(), 0);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.size() > 60 * 1000);
+}
+
 void tst_Ibtgen::program_refuses_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -306,6 +335,9 @@ void tst_Ibtgen::program_refuses_data()
     row("negative seed", "--seed -1 demo.ibt", 2);
     row("no rate", "--rate 0 demo.ibt", 2);
     row("no time", "--duration 0 demo.ibt", 2);
+    row("a time that is no number", "--duration nan demo.ibt", 2);
+    row("two ends", "--duration 60 --stints 2 demo.ibt", 2);
+    row("standard output", "-", 2);
     row("no such folder", "missing/demo.ibt", 1);
     row("a folder", ".", 1);
 }
@@ -329,6 +361,25 @@ void tst_Ibtgen::program_refuses()
         QVERIFY(message.contains(arguments.last().toLocal8Bit()));
     }
     QCOMPARE(QDir(folder.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList());
+}
+
+void tst_Ibtgen::program_fullDevice_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::newRow("help") << QStringLiteral("--help");
+    QTest::newRow("version") << QStringLiteral("--version");
+}
+
+void tst_Ibtgen::program_fullDevice()
+{
+    QFETCH(QString, option);
+    QProcess program;
+    program.setStandardOutputFile(QStringLiteral("/dev/full"));
+    program.start(QStringLiteral(IBTGEN_PATH), {option});
+    QVERIFY(program.waitForFinished(ProcessLimit));
+    QCOMPARE(program.readAllStandardError(),
+             QByteArray("ibtgen: the output could not be written; is the disk full?\n"));
+    QCOMPARE(program.exitCode(), 1);
 }
 
 void tst_Ibtgen::program_tells_data()
