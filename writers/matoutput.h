@@ -1,30 +1,60 @@
 #pragma once
 
+#include <QByteArray>
 #include <QJsonValue>
 #include <QString>
 #include <QStringList>
 #include <QVector>
 
-#include <matio.h>
+#include <functional>
 
-#include <memory>
+class OutputBuffer;
 
-struct MatVariableDeleter {
-    void operator()(matvar_t *variable) const { Mat_VarFree(variable); }
+/// Writes what a MATLAB 5 file consists of. Every element begins with the size of all that is in
+/// it, so contents are given as functions, which are called once to count and once to write.
+///
+/// The file is written as it is described: nothing of it is kept, however much it is.
+class MatOutput
+{
+public:
+    using Contents = std::function<void(MatOutput &)>;
+
+    /// Only counts.
+    MatOutput() = default;
+    /// \a buffer must outlive this.
+    explicit MatOutput(OutputBuffer &buffer) : m_buffer(&buffer) { }
+
+    /// Bytes so far.
+    qint64 size() const { return m_size; }
+
+    /// What every file begins with.
+    void fileHeader();
+    /// A row of \a count structs with \a fields, as matFieldNames() makes them. \a values writes
+    /// the fields of the first struct, then those of the next. \a name is for variables of the file
+    /// alone.
+    void structs(const QStringList &fields, int count, const Contents &values,
+                 const QByteArray &name = {});
+    /// The same as \a json: a text, a number, a logical, a struct, or an empty matrix for null.
+    void value(const QJsonValue &json);
+    /// A column vector, with NaN where a sample is missing: the only sign for it that others know.
+    void column(const QVector<double> &samples);
+
+private:
+    enum class Type : quint32;
+    enum class Class : quint32;
+
+    void bytes(const void *bytes, int size);
+    void tag(Type type, qint64 size);
+    void data(Type type, const void *bytes, int size);
+    void element(Type type, const Contents &contents);
+    void matrix(Class matrixClass, int rows, int columns, const Contents &contents,
+                const QByteArray &name = {});
+    void text(const QString &text);
+    void samples(const QVector<double> &samples);
+
+    OutputBuffer *m_buffer = nullptr; ///< null while this only counts
+    qint64 m_size = 0;
 };
-/// A variable of a MAT file, or a part of one.
-using MatVariable = std::unique_ptr<matvar_t, MatVariableDeleter>;
-
-/// A row of \a size structs with \a fields, as matFieldNames() makes them; \a name is for variables
-/// of the file alone.
-MatVariable matStruct(const QStringList &fields, std::size_t size = 1, const char *name = nullptr);
-/// Sets the field at \a fieldIndex of the struct at \a index, once.
-void setMatField(const MatVariable &structs, std::size_t index, int fieldIndex, MatVariable value);
-
-/// The same as \a json: a text, a number, a logical, a struct, or an empty matrix for null.
-MatVariable matValue(const QJsonValue &json);
-/// A column vector that refers to \a samples, which must outlive it.
-MatVariable matColumn(QVector<double> &samples);
 
 /// Names of fields for \a names, each different: letters, digits and underscores, a letter first,
 /// 63 characters at most. A name that is all that stays as it is.

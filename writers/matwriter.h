@@ -1,10 +1,12 @@
 #pragma once
 
 #include "writers/lapwriter.h"
-#include "writers/outputfile.h"
+#include "writers/outputbuffer.h"
 
 #include <utility>
 #include <vector>
+
+class MatOutput;
 
 /// Writes laps as a MATLAB 5 file with one variable, the struct array "laps": "file", "lap" (its
 /// number), "header", "values" and "calculatedValues" as headerJson() has them, "channels" and
@@ -23,9 +25,9 @@ public:
     bool finish(QString *problem) override;
 
 private:
-    bool writeTo(const QString &path) const;
+    void describe(MatOutput &out) const;
 
-    OutputFile &m_file;
+    OutputBuffer m_buffer;
     QVector<ChosenChannel> m_channels;
     QString m_fileName;
     std::vector<std::pair<int, std::unique_ptr<ZEP::Lap>>> m_laps;

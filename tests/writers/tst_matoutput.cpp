@@ -1,11 +1,20 @@
+#include "model/channel.h"
 #include "tests/support/roomtests.h"
-#include "writers/matvariable.h"
+#include "tests/support/samebits.h"
+#include "writers/matoutput.h"
+#include "writers/outputbuffer.h"
+#include "writers/outputfile.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QTest>
 
-class tst_MatVariable : public QObject
+#include <matio.h>
+
+#include <limits>
+
+/// What is written is read by another library.
+class tst_MatOutput : public QObject
 {
     Q_OBJECT
 
@@ -17,9 +26,47 @@ private Q_SLOTS:
     void value();
     void object();
     void column();
+    void structs();
 };
 
-void tst_MatVariable::fieldNames_data()
+namespace {
+
+struct MatVariableDeleter {
+    void operator()(matvar_t *variable) const { Mat_VarFree(variable); }
+};
+using MatVariable = std::unique_ptr<matvar_t, MatVariableDeleter>;
+
+/// The field "it" of what libmatio reads in a file with the struct "them" of \a count; null if it
+/// cannot read it.
+MatVariable readBack(const MatOutput::Contents &values, int count = 1)
+{
+    const QTemporaryDir dir;
+    const QString name = dir.filePath(QStringLiteral("a.mat"));
+    QString problem;
+    OutputFile file(name);
+    if (!file.open(false, &problem))
+        return nullptr;
+    OutputBuffer buffer(file);
+    MatOutput out(buffer);
+    out.fileHeader();
+    out.structs({"it"}, count, values, "them");
+    buffer.flush();
+    MatOutput counted;
+    counted.fileHeader();
+    counted.structs({"it"}, count, values, "them");
+    if (!file.commit(&problem) || out.size() != counted.size()
+        || QFileInfo(name).size() != counted.size())
+        return nullptr;
+    mat_t *mat = Mat_Open(QFile::encodeName(name).constData(), MAT_ACC_RDONLY);
+    MatVariable read(mat ? Mat_VarRead(mat, "them") : nullptr);
+    if (mat)
+        Mat_Close(mat);
+    return read;
+}
+
+} // namespace
+
+void tst_MatOutput::fieldNames_data()
 {
     QTest::addColumn<QStringList>("names");
     QTest::addColumn<QStringList>("fields");
@@ -39,13 +86,13 @@ void tst_MatVariable::fieldNames_data()
                                              longest.left(61) + "_3"};
 }
 
-void tst_MatVariable::fieldNames()
+void tst_MatOutput::fieldNames()
 {
     QFETCH(QStringList, names);
     QTEST(matFieldNames(names), "fields");
 }
 
-void tst_MatVariable::fieldNamesOfManyThatWouldBeTheSame()
+void tst_MatOutput::fieldNamesOfManyThatWouldBeTheSame()
 {
     // So many that comparing each with all others would take minutes.
     constexpr int count = 100000;
@@ -60,7 +107,7 @@ void tst_MatVariable::fieldNamesOfManyThatWouldBeTheSame()
     QCOMPARE(fields.at(2 * count - 1), QString(longest.left(56) % QLatin1String("_100000")));
 }
 
-void tst_MatVariable::value_data()
+void tst_MatOutput::value_data()
 {
     QTest::addColumn<QJsonValue>("json");
     QTest::addColumn<int>("type");
@@ -77,12 +124,15 @@ void tst_MatVariable::value_data()
     QTest::newRow("null") << QJsonValue() << int(MAT_C_DOUBLE) << 0 << 0 << QByteArray();
 }
 
-void tst_MatVariable::value()
+void tst_MatOutput::value()
 {
     QFETCH(QJsonValue, json);
     QFETCH(int, rows);
     QFETCH(int, columns);
-    const MatVariable variable = matValue(json);
+    const MatVariable read = readBack([&](MatOutput &out) { out.value(json); });
+    QVERIFY(read);
+    const matvar_t *variable = Mat_VarGetStructFieldByName(read.get(), "it", 0);
+    QVERIFY(variable);
     QTEST(int(variable->class_type), "type");
     QCOMPARE(variable->rank, 2);
     QCOMPARE(variable->dims[0], std::size_t(rows));
@@ -91,28 +141,64 @@ void tst_MatVariable::value()
     QTEST(QByteArray(static_cast<const char *>(variable->data), int(variable->nbytes)), "bytes");
 }
 
-void tst_MatVariable::object()
+void tst_MatOutput::object()
 {
-    const MatVariable variable =
-        matValue(QJsonObject{{"a b", 1.5}, {"c", QJsonObject{{"d", "text"}}}});
+    const QJsonObject json{{"a b", 1.5}, {"c", QJsonObject{{"d", "text"}}}};
+    const MatVariable read = readBack([&](MatOutput &out) { out.value(json); });
+    QVERIFY(read);
+    matvar_t *variable = Mat_VarGetStructFieldByName(read.get(), "it", 0);
+    QVERIFY(variable);
     QCOMPARE(int(variable->class_type), int(MAT_C_STRUCT));
-    QCOMPARE(Mat_VarGetNumberOfFields(variable.get()), 2U);
-    const matvar_t *number = Mat_VarGetStructFieldByName(variable.get(), "a_b", 0);
+    QCOMPARE(Mat_VarGetNumberOfFields(variable), 2U);
+    const matvar_t *number = Mat_VarGetStructFieldByName(variable, "a_b", 0);
     QVERIFY(number);
     QCOMPARE(*static_cast<double *>(number->data), 1.5);
-    matvar_t *inner = Mat_VarGetStructFieldByName(variable.get(), "c", 0);
+    matvar_t *inner = Mat_VarGetStructFieldByName(variable, "c", 0);
     QVERIFY(inner);
     QVERIFY(Mat_VarGetStructFieldByName(inner, "d", 0));
 }
 
-void tst_MatVariable::column()
+void tst_MatOutput::column()
 {
-    QVector<double> samples{1, 2, 3};
-    const MatVariable variable = matColumn(samples);
-    QCOMPARE(variable->dims[0], std::size_t(3));
-    QCOMPARE(variable->dims[1], std::size_t(1));
-    QCOMPARE(static_cast<const double *>(variable->data), samples.constData());
+    // Also more than is written at once.
+    for (const int count : {0, 3, 20000}) {
+        QVector<double> samples(count, 1.5);
+        if (count > 1) {
+            samples[1] = ZEP::Channel::NoData;
+            samples[count - 1] = -0.0;
+        }
+        const MatVariable read = readBack([&](MatOutput &out) { out.column(samples); });
+        QVERIFY(read);
+        const matvar_t *variable = Mat_VarGetStructFieldByName(read.get(), "it", 0);
+        QVERIFY(variable);
+        QCOMPARE(int(variable->class_type), int(MAT_C_DOUBLE));
+        QCOMPARE(variable->dims[0], std::size_t(count));
+        QCOMPARE(variable->dims[1], std::size_t(1));
+        if (count > 1)
+            samples[1] = std::numeric_limits<double>::quiet_NaN();
+        COMPARE_BITS(QVector<double>(static_cast<const double *>(variable->data),
+                                     static_cast<const double *>(variable->data) + count),
+                     samples);
+    }
 }
 
-NAPAMMUL_TEST(tst_MatVariable)
-#include "tst_matvariable.moc"
+void tst_MatOutput::structs()
+{
+    const MatVariable read = readBack(
+        [](MatOutput &out) {
+            out.value(QStringLiteral("first"));
+            out.value(2);
+        },
+        2);
+    QVERIFY(read);
+    QCOMPARE(read->dims[0], std::size_t(1));
+    QCOMPARE(read->dims[1], std::size_t(2));
+    const matvar_t *first = Mat_VarGetStructFieldByName(read.get(), "it", 0);
+    const matvar_t *second = Mat_VarGetStructFieldByName(read.get(), "it", 1);
+    QVERIFY(first && second);
+    QCOMPARE(first->dims[1], std::size_t(5));
+    QCOMPARE(*static_cast<double *>(second->data), 2.0);
+}
+
+NAPAMMUL_TEST(tst_MatOutput)
+#include "tst_matoutput.moc"

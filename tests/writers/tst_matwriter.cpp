@@ -1,5 +1,6 @@
 #include "tests/support/roomtests.h"
 #include "writers/matwriter.h"
+#include "writers/outputfile.h"
 
 #include <QTest>
 
