@@ -4,7 +4,24 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
+#include <fcntl.h>
 #include <unistd.h>
+
+#include <cerrno>
+
+namespace {
+
+/// Whether what was written to \a descriptor cannot be brought to its disk. Sets errno if so.
+bool isUnsynced(int descriptor)
+{
+    while (::fsync(descriptor) != 0) {
+        if (errno != EINTR)
+            return errno != EINVAL && errno != ENOTSUP && errno != ENOSYS; // a disk without fsync
+    }
+    return false;
+}
+
+} // namespace
 
 bool OutputFile::isFree(bool overwritten, QString *problem) const
 {
@@ -61,19 +78,22 @@ void OutputFile::fail(const QString &reason)
     m_error = reason;
 }
 
-QString OutputFile::path() const
+bool OutputFile::isLost(int descriptor)
 {
-    // The file has no name yet.
-    return qobject_cast<QSaveFile *>(m_device.get())
-        ? QStringLiteral("/proc/self/fd/%1").arg(m_device->handle())
-        : QString();
+    // Every close of an open file reports what is lost by then, also that of a copy.
+    const int copy = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
+    return copy >= 0 && ::close(copy) != 0 && errno != EINTR;
 }
 
 bool OutputFile::commit(QString *problem)
 {
+    auto *file = qobject_cast<QSaveFile *>(m_device.get());
     if (isGood() && !m_device->flush())
         fail(m_device->errorString());
-    if (auto *file = qobject_cast<QSaveFile *>(m_device.get())) {
+    // QSaveFile overlooks both, and would replace a good file by a short one.
+    if (isGood() && ((file && isUnsynced(file->handle())) || isLost(m_device->handle())))
+        fail(qt_error_string(errno));
+    if (file) {
         if (!isGood())
             file->cancelWriting();
         else if (!file->commit())

@@ -26,13 +26,13 @@ public:
     /// False as soon as something could not be written.
     bool isGood() const { return m_error.isEmpty(); }
 
-    /// Where a library that opens files by itself finds an empty one to fill instead of write(),
-    /// until commit(); empty where there is no file.
-    QString path() const;
-
-    /// Ends it. A file gets its name only now, and only if all of it was written; else there is a
-    /// \a problem, and nothing is left of it.
+    /// Ends it. A file gets its name only now, and only if all of it was written and has reached
+    /// the disk; else there is a \a problem, and nothing is left of it.
     bool commit(QString *problem);
+
+    /// Whether closing \a descriptor would find that something written there is lost: a network
+    /// disk may accept everything, and refuse it at the end. It stays open. Sets errno if so.
+    static bool isLost(int descriptor);
 
 private:
     QString m_name;

@@ -2,6 +2,7 @@
 
 #include "host/text/escapes.h"
 #include "host/text/textwidth.h"
+#include "writers/outputfile.h"
 
 #include <QByteArray>
 #include <QtGlobal>
@@ -60,6 +61,7 @@ QStringList Terminal::environment() const
 void Terminal::print(const QString &text)
 {
     hideStatus();
+    m_hasPrinted = true;
     const QByteArray bytes = text.toUtf8();
     std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
     showStatus();
@@ -117,5 +119,6 @@ void Terminal::showStatus()
 
 bool Terminal::flush()
 {
-    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0
+        && !(m_hasPrinted && OutputFile::isLost(STDOUT_FILENO));
 }

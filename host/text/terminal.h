@@ -48,6 +48,7 @@ private:
 
     int m_width = 0;
     bool m_colour = false;
+    bool m_hasPrinted = false; ///< else standard output is not this object's to judge
     int m_statusWidth = 0;
     QString m_status;
 };

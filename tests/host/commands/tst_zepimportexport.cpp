@@ -32,6 +32,9 @@ private Q_SLOTS:
     void failure();
     void fileThatMayNotGrow_data();
     void fileThatMayNotGrow();
+    void lostAtTheEnd_data();
+    void lostAtTheEnd();
+    void lostStandardOutput();
     void closedPipe_data();
     void closedPipe();
 
@@ -396,6 +399,56 @@ void tst_ZepimportExport::fileThatMayNotGrow()
     QCOMPARE(outcome.exitCode, 1);
     QCOMPARE(entries(QStringLiteral("out")), QStringList{name});
     QCOMPARE(read(QStringLiteral("out/") + name), QByteArray("precious"));
+}
+
+void tst_ZepimportExport::lostAtTheEnd_data()
+{
+    QTest::addColumn<QString>("call");
+    QTest::addColumn<QString>("format");
+    for (const char *call : {"fsync", "close"}) {
+        for (const char *format : {"csv", "json", "mat"})
+            QTest::addRow("%s, %s", call, format) << call << format;
+    }
+}
+
+namespace {
+
+/// Runs the program on a disk where \a call fails.
+QString onFailingDisk(const QString &call, const QString &command)
+{
+    return QStringLiteral("export LD_PRELOAD=" FAILING_DISK_PATH
+                          " ASAN_OPTIONS=verify_asan_link_order=0 FAILING_CALL=")
+        + call + QStringLiteral("; ") + command;
+}
+
+} // namespace
+
+void tst_ZepimportExport::lostAtTheEnd()
+{
+    QFETCH(QString, call);
+    QFETCH(QString, format);
+    const QString name = QStringLiteral("race.") + format;
+    write(QStringLiteral("out/") + name, "precious");
+    const Outcome outcome = run({"race.laps", "--format", format, "--force", "-o", "out"},
+                                onFailingDisk(call, QStringLiteral("exec \"$0\" \"$@\"")));
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: out/%1: cannot be written (Disk quota exceeded); free some "
+                            "space, or choose another location\n")
+                 .arg(name));
+    QCOMPARE(outcome.exitCode, 1);
+    QCOMPARE(entries(QStringLiteral("out")), QStringList{name});
+    QCOMPARE(read(QStringLiteral("out/") + name), QByteArray("precious"));
+}
+
+void tst_ZepimportExport::lostStandardOutput()
+{
+    const Outcome outcome =
+        run({"race.laps", "-"},
+            onFailingDisk(QStringLiteral("close"), QStringLiteral("\"$0\" \"$@\" > out/a.csv")));
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: the output: cannot be written (Disk quota exceeded); free "
+                            "some space, or choose another location\n"));
+    QCOMPARE(outcome.exitCode, 1);
 }
 
 void tst_ZepimportExport::closedPipe_data()

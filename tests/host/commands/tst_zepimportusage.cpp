@@ -24,7 +24,9 @@ private Q_SLOTS:
     void terminal();
     void noColours_data();
     void noColours();
+    void fullDisk_data();
     void fullDisk();
+    void outputLostAtTheEnd();
     void anyLocale();
 
 private:
@@ -178,11 +180,33 @@ void tst_ZepimportUsage::noColours()
     QCOMPARE(plain.run().output, raceTable());
 }
 
+void tst_ZepimportUsage::fullDisk_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("laps") << QStringList{"laps", "race.laps"};
+    QTest::newRow("help") << QStringList{"--help"};
+    QTest::newRow("help of a command") << QStringList{"laps", "--help"};
+    QTest::newRow("version") << QStringList{"--version"};
+}
+
 void tst_ZepimportUsage::fullDisk()
 {
-    ZepimportProcess full = process({"laps", "race.laps"});
+    QFETCH(QStringList, arguments);
+    ZepimportProcess full = process(arguments);
     full.outputFile = QStringLiteral("/dev/full");
     const Outcome outcome = full.run();
+    QCOMPARE(outcome.errors,
+             QStringLiteral("zepimport: the output could not be written; is the disk full?\n"));
+    QCOMPARE(outcome.exitCode, 1);
+}
+
+void tst_ZepimportUsage::outputLostAtTheEnd()
+{
+    ZepimportProcess lost = process({"laps", "race.laps"});
+    lost.environment += QStringList{"LD_PRELOAD=" FAILING_DISK_PATH, "FAILING_CALL=close",
+                                    "ASAN_OPTIONS=verify_asan_link_order=0"};
+    lost.outputFile = m_dir.filePath(QStringLiteral("laps.txt"));
+    const Outcome outcome = lost.run();
     QCOMPARE(outcome.errors,
              QStringLiteral("zepimport: the output could not be written; is the disk full?\n"));
     QCOMPARE(outcome.exitCode, 1);
