@@ -27,7 +27,11 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
     m_hasSamples = std::any_of(attempt.laps.begin(), attempt.laps.end(),
                                [](const auto &lap) { return lap->size() > 0; });
     attempt.laps.clear();
-    m_isRecording = m_laps > 0;
+    m_isRecording = m_laps > 0 || attempt.lacksMemory; // for all that is known
+    if (attempt.lacksMemory) {
+        addLackOfMemory();
+        return;
+    }
     if (!formatWildcards(attempt.format).contains(QLatin1String("*.ibt"))) {
         addErrors(attempt.errors);
         return;

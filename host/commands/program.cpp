@@ -20,10 +20,15 @@
 #include <QTextCodec>
 
 #include <csignal>
+#include <cstdlib>
+#include <exception>
 #include <memory>
 #include <new>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include <unistd.h>
 
 namespace {
 
@@ -77,24 +82,38 @@ QString usageError(const CommandLine &line, const Commands &commands, const char
              meant.isEmpty() ? QStringLiteral("; see") : QString(meant % QLatin1String(" See")));
 }
 
-ExitCode runCommand(Command &command, Terminal &terminal)
+/// Says once that there is not enough memory, without needing any.
+int lackOfMemory()
 {
-    try {
-        return command.run(terminal);
-    } catch (const std::bad_alloc &) {
-        terminal.complain(QStringLiteral("not enough memory; choose fewer files or laps"));
-        return ExitCode::Failure;
-    }
+    constexpr char line[] = "zepimport: not enough memory; choose fewer files or laps\n";
+    static bool isSaid = false;
+    if (!std::exchange(isSaid, true) && ::write(STDERR_FILENO, line, sizeof line - 1) < 0)
+        isSaid = false;
+    return static_cast<int>(ExitCode::Failure);
 }
 
-} // namespace
-
-int runProgram(int argc, char *argv[])
+/// The end where memory lacks in code that cannot pass that on, for example in a destructor.
+[[noreturn]] void terminate()
 {
-    // A closed pipe ends the program as it ends others, whatever it inherited; a file that may not
-    // grow further is an error like a full disk.
-    std::signal(SIGPIPE, SIG_DFL);
-    std::signal(SIGXFSZ, SIG_IGN);
+    if (std::current_exception()) {
+        try {
+            throw;
+        } catch (const std::bad_alloc &) {
+            std::_Exit(lackOfMemory());
+        } catch (...) {
+        }
+    }
+    std::abort();
+}
+
+// Libraries already need memory before main() begins, so this is called before theirs are
+// initialised.
+__attribute__((section(".preinit_array"), used)) void (*const setTerminate)() = [] {
+    std::set_terminate(terminate);
+};
+
+ExitCode runCommandLine(int argc, char *argv[])
+{
     const QCoreApplication application(argc, argv);
     // File names and output are UTF-8 also where the locale knows only ASCII.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
@@ -114,20 +133,37 @@ int runProgram(int argc, char *argv[])
     ExitCode result = ExitCode::Success;
     switch (line.parse(argc, argv)) {
     case CommandLine::End::Answer:
-        return static_cast<int>(ExitCode::Success);
+        break;
     case CommandLine::End::WrongUse:
         terminal.complain(usageError(line, commands, argc > 1 ? argv[1] : nullptr));
-        return static_cast<int>(ExitCode::WrongUse);
+        return ExitCode::WrongUse;
     case CommandLine::End::Command:
         for (const auto &command : commands) {
             if (line.command() == command->description().name)
-                result = runCommand(*command, terminal);
+                result = command->run(terminal);
         }
         break;
     }
     if (!terminal.flush()) {
         terminal.complain(QStringLiteral("the output could not be written; is the disk full?"));
-        return static_cast<int>(ExitCode::Failure);
+        return ExitCode::Failure;
     }
-    return static_cast<int>(result);
+    return result;
+}
+
+} // namespace
+
+int runProgram(int argc, char *argv[])
+{
+    // A closed pipe ends the program as it ends others, whatever it inherited; a file that may not
+    // grow further is an error like a full disk.
+    std::signal(SIGPIPE, SIG_DFL);
+    std::signal(SIGXFSZ, SIG_IGN);
+    // GLib, which Qt would wait for processes with, ends a program that lacks memory.
+    qputenv("QT_NO_GLIB", "1");
+    try {
+        return static_cast<int>(runCommandLine(argc, argv));
+    } catch (const std::bad_alloc &) {
+        return lackOfMemory();
+    }
 }

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <utility>
 
 namespace {
@@ -44,7 +45,7 @@ Importer::Importer(const PluginRegistry &plugins, Terminal &terminal, bool verbo
 std::optional<ImportedFile> Importer::import(const QString &fileName)
 {
     ImportAttempt attempt = this->attempt(fileName);
-    if (attempt.laps.empty() && !attempt.format.isEmpty()) {
+    if (attempt.laps.empty() && !attempt.format.isEmpty() && !attempt.lacksMemory) {
         if (attempt.errors.isEmpty())
             attempt.errors.append(QStringLiteral("contains no laps"));
         attempt.errors.last() += QLatin1String("; check that the file is a complete \"")
@@ -73,6 +74,8 @@ ImportAttempt Importer::attempt(const QString &fileName)
     }
 
     const auto receive = [&](const QString &message, int level) {
+        // Plug-ins report a lack of memory as if the file were damaged.
+        result.lacksMemory = result.lacksMemory || (level < 0 && errno == ENOMEM);
         result.messages.append({message, level < 0});
         if (level < 0)
             result.errors.append(message);
@@ -81,11 +84,16 @@ ImportAttempt Importer::attempt(const QString &fileName)
     };
     const auto connection =
         QObject::connect(match.interface->dataEmitter(), &ZepDataEmitter::sendMessage, receive);
+    errno = 0;
     const QVector<ZEP::Lap *> laps = match.interface->import(fileName, match.format, {});
     QObject::disconnect(connection);
 
     result.format = match.format;
     for (ZEP::Lap *lap : laps)
         result.laps.emplace_back(lap);
+    result.lacksMemory = result.lacksMemory && result.laps.empty();
+    if (result.lacksMemory)
+        result.errors = QStringList(
+            QStringLiteral("there is not enough memory to import it; close other programs"));
     return result;
 }

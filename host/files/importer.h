@@ -18,6 +18,7 @@ struct ImportAttempt {
     Laps laps;
     QVector<ImportMessage> messages; ///< as the plug-in sent them, in that order
     QStringList errors; ///< what went wrong, as the plug-in or the importer puts it
+    bool lacksMemory = false; ///< that is why there are no laps
 };
 
 /// Imports files with the plug-in that fits each, and shows the messages of the plug-ins.

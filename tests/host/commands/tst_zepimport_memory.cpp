@@ -32,9 +32,15 @@ private Q_SLOTS:
     void initTestCase();
     void everyFileIsTold_data();
     void everyFileIsTold();
+    void failingAllocations_data();
+    void failingAllocations();
 
 private:
     Outcome run(int megabytes, const QStringList &arguments) const;
+    QStringList outputs() const
+    {
+        return QDir(m_dir.filePath(QStringLiteral("out"))).entryList(QDir::Files | QDir::Hidden);
+    }
 
     QTemporaryDir m_dir;
     int m_least = 0; ///< megabytes that a small recording takes
@@ -75,7 +81,7 @@ void tst_ZepimportMemory::everyFileIsTold_data()
     QTest::newRow("check") << QStringList{"check", "long.ibt", "sound.ibt"}
                            << "there is not enough memory to look into the recording";
     QTest::newRow("laps") << QStringList{"laps", "long.ibt", "sound.ibt"}
-                          << "IBT import error:  Failed to read irsdk_varHeader";
+                          << "long.ibt: there is not enough memory to import it";
 }
 
 /// A recording that takes too much costs itself alone.
@@ -96,6 +102,74 @@ void tst_ZepimportMemory::everyFileIsTold()
     }
     QVERIFY(complaints > 0);
     QVERIFY(whole > 0);
+}
+
+void tst_ZepimportMemory::failingAllocations_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("isLasting");
+    const QStringList to{"sound.ibt", "-o"};
+    for (const bool isLasting : {false, true}) {
+        const char *const which = isLasting ? "all from one on" : "one";
+        QTest::addRow("laps, %s", which) << QStringList{"laps", "sound.ibt"} << isLasting;
+        for (const char *format : {"csv", "json", "mat"})
+            QTest::addRow("export %s, %s", format, which)
+                << QStringList{"export", "--format", format} + to + QStringList{"out"} << isLasting;
+        QTest::addRow("report, %s", which)
+            << QStringList{"report"} + to + QStringList{"out/a.html"} << isLasting;
+    }
+}
+
+/// Whichever allocations fail: the program says so and ends, and leaves nothing half done.
+void tst_ZepimportMemory::failingAllocations()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, isLasting);
+    const QString out = m_dir.filePath(QStringLiteral("out"));
+    const auto clear = [&] { return QDir(out).removeRecursively() && QDir().mkpath(out); };
+    QVERIFY(clear());
+
+    ZepimportProcess process;
+    process.folder = m_dir.path();
+    process.arguments = arguments;
+    const QString countFile = m_dir.filePath(QStringLiteral("count"));
+    process.environment =
+        QStringList{"LD_PRELOAD=" FAILING_MEMORY_PATH, QString("ALLOCATION_COUNT=" % countFile)};
+    const Outcome whole = process.run();
+    QCOMPARE(whole.exitCode, 0);
+    const QStringList files = outputs();
+    QFile counted(countFile);
+    QVERIFY(counted.open(QIODevice::ReadOnly));
+    const int count = counted.readAll().toInt();
+    QVERIFY(count > 1000);
+
+    constexpr int Runs = 50;
+    int failures = 0;
+    int told = 0;
+    for (int run = 0; run < Runs; ++run) {
+        QVERIFY(clear());
+        const int number = 1 + int(qint64(count) * run / Runs);
+        process.environment = QStringList{
+            "LD_PRELOAD=" FAILING_MEMORY_PATH, QStringLiteral("FAILING_ALLOCATION=%1").arg(number),
+            isLasting ? QStringLiteral("FAILING_ALLOCATIONS=all") : QStringLiteral("NOTHING=")};
+        const Outcome outcome = process.run();
+        // A library of Qt's ends the program before it has begun.
+        if (outcome.exitCode < 0 && outcome.errors.contains(QLatin1String("GLib")))
+            continue;
+        const QByteArray about = "allocation " + QByteArray::number(number) + ": "
+            + QByteArray::number(outcome.exitCode) + ", " + outcome.errors.toUtf8();
+        QVERIFY2(outcome.exitCode == 0 || outcome.exitCode == 1, about.constData());
+        QVERIFY2(outcome.exitCode == 0 ? outputs() == files : outputs().isEmpty(),
+                 about.constData());
+        QVERIFY2(outcome.exitCode == 0 || outcome.errors.contains(QLatin1String("zepimport: ")),
+                 about.constData());
+        failures += outcome.exitCode;
+        told += outcome.errors.contains(QLatin1String("not enough memory")) ? 1 : 0;
+    }
+    QVERIFY(failures > Runs / 2);
+    // Where Qt's loader of plug-ins or its regular expressions lack memory, they give other
+    // reasons.
+    QVERIFY2(told >= failures - 2, qPrintable(QStringLiteral("%1 of %2").arg(told).arg(failures)));
 }
 
 NAPAMMUL_TEST(tst_ZepimportMemory)
