@@ -28,6 +28,13 @@ QString unitOf(const ChosenChannel &channel, const QVector<const ZEP::Lap *> &la
     return QString();
 }
 
+/// Whether a spreadsheet would take \a text for something to calculate or to run, or a reader would
+/// take an apostrophe of its own for one that was put before it.
+bool needsApostrophe(const QByteArray &text)
+{
+    return !text.isEmpty() && QByteArray("=+-@\t\r\n'").contains(text.front());
+}
+
 char *writeInteger(char *place, int number)
 {
     return std::to_chars(place, place + OutputBuffer::NumberSize, number).ptr;
@@ -45,6 +52,8 @@ CsvWriter::CsvWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
 QByteArray CsvWriter::field(const QString &text) const
 {
     QByteArray bytes = text.toUtf8();
+    if (needsApostrophe(bytes))
+        bytes.prepend('\'');
     if (bytes.contains(m_separator) || bytes.contains('"') || bytes.contains('\n')
         || bytes.contains('\r'))
         return '"' + bytes.replace('"', "\"\"") + '"';

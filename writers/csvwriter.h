@@ -5,6 +5,10 @@
 
 /// Writes laps as lines of comma-separated values, one for each tick: the lap's number, the tick
 /// from 0, and a sample of each channel, empty where it is missing.
+///
+/// Names and units are somebody else's data, and spreadsheets run a cell that begins with "=". So
+/// one that begins with = + - @, a tab, the end of a line or an apostrophe gets an apostrophe
+/// before it; readers have every name exactly by taking away one apostrophe at its beginning.
 class CsvWriter : public LapWriter
 {
 public:

@@ -123,16 +123,18 @@ QVector<int> TableWriter::fittedWidths(int width) const
 QString TableWriter::line(const QStringList &cells, const QVector<int> &widths) const
 {
     QString result;
-    int gap = 0;
+    int gap = 0; // before the next cell; a cell may be as wide as its recording likes
     for (int i = 0; i < m_columns.size(); ++i) {
         if (widths.at(i) == LeftOut)
             continue;
         const QString cell = elided(cells.at(i), std::max(1, widths.at(i)));
-        const QString padding(widths.at(i) - displayWidth(cell), QLatin1Char(' '));
+        const int padding = widths.at(i) - displayWidth(cell);
         const bool right = m_columns.at(i).align == Align::Right;
-        result += QString(gap, QLatin1Char(' '))
-            % (right ? QString(padding % cell) : QString(cell % padding));
-        gap = Gap;
+        if (!cell.isEmpty()) {
+            result += QString(right ? gap + padding : gap, QLatin1Char(' ')) % cell;
+            gap = 0;
+        }
+        gap += Gap + (right && !cell.isEmpty() ? 0 : padding);
     }
     while (result.endsWith(QLatin1Char(' ')))
         result.chop(1);

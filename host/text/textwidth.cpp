@@ -1,7 +1,6 @@
 #include "host/text/textwidth.h"
 
 #include <QChar>
-#include <QVector>
 
 #include <algorithm>
 #include <array>
@@ -25,6 +24,9 @@ constexpr std::array<Range, 8> wideRanges{{{0x1100, 0x115f},
 
 int codePointWidth(uint codePoint)
 {
+    constexpr uint firstOdd = 0xad; // nearly all text is before it
+    if (codePoint < firstOdd)
+        return 1;
     switch (QChar::category(codePoint)) {
     case QChar::Mark_NonSpacing:
     case QChar::Mark_Enclosing:
@@ -39,35 +41,77 @@ int codePointWidth(uint codePoint)
     return wide ? 2 : 1;
 }
 
+/// The code point at \a index, of two characters where they belong together.
+uint codePointAt(const QString &text, int index)
+{
+    const QChar c = text.at(index);
+    return c.isHighSurrogate() && index + 1 < text.size() && text.at(index + 1).isLowSurrogate()
+        ? QChar::surrogateToUcs4(c, text.at(index + 1))
+        : c.unicode();
+}
+
+int characters(uint codePoint)
+{
+    return QChar::requiresSurrogates(codePoint) ? 2 : 1;
+}
+
+/// What is shown in the place of \a codePoint; null if it is shown itself.
+QString replacement(uint codePoint)
+{
+    switch (QChar::category(codePoint)) {
+    case QChar::Other_Control:
+        return QChar(QChar::ReplacementCharacter);
+    case QChar::Other_Format:
+    case QChar::Separator_Line:
+    case QChar::Separator_Paragraph:
+        return QStringLiteral("\\u%1").arg(codePoint, 4, 16, QLatin1Char('0'));
+    default:
+        return QString();
+    }
+}
+
 } // namespace
 
 int displayWidth(const QString &text)
 {
     int width = 0;
-    for (const uint codePoint : text.toUcs4())
+    for (int i = 0; i < text.size();) {
+        const uint codePoint = codePointAt(text, i);
         width += codePointWidth(codePoint);
+        i += characters(codePoint);
+    }
     return width;
 }
 
 QString elided(const QString &text, int width)
 {
-    if (displayWidth(text) <= width)
-        return text;
-
-    const QVector<uint> codePoints = text.toUcs4();
-    int taken = 1; // the ellipsis
-    int end = 0;
-    while (taken + codePointWidth(codePoints.at(end)) <= width)
-        taken += codePointWidth(codePoints.at(end++));
-    return QString::fromUcs4(codePoints.constData(), end) % QChar(0x2026);
+    int taken = 0;
+    int end = 0; // of what fits beside an ellipsis
+    for (int i = 0; i < text.size();) {
+        const uint codePoint = codePointAt(text, i);
+        taken += codePointWidth(codePoint);
+        i += characters(codePoint);
+        if (taken < width)
+            end = i;
+        else if (taken > width)
+            return text.left(end) % QChar(0x2026);
+    }
+    return text;
 }
 
 QString printable(const QString &text)
 {
-    QString result = text;
-    for (QChar &c : result) {
-        if (c.category() == QChar::Other_Control)
-            c = QChar::ReplacementCharacter;
+    QString result;
+    result.reserve(text.size());
+    int done = 0; // what the result has of the text
+    for (int i = 0; i < text.size();) {
+        const uint codePoint = codePointAt(text, i);
+        const QString shown = replacement(codePoint);
+        if (!shown.isNull()) {
+            result.append(text.midRef(done, i - done)).append(shown);
+            done = i + characters(codePoint);
+        }
+        i += characters(codePoint);
     }
-    return result;
+    return result.append(text.midRef(done));
 }

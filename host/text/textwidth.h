@@ -10,5 +10,6 @@ int displayWidth(const QString &text);
 QString elided(const QString &text, int width);
 
 /// \a text on one line and without anything that a terminal would obey: every control character
-/// becomes U+FFFD. Recordings are somebody else's data.
+/// becomes U+FFFD. What has no width of its own, and may hide or reorder what is around it, is
+/// shown by its number: "\u202e". Recordings and the names of files are somebody else's data.
 QString printable(const QString &text);

@@ -16,6 +16,8 @@ private Q_SLOTS:
     void header_data();
     void header();
     void titlesThatWouldBeTheSame();
+    void namesThatSpreadsheetsWouldRun_data();
+    void namesThatSpreadsheetsWouldRun();
     void rows();
     void channelsOfOtherLaps();
     void noLaps();
@@ -107,6 +109,35 @@ void tst_CsvWriter::titlesThatWouldBeTheSame()
     QCOMPARE(written(CsvWriter::Units::Header, ','),
              QByteArray("lap,tick,speed [m/s],speed [m/s]_channel,speed_calculated [km/h],"
                         "speed [m/s]_calculated\n"));
+}
+
+void tst_CsvWriter::namesThatSpreadsheetsWouldRun_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("written");
+
+    QTest::newRow("formula") << "=1+1" << QByteArray("'=1+1");
+    QTest::newRow("formula that has to be quoted")
+        << "=A(1,\"b\")" << QByteArray("\"'=A(1,\"\"b\"\")\"");
+    QTest::newRow("plus") << "+1" << QByteArray("'+1");
+    QTest::newRow("minus") << "-1" << QByteArray("'-1");
+    QTest::newRow("at") << "@A1" << QByteArray("'@A1");
+    QTest::newRow("tab") << "\t=1" << QByteArray("'\t=1");
+    QTest::newRow("carriage return") << "\r=1" << QByteArray("\"'\r=1\"");
+    QTest::newRow("line feed") << "\n=1" << QByteArray("\"'\n=1\"");
+    QTest::newRow("an apostrophe of its own") << "'=1" << QByteArray("''=1");
+    QTest::newRow("elsewhere") << "a=1+'@-" << QByteArray("a=1+'@-");
+}
+
+void tst_CsvWriter::namesThatSpreadsheetsWouldRun()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, written);
+    auto lap = std::make_unique<ZEP::Lap>();
+    lap->addChannel(newChannel(name, {}), name);
+    m_laps.push_back(std::move(lap));
+    QCOMPARE(this->written(CsvWriter::Units::Row, ','),
+             QByteArray("lap,tick," + written + "\n,," + written + '\n'));
 }
 
 void tst_CsvWriter::rows()

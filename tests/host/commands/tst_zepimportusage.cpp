@@ -28,6 +28,8 @@ private Q_SLOTS:
     void fullDisk();
     void outputLostAtTheEnd();
     void anyLocale();
+    void oddNames_data();
+    void oddNames();
 
 private:
     ZepimportProcess process(const QStringList &arguments) const;
@@ -222,6 +224,34 @@ void tst_ZepimportUsage::anyLocale()
     const Outcome outcome = ascii.run();
     QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.output, expected.replace(QStringLiteral("race."), QStringLiteral("zoë.")));
+}
+
+void tst_ZepimportUsage::oddNames_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("right to left")
+        << QStringLiteral("a\u202e.laps") << QStringLiteral("a\\u202e.laps");
+    QTest::newRow("isolate") << QStringLiteral("a\u2066.laps") << QStringLiteral("a\\u2066.laps");
+    QTest::newRow("without width")
+        << QStringLiteral("a\u200b.laps") << QStringLiteral("a\\u200b.laps");
+    QTest::newRow("line") << QStringLiteral("a\u2028.laps") << QStringLiteral("a\\u2028.laps");
+}
+
+void tst_ZepimportUsage::oddNames()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, shown);
+    const Outcome missing = process({"laps", name}).run();
+    QCOMPARE(missing.errors,
+             QString(QLatin1String("zepimport: ") % shown
+                     % QLatin1String(": no such file; check the path\n")));
+    QVERIFY(QFile::copy(m_dir.filePath(QStringLiteral("race.laps")), m_dir.filePath(name)));
+    for (const char *command : {"laps", "info", "channels"}) {
+        const Outcome outcome = process({command, name}).run();
+        QVERIFY2(outcome.output.startsWith(shown), qPrintable(outcome.output));
+        QVERIFY2(!outcome.output.contains(name), qPrintable(outcome.output));
+    }
 }
 
 NAPAMMUL_TEST(tst_ZepimportUsage)

@@ -25,6 +25,9 @@ private Q_SLOTS:
     void displayWidth();
     void elided_data();
     void elided();
+    void printable_data();
+    void printable();
+    void emptyCells();
 };
 
 namespace {
@@ -175,6 +178,49 @@ void tst_TableWriter::elided()
     QFETCH(QString, text);
     QFETCH(int, width);
     QTEST(::elided(text, width), "result");
+}
+
+void tst_TableWriter::printable_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("shown");
+
+    QTest::newRow("plain") << QStringLiteral("Zoë 🏁 筑波") << QStringLiteral("Zoë 🏁 筑波");
+    QTest::newRow("control") << QStringLiteral("a\033b") << QStringLiteral("a\uFFFDb");
+    QTest::newRow("right to left")
+        << QStringLiteral("a\u202etbi.exe") << QStringLiteral("a\\u202etbi.exe");
+    QTest::newRow("isolate") << QStringLiteral("\u2066a\u2069")
+                             << QStringLiteral("\\u2066a\\u2069");
+    QTest::newRow("without width")
+        << QStringLiteral("a\u200bb\ufeff") << QStringLiteral("a\\u200bb\\ufeff");
+    QTest::newRow("line") << QStringLiteral("a\u2028b\u2029") << QStringLiteral("a\\u2028b\\u2029");
+    QTest::newRow("tag") << QStringLiteral("a\U000e0041b") << QStringLiteral("a\\ue0041b");
+    QTest::newRow("half a character")
+        << QString(QChar(0xd800) % QLatin1Char('b')) << QString(QChar(0xd800) % QLatin1Char('b'));
+}
+
+void tst_TableWriter::printable()
+{
+    QFETCH(QString, text);
+    QTEST(::printable(text), "shown");
+}
+
+void tst_TableWriter::emptyCells()
+{
+    TableWriter table({{QStringLiteral("A")},
+                       {QStringLiteral("B"), Align::Right},
+                       {QStringLiteral("C")},
+                       {QStringLiteral("D"), Align::Right}});
+    table.addRow({QStringLiteral("1"), QString(), QString(), QStringLiteral("12")});
+    table.addRow({QString(), QStringLiteral("123"), QString(), QString()});
+    table.addRow({QString(), QString(), QStringLiteral("1234"), QStringLiteral("1")});
+    table.addRow({QStringLiteral("1"), QString(), QString(), QString()});
+    QCOMPARE(table.text(),
+             QStringLiteral("A    B  C      D\n"
+                            "1             12\n"
+                            "   123\n"
+                            "        1234   1\n"
+                            "1\n"));
 }
 
 NAPAMMUL_TEST(tst_TableWriter)
