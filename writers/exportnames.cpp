@@ -50,6 +50,17 @@ std::optional<ExportNames> ExportNames::from(const QString &output, const QStrin
     return names;
 }
 
+ExportNames ExportNames::in(const QString &subfolder) const
+{
+    ExportNames names = *this;
+    if (subfolder.isEmpty() || isOneFile())
+        return names;
+    names.m_output =
+        (m_isFolder ? QDir(m_output).filePath(subfolder) : subfolder) % QLatin1Char('/');
+    names.m_isFolder = true;
+    return names;
+}
+
 QString ExportNames::fileName(const QString &recording) const
 {
     if (isOneFile())

@@ -23,6 +23,12 @@ public:
     /// Whether all recordings would go to the same place.
     bool isOneFile() const { return !m_output.isEmpty() && !m_isFolder; }
 
+    /// The same for recordings in \a subfolder of the folder that they were found in: what they
+    /// become is in a folder of that name. Unchanged if it is empty, or the output is a file.
+    ExportNames in(const QString &subfolder) const;
+    /// As from() takes it. It ends with a slash after in(), if that has changed it.
+    const QString &output() const { return m_output; }
+
     /// Where laps of \a recording go: "monday.csv" for "monday.ibt", unless the output is a file.
     QString fileName(const QString &recording) const;
     /// The same for one lap with a file of its own: "monday-lap03.csv".

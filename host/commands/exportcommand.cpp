@@ -8,6 +8,7 @@
 #include "writers/matwriter.h"
 #include "writers/outputfile.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QMap>
 
@@ -53,7 +54,7 @@ bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Te
     }
     QMap<QString, QString> recordings;
     for (const RecordingFile &file : files) {
-        const QString name = names.fileName(file.fileName);
+        const QString name = names.in(file.subfolder).fileName(file.fileName);
         if (OutputOptions::isRecording(name, {file}, terminal))
             return false;
         if (recordings.contains(name)) {
@@ -72,6 +73,42 @@ bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Te
     }
     return true;
 }
+
+/// The folders that recordings which were found in subfolders are exported to.
+class MirroredFolders
+{
+public:
+    /// Makes them. If that is not possible, the files in them cannot be opened.
+    void make(const QVector<RecordingFile> &files, const ExportNames &names)
+    {
+        for (const RecordingFile &file : files) {
+            if (!file.subfolder.isEmpty() && !names.isOneFile())
+                make(names.in(file.subfolder).output());
+        }
+    }
+
+    /// Removes those that nothing was written to.
+    void removeEmpty() const
+    {
+        for (auto folder = m_made.rbegin(); folder != m_made.rend(); ++folder)
+            QDir().rmdir(*folder);
+    }
+
+private:
+    void make(const QString &folder)
+    {
+        const QString path = QDir::cleanPath(folder);
+        if (QFileInfo::exists(path))
+            return;
+        const QString above = QFileInfo(path).path();
+        if (above != path)
+            make(above);
+        if (QDir().mkdir(path))
+            m_made.append(path);
+    }
+
+    QStringList m_made; ///< each after the one that it is in
+};
 
 } // namespace
 
@@ -132,22 +169,31 @@ ExitCode ExportCommand::run(Terminal &terminal)
         terminal.complain(problem);
         return ExitCode::WrongUse;
     }
+    MirroredFolders folders;
     FileWork work;
     work.accepts = [&](const QVector<RecordingFile> &files) {
-        return hasPlaces(files, *names, terminal);
+        if (!hasPlaces(files, *names, terminal))
+            return false;
+        folders.make(files, *names);
+        return true;
     };
     work.process = [&](const RecordingFile &file, Importer &importer) {
-        return m_laps.import(file, importer, terminal,
-                             [&](ChosenLaps &&chosen) { return write(chosen, *names, terminal); });
+        return m_laps.import(file, importer, terminal, [&](ChosenLaps &&chosen) {
+            return write(chosen, names->in(file.subfolder), terminal);
+        });
     };
-    work.arguments = [&](const RecordingFile &file) { return arguments(file); };
+    work.arguments = [&](const RecordingFile &file) { return arguments(file, *names); };
+    work.finish = [&] {
+        folders.removeEmpty();
+        return ExitCode::Success;
+    };
     return processFiles(m_files, work, terminal, m_batch);
 }
 
-QStringList ExportCommand::arguments(const RecordingFile &file) const
+QStringList ExportCommand::arguments(const RecordingFile &file, const ExportNames &names) const
 {
     QStringList result = QStringList(description().name) + m_laps.arguments(file)
-        + m_channels.arguments() + m_output.arguments()
+        + m_channels.arguments() + m_output.arguments(names.in(file.subfolder).output())
         + QStringList{QLatin1String("--sep=") % QString::fromStdString(m_separator),
                       QLatin1String("--units=") % QString::fromStdString(m_units)};
     if (!m_format.empty())

@@ -23,7 +23,7 @@ public:
 
 private:
     bool takeStandardOutput(Terminal &terminal);
-    QStringList arguments(const RecordingFile &file) const;
+    QStringList arguments(const RecordingFile &file, const ExportNames &names) const;
     ExitCode write(ChosenLaps &chosen, const ExportNames &names, Terminal &terminal) const;
     ExitCode writeSplit(ChosenLaps &chosen, const QVector<ChosenChannel> &channels,
                         const ExportNames &names, Terminal &terminal) const;

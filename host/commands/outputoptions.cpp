@@ -65,11 +65,11 @@ bool OutputOptions::isRecording(const QString &output, const QVector<RecordingFi
     return true;
 }
 
-QStringList OutputOptions::arguments() const
+QStringList OutputOptions::arguments(const QString &name) const
 {
     QStringList result;
-    if (isGiven())
-        result.append(QLatin1String("--output=") % name());
+    if (!name.isEmpty())
+        result.append(QLatin1String("--output=") % name);
     if (m_force)
         result.append(QStringLiteral("--force"));
     return result;

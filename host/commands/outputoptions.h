@@ -40,8 +40,9 @@ public:
     static bool isRecording(const QString &output, const QVector<RecordingFile> &recordings,
                             Terminal &terminal);
 
-    /// The same choice as arguments of another process.
-    QStringList arguments() const;
+    /// The same choice as arguments of another process, with \a name, which may be empty, instead
+    /// of this one's.
+    QStringList arguments(const QString &name) const;
 
 private:
     std::string m_output;

@@ -111,7 +111,7 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
             continue;
         }
         if (!QFileInfo(name).isDir()) {
-            files.append({name, laps});
+            files.append({name, laps, QString()});
             continue;
         }
         FolderSearch found(recursive, plugins);
@@ -125,7 +125,9 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
                          % QLatin1String(recursive ? ")" : "); -r includes subfolders"))});
         }
         problems += found.problems;
-        for (const QString &file : qAsConst(found.files))
-            files.append({file, laps});
+        for (const QString &file : qAsConst(found.files)) {
+            const QString below = QDir(name).relativeFilePath(QFileInfo(file).absolutePath());
+            files.append({file, laps, below == QLatin1String(".") ? QString() : below});
+        }
     }
 }

@@ -15,6 +15,7 @@ class PluginRegistry;
 struct RecordingFile {
     QString fileName;
     std::optional<LapChoice> laps; ///< chosen for this file only
+    QString subfolder; ///< below the folder that the user named; empty for that folder, or a file
 };
 
 /// The files that `FILE...` on the command line means, and what is wrong with it.

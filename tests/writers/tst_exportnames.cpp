@@ -13,6 +13,8 @@ private Q_SLOTS:
     void initTestCase();
     void names_data();
     void names();
+    void subfolder_data();
+    void subfolder();
     void problem_data();
     void problem();
 
@@ -77,6 +79,46 @@ void tst_ExportNames::names()
     QTEST(names->fileName(QStringLiteral("season/a.b.ibt"), 3), "nameOfLap");
     QVERIFY(names->fileName(QStringLiteral("a.ibt"), 123).contains(QLatin1String("-lap123")));
     QCOMPARE(names->isOneFile(), !output.isEmpty() && !output.startsWith(QLatin1String("out.d")));
+}
+
+void tst_ExportNames::subfolder_data()
+{
+    QTest::addColumn<QString>("output");
+    QTest::addColumn<QString>("subfolder");
+    QTest::addColumn<QString>("inIt");
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("none") << "out.d"
+                          << ""
+                          << "out.d"
+                          << "out.d/a.csv";
+    QTest::newRow("folder") << "out.d"
+                            << "x/y"
+                            << "out.d/x/y/"
+                            << "out.d/x/y/a.csv";
+    QTest::newRow("current folder") << ""
+                                    << "x"
+                                    << "x/"
+                                    << "x/a.csv";
+    QTest::newRow("file") << "b.csv"
+                          << "x"
+                          << "b.csv"
+                          << "b.csv";
+    QTest::newRow("standard output") << "-"
+                                     << "x"
+                                     << "-"
+                                     << "-";
+}
+
+void tst_ExportNames::subfolder()
+{
+    QFETCH(QString, output);
+    QFETCH(QString, subfolder);
+    QString problem;
+    const auto names = ExportNames::from(output, QString(), false, &problem);
+    QVERIFY2(names, qPrintable(problem));
+    QTEST(names->in(subfolder).output(), "inIt");
+    QTEST(names->in(subfolder).fileName(QStringLiteral("m/x/y/a.ibt")), "name");
 }
 
 void tst_ExportNames::problem_data()

@@ -20,6 +20,9 @@ private Q_SLOTS:
     void json();
     void files_data();
     void files();
+    void mirroredFolders_data();
+    void mirroredFolders();
+    void foldersOfNothing();
     void standardOutput_data();
     void standardOutput();
     void existingFileIsKept();
@@ -182,6 +185,43 @@ void tst_ZepimportExport::files()
     QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.exitCode, 0);
     QTEST(entries(folder), "files");
+}
+
+void tst_ZepimportExport::mirroredFolders_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("folder") << "out/" << QStringList{"-o", "out"};
+    QTest::newRow("folder, in processes") << "out/" << QStringList{"-o", "out/", "--jobs", "2"};
+    QTest::newRow("current folder") << "" << QStringList();
+    QTest::newRow("current folder, in processes") << "" << QStringList{"--jobs", "2"};
+}
+
+void tst_ZepimportExport::mirroredFolders()
+{
+    QFETCH(QString, folder);
+    QFETCH(QStringList, options);
+    QVERIFY(QDir(m_dir->path()).mkpath(QStringLiteral("season/2024/may")));
+    QVERIFY(QDir(m_dir->path()).mkpath(QStringLiteral("season/2025")));
+    for (const char *name :
+         {"season/race.laps", "season/2024/may/race.laps", "season/2025/race.laps"})
+        write(QString::fromLatin1(name), raceSheet());
+    const Outcome outcome = run(QStringList{"-r", "season/", "--lap", "best", "--quiet"} + options);
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(outcome.exitCode, 0);
+    for (const char *name : {"race.csv", "2024/may/race.csv", "2025/race.csv"})
+        QCOMPARE(read(folder + QString::fromLatin1(name)), raceCsv);
+}
+
+void tst_ZepimportExport::foldersOfNothing()
+{
+    QVERIFY(QDir(m_dir->path()).mkpath(QStringLiteral("season/a/b")));
+    QVERIFY(QDir(m_dir->path()).mkpath(QStringLiteral("out/a")));
+    write(QStringLiteral("season/a/b/race.laps"), "message|-2|Line 7 makes no sense\n");
+    const Outcome outcome = run({"-r", "season/", "-o", "out"});
+    QCOMPARE(outcome.exitCode, 1);
+    QVERIFY(QFileInfo::exists(m_dir->filePath(QStringLiteral("out/a"))));
+    QVERIFY(!QFileInfo::exists(m_dir->filePath(QStringLiteral("out/a/b"))));
 }
 
 void tst_ZepimportExport::standardOutput_data()
