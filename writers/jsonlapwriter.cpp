@@ -31,8 +31,10 @@ char *writeText(char *place, const char *text)
 
 JsonLapWriter::JsonLapWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
                              const QString &fileName)
-    : m_buffer(file), m_channels(channels), m_fileName(fileName)
+    : m_buffer(file), m_fileName(quoted(fileName))
 {
+    for (const ChosenChannel &channel : channels)
+        m_columns.push_back({channel, quoted(channel.name), QString(), QByteArray()});
     m_buffer.append("[");
 }
 
@@ -60,15 +62,19 @@ void JsonLapWriter::writeChannels(const ZEP::Lap &lap, bool calculated)
 {
     m_buffer.append("{");
     bool isFirst = true;
-    for (const ChosenChannel &chosen : qAsConst(m_channels)) {
-        if (chosen.isCalculated != calculated)
+    for (Column &column : m_columns) {
+        if (column.channel.isCalculated != calculated)
             continue;
-        const auto channel = chosen.in(lap);
+        const auto channel = column.channel.in(lap);
         if (!isFirst)
             m_buffer.append(",");
         isFirst = false;
-        m_buffer.append(quoted(chosen.name) + ":{\"unit\":"
-                        + quoted(channel ? channel->unit() : QString()) + ",\"samples\":[");
+        const QString unit = channel ? channel->unit() : QString();
+        if (column.head.isEmpty() || column.unit != unit) {
+            column.unit = unit;
+            column.head = column.name + ":{\"unit\":" + quoted(unit) + ",\"samples\":[";
+        }
+        m_buffer.append(column.head);
         if (channel)
             writeSamples(channel->data);
         m_buffer.append("]}");
@@ -81,7 +87,7 @@ void JsonLapWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
     const QJsonObject header = headerJson(*lap);
     m_buffer.append(m_isFirst ? "\n" : ",\n");
     m_isFirst = false;
-    m_buffer.append("{\"file\":" + quoted(m_fileName) + ",\"lap\":" + QByteArray::number(number));
+    m_buffer.append("{\"file\":" + m_fileName + ",\"lap\":" + QByteArray::number(number));
     for (const QString &key : header.keys())
         m_buffer.append(',' + quoted(key) + ':' + compact(header.value(key)));
     m_buffer.append(",\"channels\":");

@@ -5,7 +5,6 @@
 
 #include <QJsonObject>
 #include <QMap>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cstring>
@@ -17,8 +16,17 @@ namespace {
 /// Every element begins at a multiple of it.
 constexpr int Alignment = 8;
 
+/// What a matrix without a name has before the bytes of its elements.
+constexpr int LeafHeadSize = 16 + 16 + 8 + 8;
+
 /// In the word of flags that also has the class.
 constexpr quint32 LogicalFlag = 0x200;
+
+/// \a size up to where the next element begins.
+constexpr qint64 padded(qint64 size)
+{
+    return (size + Alignment - 1) / Alignment * Alignment;
+}
 
 } // namespace
 
@@ -39,7 +47,7 @@ enum class MatOutput::Class : quint32 {
     Logical = 9 | LogicalFlag, // of bytes
 };
 
-void MatOutput::bytes(const void *bytes, int size)
+void MatOutput::bytes(const void *bytes, qint64 size)
 {
     m_size += size;
     if (m_buffer && size > 0) {
@@ -55,12 +63,12 @@ void MatOutput::tag(Type type, qint64 size)
     bytes(words, sizeof words);
 }
 
-void MatOutput::data(Type type, const void *bytes, int size)
+void MatOutput::data(Type type, const void *bytes, qint64 size)
 {
     constexpr char padding[Alignment]{};
     tag(type, size);
     this->bytes(bytes, size);
-    this->bytes(padding, (Alignment - size % Alignment) % Alignment);
+    this->bytes(padding, padded(size) - size);
 }
 
 void MatOutput::element(Type type, const Contents &contents)
@@ -74,17 +82,27 @@ void MatOutput::element(Type type, const Contents &contents)
         m_size += counted.m_size;
 }
 
-void MatOutput::matrix(Class matrixClass, int rows, int columns, const Contents &contents,
-                       const QByteArray &name)
+void MatOutput::matrixHead(Class matrixClass, int rows, int columns, const QByteArray &name)
 {
-    element(Type::Matrix, [&](MatOutput &out) {
-        const quint32 flags[]{static_cast<quint32>(matrixClass), 0};
-        out.data(Type::UInt32, flags, sizeof flags);
-        const qint32 dimensions[]{rows, columns};
-        out.data(Type::Int32, dimensions, sizeof dimensions);
-        out.data(Type::Int8, name.constData(), name.size());
-        contents(out);
-    });
+    const quint32 flags[]{static_cast<quint32>(matrixClass), 0};
+    data(Type::UInt32, flags, sizeof flags);
+    const qint32 dimensions[]{rows, columns};
+    data(Type::Int32, dimensions, sizeof dimensions);
+    data(Type::Int8, name.constData(), name.size());
+}
+
+/// A matrix whose size needs no counting; most are.
+void MatOutput::leaf(Class matrixClass, int rows, int columns, Type type, int elementSize,
+                     const void *elements)
+{
+    const qint64 size = qint64(rows) * columns * elementSize;
+    tag(Type::Matrix, LeafHeadSize + padded(size));
+    if (!m_buffer) {
+        m_size += LeafHeadSize + padded(size);
+        return;
+    }
+    matrixHead(matrixClass, rows, columns);
+    data(type, elements, size);
 }
 
 void MatOutput::fileHeader()
@@ -99,34 +117,45 @@ void MatOutput::fileHeader()
     bytes(words, sizeof words);
 }
 
-void MatOutput::structs(const QStringList &fields, int count, const Contents &values,
-                        const QByteArray &name)
+void MatOutput::structsHead(const QStringList &fields, int count, const QByteArray &name)
 {
-    QByteArray names;
     int longest = 0;
     for (const QString &field : fields)
         longest = std::max(longest, field.size());
     const int size = longest + 1; // each ends with a zero
-    for (const QString &field : fields)
-        names += field.toLatin1().leftJustified(size, '\0');
-    matrix(
-        Class::Struct, 1, count,
-        [&](MatOutput &out) {
-            // The size in front of a number this small shares a word with its type.
-            const quint32 words[]{static_cast<quint32>(Type::Int32) | sizeof(qint32) << 16,
-                                  static_cast<quint32>(size)};
-            out.bytes(words, sizeof words);
-            out.data(Type::Int8, names.constData(), names.size());
-            values(out);
-        },
-        name);
+    QByteArray names(fields.size() * size, '\0');
+    for (int i = 0; i < fields.size(); ++i)
+        names.replace(i * size, fields.at(i).size(), fields.at(i).toLatin1());
+    matrixHead(Class::Struct, 1, count, name);
+    // The size of a number this small shares a word with its type.
+    const quint32 words[]{static_cast<quint32>(Type::Int32) | sizeof(qint32) << 16,
+                          static_cast<quint32>(size)};
+    bytes(words, sizeof words);
+    data(Type::Int8, names.constData(), names.size());
+}
+
+void MatOutput::structs(const QStringList &fields, int count, const Contents &values)
+{
+    element(Type::Matrix, [&](MatOutput &out) {
+        out.structsHead(fields, count);
+        values(out);
+    });
+}
+
+void MatOutput::variable(const QByteArray &name, const QStringList &fields, int count,
+                         const Contents &values, qint64 valuesSize)
+{
+    MatOutput head;
+    head.structsHead(fields, count, name);
+    tag(Type::Matrix, head.m_size + valuesSize);
+    structsHead(fields, count, name);
+    values(*this);
 }
 
 void MatOutput::text(const QString &text)
 {
-    matrix(Class::Char, text.isEmpty() ? 0 : 1, text.size(), [&](MatOutput &out) {
-        out.data(Type::Utf16, text.utf16(), text.size() * int(sizeof(ushort)));
-    });
+    leaf(Class::Char, text.isEmpty() ? 0 : 1, text.size(), Type::Utf16, sizeof(ushort),
+         text.utf16());
 }
 
 void MatOutput::value(const QJsonValue &json)
@@ -135,16 +164,16 @@ void MatOutput::value(const QJsonValue &json)
     case QJsonValue::String:
         text(json.toString());
         return;
-    case QJsonValue::Double:
-        matrix(Class::Double, 1, 1, [number = json.toDouble()](MatOutput &out) {
-            out.data(Type::Double, &number, sizeof number);
-        });
+    case QJsonValue::Double: {
+        const double number = json.toDouble();
+        leaf(Class::Double, 1, 1, Type::Double, sizeof number, &number);
         return;
-    case QJsonValue::Bool:
-        matrix(Class::Logical, 1, 1, [byte = char(json.toBool())](MatOutput &out) {
-            out.data(Type::UInt8, &byte, sizeof byte);
-        });
+    }
+    case QJsonValue::Bool: {
+        const char byte = json.toBool() ? 1 : 0;
+        leaf(Class::Logical, 1, 1, Type::UInt8, sizeof byte, &byte);
         return;
+    }
     case QJsonValue::Object: {
         const QJsonObject object = json.toObject();
         structs(matFieldNames(object.keys()), 1, [&object](MatOutput &out) {
@@ -154,13 +183,15 @@ void MatOutput::value(const QJsonValue &json)
         return;
     }
     default:
-        matrix(Class::Double, 0, 0, [](MatOutput &out) { out.data(Type::Double, nullptr, 0); });
+        leaf(Class::Double, 0, 0, Type::Double, sizeof(double), nullptr);
     }
 }
 
 void MatOutput::column(const QVector<double> &samples)
 {
-    matrix(Class::Double, samples.size(), 1, [&](MatOutput &out) { out.samples(samples); });
+    tag(Type::Matrix, LeafHeadSize + qint64(samples.size()) * qint64(sizeof(double)));
+    matrixHead(Class::Double, samples.size(), 1);
+    this->samples(samples);
 }
 
 void MatOutput::samples(const QVector<double> &samples)
@@ -189,15 +220,20 @@ QStringList matFieldNames(const QStringList &names)
 {
     constexpr int longest = 63;
     constexpr int longestSuffix = 7; // of a million names, and they still get fields of their own
-    static const QRegularExpression odd(QStringLiteral("[^A-Za-z0-9_]"));
-    static const QRegularExpression letter(QStringLiteral("\\A[A-Za-z]"));
+    const auto isLetter = [](QChar c) {
+        return (c >= QLatin1Char('A') && c <= QLatin1Char('Z'))
+            || (c >= QLatin1Char('a') && c <= QLatin1Char('z'));
+    };
     QStringList fields;
     // No hashes, since a file may choose the names.
     std::set<QString> taken;
     QMap<QString, int> nextNumbers; // by what is left of a name before any suffix
     for (QString name : names) {
-        name.replace(odd, QStringLiteral("_"));
-        if (!letter.match(name).hasMatch())
+        for (QChar &c : name) {
+            if (!isLetter(c) && !(c >= QLatin1Char('0') && c <= QLatin1Char('9')))
+                c = QLatin1Char('_');
+        }
+        if (name.isEmpty() || !isLetter(name.front()))
             name.prepend(QLatin1Char('x'));
         QString field = name.left(longest);
         int &number = nextNumbers[name.left(longest - longestSuffix)];

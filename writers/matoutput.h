@@ -30,10 +30,12 @@ public:
     /// What every file begins with.
     void fileHeader();
     /// A row of \a count structs with \a fields, as matFieldNames() makes them. \a values writes
-    /// the fields of the first struct, then those of the next. \a name is for variables of the file
-    /// alone.
-    void structs(const QStringList &fields, int count, const Contents &values,
-                 const QByteArray &name = {});
+    /// the fields of the first struct, then those of the next.
+    void structs(const QStringList &fields, int count, const Contents &values);
+    /// The same for a variable of the file, with its \a name, and the size of what \a values
+    /// writes.
+    void variable(const QByteArray &name, const QStringList &fields, int count,
+                  const Contents &values, qint64 valuesSize);
     /// The same as \a json: a text, a number, a logical, a struct, or an empty matrix for null.
     void value(const QJsonValue &json);
     /// A column vector, with NaN where a sample is missing: the only sign for it that others know.
@@ -43,12 +45,14 @@ private:
     enum class Type : quint32;
     enum class Class : quint32;
 
-    void bytes(const void *bytes, int size);
+    void bytes(const void *bytes, qint64 size);
     void tag(Type type, qint64 size);
-    void data(Type type, const void *bytes, int size);
+    void data(Type type, const void *bytes, qint64 size);
     void element(Type type, const Contents &contents);
-    void matrix(Class matrixClass, int rows, int columns, const Contents &contents,
-                const QByteArray &name = {});
+    void matrixHead(Class matrixClass, int rows, int columns, const QByteArray &name = {});
+    void structsHead(const QStringList &fields, int count, const QByteArray &name = {});
+    void leaf(Class matrixClass, int rows, int columns, Type type, int elementSize,
+              const void *elements);
     void text(const QString &text);
     void samples(const QVector<double> &samples);
 

@@ -59,10 +59,31 @@ void MatWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
     m_laps.emplace_back(number, std::move(lap));
 }
 
-void MatWriter::describe(MatOutput &out) const
+void MatWriter::writeLaps(MatOutput &out) const
 {
     const ChannelStructs recorded(m_channels, false);
     const ChannelStructs calculated(m_channels, true);
+    for (const auto &[number, lap] : m_laps) {
+        const QJsonObject header = headerJson(*lap);
+        out.value(m_fileName);
+        out.value(number);
+        for (const char *key : {"header", "values", "calculatedValues"})
+            out.value(header.value(QLatin1String(key)));
+        recorded.write(*lap, out);
+        calculated.write(*lap, out);
+    }
+}
+
+bool MatWriter::finish(QString *problem)
+{
+    MatOutput counted;
+    writeLaps(counted);
+    constexpr qint64 headSize = 1024; // more than a file has before its laps
+    if (counted.size() > LargestVariable - headSize) {
+        *problem = QStringLiteral("a MAT file cannot contain more than 2 GB; use --split, or "
+                                  "choose fewer laps or channels");
+        return false;
+    }
     const QStringList fields{"file",
                              "lap",
                              "header",
@@ -72,34 +93,11 @@ void MatWriter::describe(MatOutput &out) const
                              "units",
                              "calculatedChannels",
                              "calculatedUnits"};
-    out.structs(
-        fields, int(m_laps.size()),
-        [&](MatOutput &laps) {
-            for (const auto &[number, lap] : m_laps) {
-                const QJsonObject header = headerJson(*lap);
-                laps.value(m_fileName);
-                laps.value(number);
-                for (const char *key : {"header", "values", "calculatedValues"})
-                    laps.value(header.value(QLatin1String(key)));
-                recorded.write(*lap, laps);
-                calculated.write(*lap, laps);
-            }
-        },
-        "laps");
-}
-
-bool MatWriter::finish(QString *problem)
-{
-    MatOutput counted;
-    describe(counted);
-    if (counted.size() > LargestVariable) {
-        *problem = QStringLiteral("a MAT file cannot contain more than 2 GB; use --split, or "
-                                  "choose fewer laps or channels");
-        return false;
-    }
     MatOutput out(m_buffer);
     out.fileHeader();
-    describe(out);
+    out.variable(
+        "laps", fields, int(m_laps.size()), [&](MatOutput &laps) { writeLaps(laps); },
+        counted.size());
     m_buffer.flush();
     return true;
 }

@@ -25,7 +25,7 @@ public:
     bool finish(QString *problem) override;
 
 private:
-    void describe(MatOutput &out) const;
+    void writeLaps(MatOutput &out) const;
 
     OutputBuffer m_buffer;
     QVector<ChosenChannel> m_channels;

@@ -14,7 +14,18 @@ QString pageFile()
 /// \a data as text that cannot end the element that contains it.
 QByteArray embeddable(const QJsonObject &data)
 {
-    return QJsonDocument(data).toJson(QJsonDocument::Compact).replace('<', "\\u003c");
+    // Not replaced in place: that would move the rest of a long text again and again.
+    const QByteArray json = QJsonDocument(data).toJson(QJsonDocument::Compact);
+    const QByteArray escaped = "\\u003c";
+    QByteArray text;
+    text.reserve(json.size() + json.count('<') * (escaped.size() - 1));
+    for (const char c : json) {
+        if (c == '<')
+            text += escaped;
+        else
+            text += c;
+    }
+    return text;
 }
 
 } // namespace

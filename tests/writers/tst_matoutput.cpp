@@ -47,15 +47,13 @@ MatVariable readBack(const MatOutput::Contents &values, int count = 1)
     if (!file.open(false, &problem))
         return nullptr;
     OutputBuffer buffer(file);
+    MatOutput counted;
+    values(counted);
     MatOutput out(buffer);
     out.fileHeader();
-    out.structs({"it"}, count, values, "them");
+    out.variable("them", {"it"}, count, values, counted.size());
     buffer.flush();
-    MatOutput counted;
-    counted.fileHeader();
-    counted.structs({"it"}, count, values, "them");
-    if (!file.commit(&problem) || out.size() != counted.size()
-        || QFileInfo(name).size() != counted.size())
+    if (!file.commit(&problem) || QFileInfo(name).size() != out.size())
         return nullptr;
     mat_t *mat = Mat_Open(QFile::encodeName(name).constData(), MAT_ACC_RDONLY);
     MatVariable read(mat ? Mat_VarRead(mat, "them") : nullptr);
@@ -187,17 +185,22 @@ void tst_MatOutput::structs()
     const MatVariable read = readBack(
         [](MatOutput &out) {
             out.value(QStringLiteral("first"));
-            out.value(2);
+            out.structs({"a", "longer"}, 1, [](MatOutput &fields) {
+                fields.value(1);
+                fields.value(2);
+            });
         },
         2);
     QVERIFY(read);
     QCOMPARE(read->dims[0], std::size_t(1));
     QCOMPARE(read->dims[1], std::size_t(2));
     const matvar_t *first = Mat_VarGetStructFieldByName(read.get(), "it", 0);
-    const matvar_t *second = Mat_VarGetStructFieldByName(read.get(), "it", 1);
+    matvar_t *second = Mat_VarGetStructFieldByName(read.get(), "it", 1);
     QVERIFY(first && second);
     QCOMPARE(first->dims[1], std::size_t(5));
-    QCOMPARE(*static_cast<double *>(second->data), 2.0);
+    const matvar_t *inner = Mat_VarGetStructFieldByName(second, "longer", 0);
+    QVERIFY(inner);
+    QCOMPARE(*static_cast<double *>(inner->data), 2.0);
 }
 
 NAPAMMUL_TEST(tst_MatOutput)

@@ -22,6 +22,24 @@ QByteArray recordingOfALongText()
     return recording.ticks(100).bytes();
 }
 
+/// Many laps of a few ticks and of many channels: more than its samples, it takes what is kept of
+/// each channel of each lap.
+QByteArray recordingOfManyShortLaps()
+{
+    QVector<RecordingVariable> variables{{"IsOnTrack", irsdk_bool},
+                                         {"Lap", irsdk_int},
+                                         {"LapDistPct", irsdk_float},
+                                         {"LapCurrentLapTime", irsdk_float}};
+    for (int i = 0; i < 300; ++i)
+        variables.append({"Channel" + QByteArray::number(i)});
+    Recording recording = Recording::empty();
+    recording.variables(variables).sessionInfo(Recording::plainSessionInfo());
+    recording.set("IsOnTrack", 1).set("LapDistPct", 0.5);
+    return recording
+        .ticks(2000, [](Recording &r, int tick) { r.set("LapCurrentLapTime", tick % 2 ? 1 : 10); })
+        .bytes();
+}
+
 } // namespace
 
 class tst_ZepimportMemory : public QObject
@@ -32,6 +50,8 @@ private Q_SLOTS:
     void initTestCase();
     void everyFileIsTold_data();
     void everyFileIsTold();
+    void exportNeedsNoMoreThanTheImport_data();
+    void exportNeedsNoMoreThanTheImport();
     void failingAllocations_data();
     void failingAllocations();
 
@@ -64,6 +84,7 @@ void tst_ZepimportMemory::initTestCase()
         return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
     };
     QVERIFY(write("long.ibt", recordingOfALongText()));
+    QVERIFY(write("many.ibt", recordingOfManyShortLaps()));
     Recording sound;
     QVERIFY(write("sound.ibt", sound.set("IsOnTrack", 1).ticks(100).bytes()));
 
@@ -102,6 +123,30 @@ void tst_ZepimportMemory::everyFileIsTold()
     }
     QVERIFY(complaints > 0);
     QVERIFY(whole > 0);
+}
+
+void tst_ZepimportMemory::exportNeedsNoMoreThanTheImport_data()
+{
+    QTest::addColumn<QString>("format");
+    for (const char *format : {"csv", "json", "mat"})
+        QTest::newRow(format) << format;
+}
+
+void tst_ZepimportMemory::exportNeedsNoMoreThanTheImport()
+{
+    QFETCH(QString, format);
+    int needed = m_least;
+    while (run(needed, {"laps", "--best", "many.ibt"}).exitCode != 0 && needed < 1000)
+        needed += 10;
+    QVERIFY(needed > m_least + 50);
+    QVERIFY(needed < 1000);
+
+    constexpr int margin = 40; // the larger part for what the writer collects before it writes
+    const QString name = QStringLiteral("many.") + format;
+    const Outcome outcome =
+        run(needed + margin, {"export", "many.ibt", "--format", format, "-o", name});
+    QCOMPARE(outcome.errors, QString());
+    QCOMPARE(outcome.exitCode, 0);
 }
 
 void tst_ZepimportMemory::failingAllocations_data()
