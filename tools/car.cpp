@@ -58,6 +58,12 @@ void Car::fitTyres()
     }
 }
 
+void Car::putAt(double distance)
+{
+    m_state.distance = distance;
+    m_state.speed = 0;
+}
+
 void Car::drive(double targetSpeed, double right, double slant, double seconds)
 {
     operate(targetSpeed, seconds);
@@ -135,7 +141,7 @@ void Car::place(double slant, double seconds)
 {
     CarState &s = m_state;
     const CircuitPoint point = m_circuit.at(s.distance);
-    const GlobePoint globe = Circuit::globe(point, s.right);
+    const GlobePoint globe = m_circuit.globe(point, s.right);
     s.x = point.x;
     s.y = point.y;
     s.latitude = globe.latitude;

@@ -77,6 +77,8 @@ public:
     void fillUp(double litres);
     /// Fits four new tyres.
     void fitTyres();
+    /// Puts the car \a distance metres past the line, where it stands.
+    void putAt(double distance);
     /// Moves the car on by \a seconds. It gets as close to \a targetSpeed (m/s) as it can. It is
     /// then \a right metres to the right of the centre line, and that distance changes by \a slant
     /// metres per metre.

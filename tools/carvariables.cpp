@@ -96,9 +96,9 @@ void DemoVariables::addMotion()
     moving("RollRate", irsdk_float, "rad/s", "Rate of roll",
            [](const Drive &d, int) { return d.car().rollRate; });
     moving("Lat", irsdk_double, "deg", "Latitude",
-           [](const Drive &d, int) { return d.inWorld() ? d.car().latitude : 0; });
+           [](const Drive &d, int) { return d.latitude(); });
     moving("Lon", irsdk_double, "deg", "Longitude",
-           [](const Drive &d, int) { return d.inWorld() ? d.car().longitude : 0; });
+           [](const Drive &d, int) { return d.longitude(); });
     moving("Alt", irsdk_float, "m", "Altitude",
            [](const Drive &d, int) { return d.inWorld() ? d.car().altitude : 0; });
     moving("VelocityX", irsdk_float, "m/s", "Velocity forward",
@@ -208,7 +208,7 @@ void DemoVariables::addAdjustments()
     fixed("P2P_Count", irsdk_int, "", "Uses of the boost");
 }
 
-void DemoVariables::addWheels()
+void DemoVariables::addWheels(bool surfaceTemperatures)
 {
     using Source = DemoVariable::Source;
     struct Quantity {
@@ -241,11 +241,11 @@ void DemoVariables::addWheels()
          }},
         {"tempC", "C", "Tyre carcass temperature",
          [](const Drive &d, int i) {
-             return d.car().wheels[std::size_t(i / 3)].carcass[std::size_t(i % 3)];
+             return d.seenTyres()[std::size_t(i / 3)].carcass[std::size_t(i % 3)];
          }},
         {"wear", "%", "Tread that is left",
          [](const Drive &d, int i) {
-             return d.car().wheels[std::size_t(i / 3)].tread[std::size_t(i % 3)];
+             return d.seenTyres()[std::size_t(i / 3)].tread[std::size_t(i % 3)];
          }},
     };
     const char *const corners[] = {"LF", "RF", "LR", "RR"};
@@ -254,6 +254,8 @@ void DemoVariables::addWheels()
         for (const Quantity &each : quantities)
             moving(corner + each.name, irsdk_float, each.unit, each.desc, each.source, wheel);
         for (const Quantity &each : strips) {
+            if (!surfaceTemperatures && &each == strips)
+                continue;
             for (int strip = 0; strip < 3; ++strip)
                 moving(corner + each.name + "LMR"[strip], irsdk_float, each.unit, each.desc,
                        each.source, 3 * wheel + strip);

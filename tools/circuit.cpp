@@ -46,7 +46,7 @@ double between(double a, double b, double part)
 
 } // namespace
 
-Circuit::Circuit()
+Circuit::Circuit(const GlobePoint &line) : m_line(line)
 {
     constexpr int Steps = ControlCount * StepsPerControl;
     std::vector<Place> places(Steps + 1);
@@ -112,13 +112,13 @@ CircuitPoint Circuit::at(double distance) const
             between(a.slope, b.slope, part)};
 }
 
-GlobePoint Circuit::globe(const CircuitPoint &point, double right)
+GlobePoint Circuit::globe(const CircuitPoint &point, double right) const
 {
     const double x = point.x + right * std::sin(point.heading);
     const double y = point.y - right * std::cos(point.heading);
     const double east = x * std::sin(NorthOffset) - y * std::cos(NorthOffset);
     const double north = x * std::cos(NorthOffset) + y * std::sin(NorthOffset);
     constexpr double DegreesPerMetre = 180 / (Pi * EarthRadius);
-    return {Latitude + north * DegreesPerMetre,
-            Longitude + east * DegreesPerMetre / std::cos(Latitude * Pi / 180)};
+    return {m_line.latitude + north * DegreesPerMetre,
+            m_line.longitude + east * DegreesPerMetre / std::cos(m_line.latitude * Pi / 180)};
 }

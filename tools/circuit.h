@@ -29,6 +29,8 @@ public:
     static constexpr double EarthRadius = 6371008.8;
     static constexpr double Latitude = 47.318420; ///< of the start/finish line, degrees
     static constexpr double Longitude = -8.274610; ///< of the start/finish line, degrees
+    /// The start/finish line of a circuit of the same shape, far from the first one.
+    static constexpr GlobePoint Abroad{-32.704150, 149.511830};
     static constexpr double Altitude = 143.0; ///< of the start/finish line, m
 
     /// Where the pit lane begins, before the line, and ends, after it, m.
@@ -40,7 +42,10 @@ public:
     /// Speed limit between the two, m/s.
     static constexpr double PitSpeedLimit = 60 / 3.6;
 
-    Circuit();
+    /// \a line is the place of the start/finish line.
+    explicit Circuit(const GlobePoint &line = {Latitude, Longitude});
+
+    const GlobePoint &line() const { return m_line; }
 
     /// One lap, m.
     double length() const { return m_length; }
@@ -48,9 +53,10 @@ public:
     /// one of many laps.
     CircuitPoint at(double distance) const;
     /// The place on the globe \a right metres to the right of \a point.
-    static GlobePoint globe(const CircuitPoint &point, double right);
+    GlobePoint globe(const CircuitPoint &point, double right) const;
 
 private:
+    GlobePoint m_line;
     std::vector<CircuitPoint> m_points; ///< evenly spaced; one more than a lap
     double m_length = 0;
     double m_spacing = 0;

@@ -18,4 +18,15 @@ struct DemoOptions {
     /// Seconds from the first record to the end, wherever the car is then. Stint follows stint
     /// until then, and 'stints' is not used. 0 for a recording that ends with the last stint.
     double duration = 0;
+
+    // What recordings of the simulator have as well, and ibtgen does not write.
+
+    /// The carcass temperature and the tread of tyres change only while the car stands in the pits.
+    bool tyresAtStops = false;
+    bool surfaceTemperatures = true; ///< the car has sensors for the surface of its tyres
+    /// The driver has the car put back into the stall from the middle of the last lap. The record
+    /// of that moment, and of each in which the driver gets into the car, has a latitude, a
+    /// longitude and a distance of zero.
+    bool resets = false;
+    bool abroad = false; ///< another circuit of the same shape, on the other side of the globe
 };

@@ -28,7 +28,7 @@ bool writeAll(QIODevice *device, const char *bytes, qint64 size)
 bool writeDemoRecording(const DemoOptions &options, QIODevice *device)
 {
     Drive drive(options);
-    const DemoVariables variables;
+    const DemoVariables variables(options);
 
     Recording head = Recording::empty();
     head.tickRate(options.rate);

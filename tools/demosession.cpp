@@ -79,18 +79,18 @@ void addWeekend(SessionText &out, const Weekend &w, const Circuit &circuit)
 {
     const bool test = w.session == SessionKind::Testing;
     out.line(0, "WeekendInfo:");
-    out.entry(1, "TrackName", "thornmere club");
+    out.entry(1, "TrackName", w.abroad ? "saltbush club" : "thornmere club");
     out.entry(1, "TrackID", 9001);
     out.entry(1, "TrackLength", SessionText::number(circuit.length() / 1000, 2) + " km");
     out.entry(1, "TrackLengthOfficial", SessionText::number(circuit.length() / 1000, 2) + " km");
-    out.entry(1, "TrackDisplayName", "Thornmere Park");
-    out.entry(1, "TrackDisplayShortName", "Thornmere");
+    out.entry(1, "TrackDisplayName", w.abroad ? "Saltbush Downs" : "Thornmere Park");
+    out.entry(1, "TrackDisplayShortName", w.abroad ? "Saltbush" : "Thornmere");
     out.entry(1, "TrackConfigName", "Club");
     out.entry(1, "TrackCity", "Ellwick");
     out.entry(1, "TrackCountry", "Norland");
     out.entry(1, "TrackAltitude", SessionText::number(Circuit::Altitude, 2) + " m");
-    out.entry(1, "TrackLatitude", SessionText::number(Circuit::Latitude, 6) + " m");
-    out.entry(1, "TrackLongitude", SessionText::number(Circuit::Longitude, 6) + " m");
+    out.entry(1, "TrackLatitude", SessionText::number(circuit.line().latitude, 6) + " m");
+    out.entry(1, "TrackLongitude", SessionText::number(circuit.line().longitude, 6) + " m");
     out.entry(1, "TrackNorthOffset", SessionText::number(Circuit::NorthOffset, 4) + " rad");
     out.entry(1, "TrackNumTurns", 8);
     out.entry(1, "TrackPitSpeedLimit",

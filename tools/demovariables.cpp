@@ -40,7 +40,7 @@ double sessionFlags(const Drive &d)
 
 } // namespace
 
-DemoVariables::DemoVariables()
+DemoVariables::DemoVariables(const DemoOptions &options)
 {
     addSession();
     addComputer();
@@ -53,7 +53,7 @@ DemoVariables::DemoVariables()
     addSteeringWheel();
     addAdjustments();
     addEngine();
-    addWheels();
+    addWheels(options.surfaceTemperatures);
 }
 
 void DemoVariables::fixed(const QByteArray &name, qint32 type, const char *unit, const char *desc,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/demooptions.h"
 #include "tools/recording.h"
 
 #include <QVector>
@@ -21,7 +22,7 @@ struct DemoVariable {
 class DemoVariables
 {
 public:
-    DemoVariables();
+    explicit DemoVariables(const DemoOptions &options);
 
     const QVector<DemoVariable> &list() const { return m_list; }
 
@@ -43,7 +44,7 @@ private:
     void addEngine();
     void addSteeringWheel();
     void addAdjustments();
-    void addWheels();
+    void addWheels(bool surfaceTemperatures);
 
     QVector<DemoVariable> m_list;
 };

@@ -36,15 +36,18 @@ bool isRace(const DemoOptions &options)
 } // namespace
 
 Drive::Drive(const DemoOptions &options)
-    : m_options(options), m_random(options.seed), m_weekend(options), m_pace(m_circuit),
-      m_car(m_circuit, m_random, m_weekend.airTemperature,
-            isRace(options) ? -Circuit::GridSlot : -Circuit::PitStall),
+    : m_options(options), m_random(options.seed), m_weekend(options),
+      m_circuit(options.abroad ? Circuit::Abroad
+                               : GlobePoint{Circuit::Latitude, Circuit::Longitude}),
+      m_pace(m_circuit), m_car(m_circuit, m_random, m_weekend.airTemperature,
+                               isRace(options) ? -Circuit::GridSlot : -Circuit::PitStall),
       m_laps(m_random), m_firstTick(std::int32_t(FirstSecond * options.rate)), m_tick(m_firstTick)
 {
     m_startRight = isRace(options) ? GridWidth : LaneWidth;
     addStint(0);
     begin(m_steps.front());
     stand(1);
+    m_tyresAtStop = car().wheels;
 }
 
 bool Drive::advance()
@@ -59,10 +62,13 @@ bool Drive::advance()
     if (last)
         return false;
 
+    m_isNowhere = false;
     if (stepDone()) {
         if (m_step + 1 == m_steps.size())
             addStint(m_stints);
+        const bool wasInCar = inCar();
         begin(m_steps[++m_step]);
+        m_isNowhere = m_options.resets && !wasInCar && inCar();
     }
     // The car's lags and the driver's corrections need steps no longer than these.
     constexpr int LeastRate = 60;
@@ -77,6 +83,8 @@ bool Drive::advance()
             stand(seconds);
     }
     ++m_tick;
+    if (m_steps[m_step].kind != Kind::Run)
+        m_tyresAtStop = car().wheels;
 
     const double best = m_laps.deltaToBest();
     const double toLast = m_laps.deltaToLast();
@@ -198,8 +206,18 @@ void Drive::run(double seconds)
     const double lap = m_circuit.length();
     if (std::floor(car().distance / lap) > std::floor(before / lap))
         crossLine(seconds);
+    constexpr double ResetBefore = 0.4; // of a lap, before the stall
+    if (m_options.resets && isLastStep() && car().distance > m_stop - ResetBefore * lap)
+        reset();
     if (stepDone())
         m_startRight = LaneWidth;
+}
+
+// The car stands in its stall, as if it had been driven there.
+void Drive::reset()
+{
+    m_car.putAt(m_stop);
+    m_isNowhere = true;
 }
 
 void Drive::crossLine(double seconds)
@@ -244,6 +262,12 @@ bool Drive::stepDone() const
     if (step.kind == Kind::Run)
         return car().distance > m_stop - 0.05 && car().speed <= 0;
     return m_stepTime >= step.seconds;
+}
+
+// The last run, or what follows it.
+bool Drive::isLastStep() const
+{
+    return m_stints >= m_options.stints && m_step + 2 >= m_steps.size();
 }
 
 // Litres for an out-lap, the timed laps and an in-lap.
@@ -304,6 +328,8 @@ double Drive::lapDistance() const
 {
     if (!inWorld())
         return -1;
+    if (m_isNowhere)
+        return 0;
     const double lap = m_circuit.length();
     return car().distance - std::floor(car().distance / lap) * lap;
 }
@@ -311,4 +337,19 @@ double Drive::lapDistance() const
 double Drive::lapFraction() const
 {
     return inWorld() ? lapDistance() / m_circuit.length() : -1;
+}
+
+double Drive::latitude() const
+{
+    return inWorld() && !m_isNowhere ? car().latitude : 0;
+}
+
+double Drive::longitude() const
+{
+    return inWorld() && !m_isNowhere ? car().longitude : 0;
+}
+
+const std::array<Wheel, 4> &Drive::seenTyres() const
+{
+    return m_options.tyresAtStops ? m_tyresAtStop : car().wheels;
 }

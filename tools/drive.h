@@ -8,6 +8,7 @@
 #include "tools/random.h"
 #include "tools/weekend.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -58,8 +59,15 @@ public:
     bool onPitRoad() const;
     bool serviced() const; ///< the crew is at work
     TrackSurface surface() const;
-    double lapDistance() const; ///< m past the line, from 0 to less than a lap; -1 without a car
+    /// The simulator does not know where the car is: for one tick, while it is put somewhere.
+    bool isNowhere() const { return m_isNowhere; }
+    /// The tyres as sensors or the crew last saw their carcass and their tread.
+    const std::array<Wheel, 4> &seenTyres() const;
+    /// m past the line, from 0 to less than a lap; -1 without a car, 0 for one that is nowhere
+    double lapDistance() const;
     double lapFraction() const; ///< the same as a fraction of the lap
+    double latitude() const; ///< degrees; 0 without a car, and for one that is nowhere
+    double longitude() const; ///< the same
     double lossToBest() const { return m_lossToBest; } ///< change of laps().deltaToBest(), s/s
     double lossToLast() const { return m_lossToLast; } ///< change of laps().deltaToLast(), s/s
     /// Evenly distributed over [0, 1), new at every tick: for values that look like noise.
@@ -81,6 +89,8 @@ private:
     void crossLine(double seconds);
     double targetSpeed() const;
     bool stepDone() const;
+    bool isLastStep() const;
+    void reset();
     double fuelForStint() const;
 
     DemoOptions m_options;
@@ -95,6 +105,8 @@ private:
     std::size_t m_step = 0;
     int m_stints = 0; // planned so far
     double m_stepTime = 0; // since the step began
+    bool m_isNowhere = false;
+    std::array<Wheel, 4> m_tyresAtStop; // when the car last stood in the pits
 
     std::int32_t m_firstTick;
     std::int32_t m_tick;

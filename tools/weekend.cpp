@@ -11,7 +11,8 @@ constexpr std::int64_t Day = 86400;
 } // namespace
 
 Weekend::Weekend(const DemoOptions &options)
-    : session(options.session), sessionNum(0), playerCarIdx(3), raceLaps(0), cars(6)
+    : session(options.session), sessionNum(0), playerCarIdx(3), raceLaps(0), abroad(options.abroad),
+      cars(6)
 {
     switch (session) {
     case SessionKind::Testing:

@@ -12,6 +12,7 @@ struct Weekend {
     int sessionNum; ///< number of the session that is driven; the weekend may have earlier ones
     int playerCarIdx;
     int raceLaps; ///< of a race that ends by laps; 0 for other sessions
+    bool abroad; ///< the circuit is the one on the other side of the globe
     int cars; ///< in the session, including the player's
     std::int64_t startDate; ///< seconds since 1970-01-01 UTC
     double timeOfDay; ///< in the simulated world, seconds since midnight

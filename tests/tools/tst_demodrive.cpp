@@ -52,6 +52,10 @@ private slots:
     void stints();
     void sessionStates_data();
     void sessionStates();
+    void tyresSeenAtStops();
+    void withoutSurfaceTemperatures();
+    void placesAtResets();
+    void abroad();
 
 private:
     QScopedPointer<DemoFile> m_practice;
@@ -359,6 +363,82 @@ void tst_DemoDrive::sessionStates()
         }
     }
     QCOMPARE(seen, states);
+}
+
+void tst_DemoDrive::tyresSeenAtStops()
+{
+    DemoOptions options = shortDrive(SessionKind::Race);
+    options.tyresAtStops = true;
+    const DemoFile demo(options);
+    const QVector<double> onPitRoad = demo.values("OnPitRoad");
+    const QVector<double> speed = demo.values("Speed");
+    const QVector<double> lap = demo.values("Lap");
+    for (const char *name : {"LFtempCM", "RRwearL"}) {
+        const QVector<double> values = demo.values(name);
+        QSet<double> seen{values.first()};
+        for (int i = 1; i < demo.records; ++i) {
+            if (values[i] == values[i - 1])
+                continue;
+            seen.insert(values[i]);
+            const bool isStop = speed[i] < 0.5 && (onPitRoad[i] == 1 || lap[i] == 0);
+            QVERIFY2(isStop, qPrintable(QStringLiteral("%1 at %2").arg(name).arg(i)));
+        }
+        QVERIFY2(seen.size() > 1, name);
+    }
+}
+
+void tst_DemoDrive::withoutSurfaceTemperatures()
+{
+    DemoOptions options = shortDrive();
+    options.surfaceTemperatures = false;
+    const DemoFile demo(options);
+    QCOMPARE(demo.table.size(), m_practice->table.size() - 12);
+    QVERIFY(demo.values("LFtempM").isEmpty());
+    QCOMPARE(demo.values("LFtempCM"), m_practice->values("LFtempCM"));
+}
+
+// One record each time the driver gets into the car, and one when the car is put back into its
+// stall.
+void tst_DemoDrive::placesAtResets()
+{
+    DemoOptions options = shortDrive();
+    options.resets = true;
+    const DemoFile demo(options);
+    const QVector<double> latitude = demo.values("Lat");
+    const QVector<double> longitude = demo.values("Lon");
+    const QVector<double> distance = demo.values("LapDist");
+    const QVector<double> inCar = demo.values("IsOnTrack");
+    const double length = Circuit().length();
+    int gettingIn = 0;
+    int resets = 0;
+    for (int i = 1; i < demo.records; ++i) {
+        if (inCar[i] == 0 || latitude[i] != 0)
+            continue;
+        QCOMPARE(longitude[i], 0.0);
+        QCOMPARE(distance[i], 0.0);
+        QVERIFY(latitude[i + 1] != 0);
+        ++(inCar[i - 1] == 0 ? gettingIn : resets);
+        if (inCar[i - 1] != 0) {
+            QVERIFY(distance[i - 1] > 0.5 * length && distance[i - 1] < 0.7 * length);
+            QVERIFY(std::fabs(distance[i + 1] - (length - Circuit::PitStall)) < 0.1);
+        }
+    }
+    QCOMPARE(gettingIn, 2);
+    QCOMPARE(resets, 1);
+}
+
+void tst_DemoDrive::abroad()
+{
+    DemoOptions options = shortDrive();
+    options.abroad = true;
+    const DemoFile demo(options);
+    QVERIFY(demo.text.contains(" TrackDisplayName: Saltbush Downs\n"));
+    QVERIFY(demo.text.contains(" TrackLatitude: -32.704150 m\n"));
+    QCOMPARE(demo.values("Speed"), m_practice->values("Speed"));
+    const QVector<double> latitude = demo.values("Lat");
+    const QVector<double> there = m_practice->values("Lat");
+    for (int i = 0; i < demo.records; ++i)
+        QVERIFY(latitude[i] == there[i] || std::fabs(there[i] - latitude[i] - 80.02) < 0.01);
 }
 
 NAPAMMUL_TEST(tst_DemoDrive)
