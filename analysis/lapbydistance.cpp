@@ -1,6 +1,7 @@
 #include "analysis/lapbydistance.h"
 
 #include "analysis/ticktrace.h"
+#include "analysis/unitfactor.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,8 +9,10 @@
 
 namespace {
 
-/// The part of a lap that may be missing at its end.
-constexpr double MissingPart = 0.02;
+QString unknownUnitProblem(const QString &units)
+{
+    return QStringLiteral("cannot be compared: %1, which is not known here").arg(units);
+}
 
 } // namespace
 
@@ -18,11 +21,18 @@ std::optional<LapByDistance> LapByDistance::of(const ZEP::Lap &lap, QString *pro
     const double length = trackLength(lap);
     const TickTrace trace = tickTrace(lap, length);
     const auto speed = lap.channel(QStringLiteral("speed"));
+    const auto factor = unitFactor(speed ? speed->unit() : QString(), QStringLiteral("m/s"));
+    if (!factor) {
+        *problem = unknownUnitProblem(QStringLiteral("speed is in ") % speed->unit());
+        return std::nullopt;
+    }
     if (trace.distance.isEmpty() || trace.time.isEmpty() || !speed || !(length > 0)) {
-        *problem = QStringLiteral("has no %1")
-                       .arg(!speed                     ? "speed"
-                                : trace.time.isEmpty() ? "time"
-                                                       : "distance");
+        *problem = !trace.unknownUnits.isEmpty()
+            ? unknownUnitProblem(trace.unknownUnits)
+            : QStringLiteral("has no %1")
+                  .arg(!speed                     ? "speed"
+                           : trace.time.isEmpty() ? "time"
+                                                  : "distance");
         return std::nullopt;
     }
 
@@ -40,16 +50,19 @@ std::optional<LapByDistance> LapByDistance::of(const ZEP::Lap &lap, QString *pro
             continue;
         curve.m_distances.push_back(distance);
         curve.m_times.push_back(time);
-        curve.m_speeds.push_back(speed->sample(i));
+        curve.m_speeds.push_back(*factor * speed->sample(i));
     }
-    const bool isLine = curve.m_distances.size() >= 2;
-    if (!isLine || !trace.isFromLine || curve.m_distances.back() < (1 - MissingPart) * length) {
-        *problem = isLine
-            ? QStringLiteral("does not go from line to line, but from %1 m to %2 m of %3 m")
-                  .arg(curve.m_distances.front(), 0, 'f', 0)
-                  .arg(curve.m_distances.back(), 0, 'f', 0)
-                  .arg(length, 0, 'f', 0)
-            : QStringLiteral("has no distance");
+    const std::size_t count = curve.m_distances.size();
+    if (count < 2) {
+        *problem = QStringLiteral("has no distance");
+        return std::nullopt;
+    }
+    const double last = curve.m_distances.back();
+    if (!trace.isFromLine || !endsAtLine(curve.m_distances[count - 2], last, length)) {
+        *problem = QStringLiteral("does not go from line to line, but from %1 m to %2 m of %3 m")
+                       .arg(curve.m_distances.front(), 0, 'f', 0)
+                       .arg(last, 0, 'f', 0)
+                       .arg(length, 0, 'f', 0);
         return std::nullopt;
     }
     return curve;

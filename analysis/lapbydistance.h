@@ -14,8 +14,9 @@
 class LapByDistance
 {
 public:
-    /// From the tickTrace() of \a lap and its channel "speed" in m/s. If there is no result,
-    /// \a problem says what the lap lacks: one of them, or a part of the way from line to line.
+    /// From the tickTrace() of \a lap and its channel "speed", in any unit that unitFactor() knows.
+    /// If there is no result, \a problem says what the lap lacks: one of them, a unit that is
+    /// known, or a part of the way from line to line.
     static std::optional<LapByDistance> of(const ZEP::Lap &lap, QString *problem);
 
     /// Metres from line to line.

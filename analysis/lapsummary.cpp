@@ -2,6 +2,8 @@
 
 #include "analysis/lapquantities.h"
 
+#include <algorithm>
+
 namespace {
 
 std::optional<Quantity> topSpeed(const ZEP::Lap &lap)
@@ -18,14 +20,82 @@ std::optional<Quantity> topSpeed(const ZEP::Lap &lap)
     return top;
 }
 
-std::optional<Quantity> fuelUsed(const ZEP::Lap &lap)
+/// What \a channel rises by in total. A rise of less than a fiftieth of a litre, in whatever unit,
+/// is no refuelling but the noise of a sensor.
+double totalRise(const ZEP::Channel &channel)
+{
+    constexpr double Flutter = 0.02;
+    double total = 0;
+    std::optional<double> low; // since the last rise
+    double high = 0; // since the last low
+    const auto end = [&](double level) {
+        if (low && high - *low >= Flutter)
+            total += high - *low;
+        low = high = level;
+    };
+    for (int i = 0; i < channel.data.size(); ++i) {
+        if (!channel.isValid(i))
+            continue;
+        const double level = channel.sample(i);
+        if (!low || level < *low || high - level >= Flutter)
+            end(level);
+        high = std::max(high, level);
+    }
+    end(0);
+    return total;
+}
+
+void summarizeFuel(const ZEP::Lap &lap, LapSummary *summary)
 {
     const QString level = QStringLiteral("fuellevel");
     const std::optional<Quantity> first = firstOf(lap, level);
     const std::optional<Quantity> last = lastOf(lap, level);
     if (!first || !last)
+        return;
+    const double added = totalRise(*lap.channel(level));
+    if (added > 0)
+        summary->fuelAdded = Quantity{added, first->unit};
+    summary->fuelUsed = Quantity{first->value - last->value + added, first->unit};
+}
+
+/// What is recorded of \a lap, if that is only a part of what its time is for.
+std::optional<LapPart> partialLap(const ZEP::Lap &lap)
+{
+    if (!lap.getCompleted() || !lapTime(lap))
         return std::nullopt;
-    return Quantity{first->value - last->value, first->unit};
+    const std::optional<LapPart> part = recordedPart(lap);
+    return part && !part->isWhole ? part : std::nullopt;
+}
+
+/// The kind of \a lap, of which only \a part may have been recorded.
+LapKind kindOf(const ZEP::Lap &lap, const std::optional<LapPart> &part)
+{
+    if (lap.size() == 0)
+        return LapKind::Empty;
+    if (!lap.getCompleted())
+        return LapKind::Unfinished;
+    if (part)
+        return LapKind::Partial;
+    switch (lap.getLapType()) {
+    case ZEP::LapTypeOutLap:
+        return LapKind::OutLap;
+    case ZEP::LapTypeTimed:
+        return LapKind::Timed;
+    case ZEP::LapTypeNotSet:
+        break;
+    }
+    return LapKind::Other;
+}
+
+/// How many laps were driven between \a lap and \a next that are in neither.
+int lapsBetween(const ZEP::Lap &lap, const ZEP::Lap &next)
+{
+    constexpr double Most = 100; // more means that it does not count laps
+    const QString counter = QStringLiteral("lap");
+    const std::optional<Quantity> last = lastOf(lap, counter);
+    const std::optional<Quantity> first = firstOf(next, counter);
+    const double between = last && first ? first->value - last->value - 1 : 0;
+    return between > 0 && between <= Most ? int(between) : 0;
 }
 
 } // namespace
@@ -37,6 +107,8 @@ QString lapKindName(LapKind kind)
         return QStringLiteral("timed");
     case LapKind::OutLap:
         return QStringLiteral("out-lap");
+    case LapKind::Partial:
+        return QStringLiteral("partial");
     case LapKind::Unfinished:
         return QStringLiteral("unfinished");
     case LapKind::Empty:
@@ -49,19 +121,7 @@ QString lapKindName(LapKind kind)
 
 LapKind lapKind(const ZEP::Lap &lap)
 {
-    if (lap.size() == 0)
-        return LapKind::Empty;
-    if (!lap.getCompleted())
-        return LapKind::Unfinished;
-    switch (lap.getLapType()) {
-    case ZEP::LapTypeOutLap:
-        return LapKind::OutLap;
-    case ZEP::LapTypeTimed:
-        return LapKind::Timed;
-    case ZEP::LapTypeNotSet:
-        break;
-    }
-    return LapKind::Other;
+    return kindOf(lap, partialLap(lap));
 }
 
 std::optional<int> bestLap(const Laps &laps)
@@ -71,7 +131,7 @@ std::optional<int> bestLap(const Laps &laps)
     for (int i = 0; i < int(laps.size()); ++i) {
         const ZEP::Lap &lap = *laps[std::size_t(i)];
         const std::optional<int> time = lapTime(lap);
-        if (lapKind(lap) == LapKind::Timed && time && (!bestTime || *time < *bestTime)) {
+        if (time && (!bestTime || *time < *bestTime) && lapKind(lap) == LapKind::Timed) {
             best = i;
             bestTime = time;
         }
@@ -89,28 +149,45 @@ QString missingTimeReason(const ZEP::Lap &lap)
     case LapKind::Empty:
         return QStringLiteral("nothing was recorded of it");
     case LapKind::Timed:
+    case LapKind::Partial:
     case LapKind::Other:
         break;
     }
     return QStringLiteral("no valid time was recorded");
 }
 
+void compareTimes(const QVector<LapSummary *> &laps)
+{
+    LapSummary *best = nullptr;
+    for (LapSummary *lap : laps) {
+        if (lap->isTimed() && (!best || *lap->time < *best->time))
+            best = lap;
+    }
+    for (LapSummary *lap : laps) {
+        lap->isBest = lap == best;
+        lap->gap.reset();
+        if (best && lap->time && lap->kind != LapKind::Partial)
+            lap->gap = *lap->time - *best->time;
+    }
+}
+
 QVector<LapSummary> summarize(const Laps &laps)
 {
-    const std::optional<int> best = bestLap(laps);
-    QVector<LapSummary> summaries;
-    for (int i = 0; i < int(laps.size()); ++i) {
+    QVector<LapSummary> summaries(int(laps.size()));
+    QVector<LapSummary *> all;
+    for (int i = 0; i < summaries.size(); ++i) {
         const ZEP::Lap &lap = *laps[std::size_t(i)];
-        LapSummary summary;
-        summary.kind = lapKind(lap);
+        LapSummary &summary = summaries[i];
+        summary.part = partialLap(lap);
+        summary.kind = kindOf(lap, summary.part);
         summary.time = lapTime(lap);
-        if (best && summary.time)
-            summary.gap = *summary.time - *lapTime(*laps[std::size_t(*best)]);
-        summary.isBest = i == best;
         summary.topSpeed = topSpeed(lap);
-        summary.fuelUsed = fuelUsed(lap);
-        summaries.append(summary);
+        summarizeFuel(lap, &summary);
+        if (i > 0)
+            summary.missingBefore = lapsBetween(*laps[std::size_t(i - 1)], lap);
+        all.append(&summary);
     }
+    compareTimes(all);
     return summaries;
 }
 

@@ -5,6 +5,7 @@
 #include "host/files/recordingfiles.h"
 #include "host/text/terminal.h"
 
+#include <algorithm>
 #include <utility>
 
 void LapOptions::declare(CommandOptions &options, const std::string &text)
@@ -39,6 +40,13 @@ ExitCode LapOptions::import(const RecordingFile &file, Importer &importer, Termi
     if (!problem.isEmpty()) {
         terminal.complain(file.fileName % QLatin1String(": ") % problem);
         return ExitCode::WrongUse;
+    }
+    const bool isAnyLap = std::any_of(imported->laps.cbegin(), imported->laps.cend(),
+                                      [](const auto &lap) { return lap->size() > 0; });
+    if (!isAnyLap) {
+        terminal.complain(QStringLiteral("%1: contains no lap; zepimport check says whether it is "
+                                         "damaged")
+                              .arg(file.fileName));
     }
     return work({std::move(*imported), indices});
 }

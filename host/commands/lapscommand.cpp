@@ -42,7 +42,40 @@ QString sessionTable(const SessionSummary &session, const Terminal &terminal)
     return table.text(terminal.width(), terminal.hasColour());
 }
 
-QString lapTable(const ChosenLaps &chosen, const Terminal &terminal)
+/// What the table cannot say: which laps were recorded in part, and where laps are missing.
+QString lapNotes(const ChosenLaps &chosen, const QVector<LapSummary> &summaries)
+{
+    const auto metres = [](double distance) { return QString::number(distance, 'f', 0); };
+    QStringList parts;
+    QStringList missing;
+    for (const int i : chosen.indices) {
+        const LapSummary &summary = summaries.at(i);
+        if (summary.part) {
+            parts.append(QStringLiteral("#%1 from %2 m to %3 m")
+                             .arg(QString::number(i + 1), metres(summary.part->begin),
+                                  metres(summary.part->end)));
+        }
+        if (summary.missingBefore > 0 && chosen.indices.contains(i - 1)) {
+            missing.append(QStringLiteral("%1 between #%2 and #%3")
+                               .arg(QString::number(summary.missingBefore), QString::number(i),
+                                    QString::number(i + 1)));
+        }
+    }
+    QString notes;
+    if (!parts.isEmpty()) {
+        notes +=
+            QStringLiteral("Recorded in part: %1. The times of partial laps are not compared.\n")
+                .arg(parts.join(QStringLiteral(", ")));
+    }
+    if (!missing.isEmpty()) {
+        notes += QStringLiteral("Laps left out, because the car entered the pits: %1.\n")
+                     .arg(missing.join(QStringLiteral(", ")));
+    }
+    return notes.isEmpty() ? notes : QString(QLatin1Char('\n') % notes);
+}
+
+QString lapTable(const ChosenLaps &chosen, const QVector<LapSummary> &summaries,
+                 const Terminal &terminal)
 {
     using Align = TableWriter::Align;
     TableWriter table({{QStringLiteral("#"), Align::Right},
@@ -55,7 +88,6 @@ QString lapTable(const ChosenLaps &chosen, const Terminal &terminal)
                        {QStringLiteral("Samples"), Align::Right, 6},
                        {QStringLiteral("Top speed"), Align::Right, 3},
                        {QStringLiteral("Fuel used"), Align::Right, 3}});
-    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
     for (const int i : chosen.indices) {
         const ZEP::Lap &lap = chosen.lap(i);
         const LapSummary &summary = summaries.at(i);
@@ -77,7 +109,7 @@ QJsonObject bestJson(const ChosenLaps &chosen)
     std::optional<int> best;
     for (const int i : chosen.indices) {
         const LapSummary &summary = summaries.at(i);
-        if (summary.kind != LapKind::Timed || !summary.time)
+        if (!summary.isTimed())
             continue;
         ++timed;
         if (!best || *summary.time < *summaries.at(*best).time)
@@ -193,6 +225,8 @@ void LapsCommand::show(const ChosenLaps &chosen, Terminal &terminal)
         return;
     }
     m_listing.printHeading(file.fileName, terminal);
+    const QVector<LapSummary> summaries = summarize(file.laps);
     terminal.print(sessionTable(sessionSummary(file.laps, file.lastModified()), terminal)
-                   % QLatin1Char('\n') % lapTable(chosen, terminal));
+                   % QLatin1Char('\n') % lapTable(chosen, summaries, terminal)
+                   % lapNotes(chosen, summaries));
 }

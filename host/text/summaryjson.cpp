@@ -13,6 +13,17 @@ QJsonObject sessionJson(const SessionSummary &session)
             {QStringLiteral("dateOfFile"), session.isFileDate}};
 }
 
+namespace {
+
+QJsonValue partJson(const std::optional<LapPart> &part)
+{
+    if (!part)
+        return QJsonValue();
+    return QJsonObject{{QStringLiteral("begin"), part->begin}, {QStringLiteral("end"), part->end}};
+}
+
+} // namespace
+
 QJsonObject lapSummaryJson(const ZEP::Lap &lap, const LapSummary &summary)
 {
     return {{QStringLiteral("lapInSession"), lap.getLapInSession()},
@@ -22,7 +33,10 @@ QJsonObject lapSummaryJson(const ZEP::Lap &lap, const LapSummary &summary)
             {QStringLiteral("time"), jsonTime(summary.time)},
             {QStringLiteral("gap"), jsonTime(summary.gap)},
             {QStringLiteral("best"), summary.isBest},
+            {QStringLiteral("part"), partJson(summary.part)},
+            {QStringLiteral("missingBefore"), summary.missingBefore},
             {QStringLiteral("samples"), lap.size()},
             {QStringLiteral("topSpeed"), jsonQuantity(summary.topSpeed)},
-            {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)}};
+            {QStringLiteral("fuelUsed"), jsonQuantity(summary.fuelUsed)},
+            {QStringLiteral("fuelAdded"), jsonQuantity(summary.fuelAdded)}};
 }

@@ -17,6 +17,8 @@ private slots:
     void passesOver();
     void problem_data();
     void problem();
+    void units_data();
+    void units();
 };
 
 namespace {
@@ -149,6 +151,55 @@ void tst_LapByDistance::problem()
     QString actual;
     QVERIFY(!LapByDistance::of(lapOf(columns), &actual));
     QCOMPARE(actual, problem);
+}
+
+void tst_LapByDistance::units_data()
+{
+    QTest::addColumn<QString>("channel");
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<double>("factor"); // from the unit of the other tests
+    QTest::addColumn<QString>("problem");
+
+    const QString none;
+    QTest::newRow("km/h") << "speed"
+                          << "km/h" << 3.6 << none;
+    QTest::newRow("mph") << "speed"
+                         << "mph" << 3600 / 1609.344 << none;
+    QTest::newRow("kilometres") << "lapdist"
+                                << "km" << 0.001 << none;
+    QTest::newRow("milliseconds") << "sessiontime"
+                                  << "ms" << 1000.0 << none;
+    QTest::newRow("furlongs a fortnight")
+        << "speed"
+        << "fur/fn" << 1.0 << "cannot be compared: speed is in fur/fn, which is not known here";
+    QTest::newRow("fathoms") << "lapdist"
+                             << "fathom" << 1.0
+                             << "cannot be compared: lapdist is in fathom, which is not known here";
+}
+
+void tst_LapByDistance::units()
+{
+    QFETCH(QString, channel);
+    QFETCH(QString, unit);
+    QFETCH(double, factor);
+    QFETCH(QString, problem);
+
+    Columns columns = evenLap();
+    QVector<double> converted = columns.take(channel);
+    for (double &sample : converted)
+        sample *= factor;
+    ZEP::Lap lap = lapOf(columns);
+    lap.addChannel(newChannel(converted, unit), channel);
+    QString actual;
+    const auto curve = LapByDistance::of(lap, &actual);
+    QCOMPARE(actual, problem);
+    QCOMPARE(bool(curve), problem.isEmpty());
+    if (!curve)
+        return;
+    for (const double distance : {0.0, 333.3, Length}) {
+        QVERIFY(std::abs(curve->time(distance) - distance / 30) < 1e-6);
+        QCOMPARE(curve->speed(distance), 30.0);
+    }
 }
 
 NAPAMMUL_TEST(tst_LapByDistance)

@@ -23,6 +23,11 @@ private Q_SLOTS:
     void time_data();
     void time();
     void bestAndGap();
+    void partialLaps_data();
+    void partialLaps();
+    void partialLapsDoNotCount();
+    void missingLaps_data();
+    void missingLaps();
     void withoutBestLap();
     void topSpeed_data();
     void topSpeed();
@@ -145,6 +150,95 @@ void tst_LapSummary::bestAndGap()
     QCOMPARE(best, (QVector<bool>{false, false, true, false, false, false}));
 }
 
+void tst_LapSummary::partialLaps_data()
+{
+    QTest::addColumn<Samples>("distances"); // of a track of 100 m
+    QTest::addColumn<LapKind>("kind");
+
+    QTest::newRow("from line to line") << Samples{0.1, 50, 99.9} << LapKind::Timed;
+    QTest::newRow("from the grid") << Samples{90, 95, 3, 50, 99.9} << LapKind::Timed;
+    QTest::newRow("a hundredth after the line") << Samples{0.9, 1, 50, 99.9} << LapKind::Timed;
+    QTest::newRow("more than that") << Samples{1.1, 1.2, 50, 99.9} << LapKind::Partial;
+    QTest::newRow("up to two hundredths before the line") << Samples{0, 98.1} << LapKind::Timed;
+    QTest::newRow("less than that") << Samples{0, 97.8, 97.9} << LapKind::Partial;
+    QTest::newRow("few ticks a second") << Samples{5, 11, 50, 89, 95} << LapKind::Timed;
+    QTest::newRow("a reset is no long tick") << Samples{0.1, 0.2, 50, 85} << LapKind::Partial;
+    QTest::newRow("out of the pits after the line")
+        << Samples{5, 5.2, 50, 99.9} << LapKind::Partial;
+    QTest::newRow("only to the end of the pits") << Samples{0.1, 0.2, 5} << LapKind::Partial;
+    QTest::newRow("missing in the middle") << Samples{0.1, NaN, NaN, 99.9} << LapKind::Timed;
+    QTest::newRow("no distances") << Samples{NaN, NaN} << LapKind::Timed;
+}
+
+void tst_LapSummary::partialLaps()
+{
+    QFETCH(Samples, distances);
+    QFETCH(LapKind, kind);
+    const auto lap = newLap(ZEP::LapTypeTimed, 60000, distances.size());
+    addChannel(*lap, QStringLiteral("lapdist"), QStringLiteral("m"), distances);
+    QCOMPARE(lapKind(*lap), LapKind::Timed); // of a track without a length
+    lap->addValue(QStringLiteral("Track length"), 0.1, QStringLiteral("km"));
+    QCOMPARE(lapKind(*lap), kind);
+
+    lap->setLapType(ZEP::LapTypeOutLap);
+    QCOMPARE(lapKind(*lap), kind == LapKind::Timed ? LapKind::OutLap : kind);
+    lap->setLapTime(QTime::fromMSecsSinceStartOfDay(ZEP::LapHeader::NoLapTime));
+    QCOMPARE(lapKind(*lap), LapKind::OutLap);
+    lap->setCompleted(false);
+    QCOMPARE(lapKind(*lap), LapKind::Unfinished);
+}
+
+void tst_LapSummary::partialLapsDoNotCount()
+{
+    Laps laps;
+    for (const int time : {50000, 40000, 51000}) {
+        laps.push_back(newLap(ZEP::LapTypeTimed, time, 3));
+        addChannel(*laps.back(), QStringLiteral("lapdist"), QStringLiteral("m"),
+                   time < 50000 ? Samples{46, 47, 844} : Samples{0.1, 400, 844});
+        laps.back()->addValue(QStringLiteral("Track length"), 845, QStringLiteral("m"));
+    }
+    const QVector<LapSummary> summaries = summarize(laps);
+    QCOMPARE(bestLap(laps).value_or(-1), 0);
+    QVERIFY(summaries.at(0).isBest && summaries.at(0).isTimed() && !summaries.at(0).part);
+    QVERIFY(!summaries.at(1).isBest && !summaries.at(1).isTimed() && !summaries.at(1).gap);
+    QCOMPARE(summaries.at(1).time.value_or(-1), 40000);
+    QCOMPARE(summaries.at(1).part->begin, 46.0);
+    QCOMPARE(summaries.at(1).part->end, 844.0);
+    QCOMPARE(summaries.at(1).part->length, 845.0);
+    QCOMPARE(summaries.at(2).gap.value_or(-1), 1000);
+    QCOMPARE(lapKindName(LapKind::Partial), QStringLiteral("partial"));
+}
+
+void tst_LapSummary::missingLaps_data()
+{
+    QTest::addColumn<Samples>("first");
+    QTest::addColumn<Samples>("second");
+    QTest::addColumn<int>("missing");
+
+    QTest::newRow("none") << Samples{3, 3} << Samples{4, 4} << 0;
+    QTest::newRow("one") << Samples{3, 3} << Samples{5} << 1;
+    QTest::newRow("three") << Samples{3} << Samples{NaN, 7} << 3;
+    QTest::newRow("the counter is late") << Samples{3, 4} << Samples{4, 5} << 0;
+    QTest::newRow("one lap in two parts") << Samples{5, 5} << Samples{5, 5} << 0;
+    QTest::newRow("another session") << Samples{12} << Samples{1} << 0;
+    QTest::newRow("not counted") << Samples{NaN} << Samples{4} << 0;
+    QTest::newRow("no counter of laps") << Samples{3} << Samples{1e9} << 0;
+}
+
+void tst_LapSummary::missingLaps()
+{
+    QFETCH(Samples, first);
+    QFETCH(Samples, second);
+    Laps laps;
+    for (const Samples &counter : {first, second}) {
+        laps.push_back(newLap(ZEP::LapTypeTimed, 60000, counter.size()));
+        addChannel(*laps.back(), QStringLiteral("lap"), QString(), counter);
+    }
+    const QVector<LapSummary> summaries = summarize(laps);
+    QCOMPARE(summaries.at(0).missingBefore, 0);
+    QTEST(summaries.at(1).missingBefore, "missing");
+}
+
 void tst_LapSummary::withoutBestLap()
 {
     Laps laps;
@@ -184,13 +278,18 @@ void tst_LapSummary::fuelUsed_data()
 {
     QTest::addColumn<Samples>("samples");
     QTest::addColumn<double>("used"); // NaN: none
+    QTest::addColumn<double>("added"); // NaN: none
 
-    QTest::newRow("falls") << Samples{50, 49, 48.5} << 1.5;
-    QTest::newRow("missing at both ends") << Samples{NaN, 50, 40, Channel::NoData} << 10.0;
-    QTest::newRow("refuelled") << Samples{10, 60} << -50.0;
-    QTest::newRow("one sample") << Samples{10} << 0.0;
-    QTest::newRow("all missing") << Samples{NaN, NaN} << NaN;
-    QTest::newRow("empty") << Samples{} << NaN;
+    QTest::newRow("falls") << Samples{50, 49, 48.5} << 1.5 << NaN;
+    QTest::newRow("missing at both ends") << Samples{NaN, 50, 40, Channel::NoData} << 10.0 << NaN;
+    QTest::newRow("refuelled") << Samples{10, 60} << 0.0 << 50.0;
+    QTest::newRow("refuelled bit by bit")
+        << Samples{10, 8, 8.01, 8.02, NaN, 8.03, 11, 10.99, 9} << 4.0 << 3.0;
+    QTest::newRow("refuelled twice") << Samples{10, 8, 9, 7, 9} << 4.0 << 3.0;
+    QTest::newRow("a sensor that flutters") << Samples{10, 9.9, 9.91, 9.8, 9.81} << 0.19 << NaN;
+    QTest::newRow("one sample") << Samples{10} << 0.0 << NaN;
+    QTest::newRow("all missing") << Samples{NaN, NaN} << NaN << NaN;
+    QTest::newRow("empty") << Samples{} << NaN << NaN;
 }
 
 void tst_LapSummary::fuelUsed()
@@ -204,6 +303,10 @@ void tst_LapSummary::fuelUsed()
     QTEST(used ? used->value : NaN, "used");
     if (used)
         QCOMPARE(used->unit, QStringLiteral("l"));
+    const std::optional<Quantity> added = summarize(laps).first().fuelAdded;
+    QTEST(added ? added->value : NaN, "added");
+    if (added)
+        QCOMPARE(added->unit, QStringLiteral("l"));
 }
 
 void tst_LapSummary::representativeLap()

@@ -21,6 +21,10 @@ private Q_SLOTS:
     void distance();
     void time_data();
     void time();
+    void positions_data();
+    void positions();
+    void units_data();
+    void units();
 };
 
 namespace {
@@ -147,6 +151,68 @@ void tst_TickTrace::time()
     QCOMPARE(text(trace.time), text(time));
     if (!time.isEmpty())
         QCOMPARE(trace.isFromLine, isFromLine);
+}
+
+void tst_TickTrace::positions_data()
+{
+    QTest::addColumn<Columns>("columns");
+    QTest::addColumn<Samples>("latitude");
+    QTest::addColumn<Samples>("longitude");
+    QTest::addColumn<Samples>("distance");
+
+    QTest::newRow("as recorded") << Columns{{"lat", {50, 51}},
+                                            {"lon", {9, -9}},
+                                            {"lapdist", {1, 2}}}
+                                 << Samples{50, 51} << Samples{9, -9} << Samples{1, 2};
+    QTest::newRow("put back into the stall")
+        << Columns{{"lat", {50, 0, 50}}, {"lon", {9, 0, 9}}, {"lapdist", {60, 0, 95}}}
+        << Samples{50, NaN, 50} << Samples{9, NaN, 9} << Samples{60, NaN, 95};
+    QTest::newRow("at the line exactly")
+        << Columns{{"lat", {50, 50}}, {"lon", {9, 9}}, {"lapdist", {0, 1}}} << Samples{50, 50}
+        << Samples{9, 9} << Samples{0, 1};
+    QTest::newRow("on the equator")
+        << Columns{{"lat", {0, 0}}, {"lon", {9, 9}}, {"lapdist", {0, 1}}} << Samples{0, 0}
+        << Samples{9, 9} << Samples{0, 1};
+    QTest::newRow("not on the globe")
+        << Columns{{"lat", {90.5, 50, 50}}, {"lon", {9, -181, 9}}, {"lapdist", {0, 1, 2}}}
+        << Samples{NaN, NaN, 50} << Samples{NaN, NaN, 9} << Samples{0, 1, 2};
+    QTest::newRow("one of them missing")
+        << Columns{{"lat", {0, 0}}, {"lapdist", {0, 1}}} << Samples() << Samples() << Samples{0, 1};
+}
+
+void tst_TickTrace::positions()
+{
+    QFETCH(Columns, columns);
+    const TickTrace trace = tickTrace(lapOf(columns), 100);
+    QFETCH(Samples, latitude);
+    QFETCH(Samples, longitude);
+    QFETCH(Samples, distance);
+    QCOMPARE(text(trace.latitude), text(latitude));
+    QCOMPARE(text(trace.longitude), text(longitude));
+    QCOMPARE(text(trace.distance), text(distance));
+}
+
+void tst_TickTrace::units_data()
+{
+    QTest::addColumn<QString>("unit");
+    QTest::addColumn<Samples>("distance");
+    QTest::addColumn<QString>("unknown");
+
+    QTest::newRow("metres") << "m" << Samples{0.5, 0.99} << QString();
+    QTest::newRow("kilometres") << "km" << Samples{500, 990} << QString();
+    QTest::newRow("feet") << "ft" << Samples{0.1524, 0.301752} << QString();
+    QTest::newRow("fathoms") << "fathom" << Samples() << "lapdist is in fathom";
+}
+
+void tst_TickTrace::units()
+{
+    QFETCH(QString, unit);
+    ZEP::Lap lap;
+    lap.addChannel(newChannel({0.5, 0.99}, unit), QStringLiteral("lapdist"));
+    const TickTrace trace = tickTrace(lap, 0);
+    QFETCH(Samples, distance);
+    QCOMPARE(text(trace.distance), text(distance));
+    QTEST(trace.unknownUnits, "unknown");
 }
 
 NAPAMMUL_TEST(tst_TickTrace)

@@ -111,15 +111,17 @@ void tst_Zepimport::lapsAsJson()
     QCOMPARE(laps.size(), 6);
     QCOMPARE(laps.at(0), fromJson(R"({"lap": 1, "lapInSession": 0, "stint": 1, "lapInStint": 0,
         "kind": "out-lap", "time": null, "gap": null, "best": false, "samples": 3,
-        "topSpeed": {"value": 20.5, "unit": "m/s"}, "fuelUsed": {"value": 0.5, "unit": "l"}})"));
+        "part": null, "missingBefore": 0, "topSpeed": {"value": 20.5, "unit": "m/s"},
+        "fuelUsed": {"value": 0.5, "unit": "l"}, "fuelAdded": null})"));
     QCOMPARE(laps.at(1), fromJson(R"({"lap": 2, "lapInSession": 1, "stint": 1, "lapInStint": 1,
         "kind": "timed", "time": 65.623, "gap": 0.5, "best": false, "samples": 4,
-        "topSpeed": {"value": 41.26, "unit": "m/s"}, "fuelUsed": null})"));
+        "part": null, "missingBefore": 0, "topSpeed": {"value": 41.26, "unit": "m/s"},
+        "fuelUsed": null, "fuelAdded": null})"));
     QCOMPARE(laps.at(2).toObject().value(QStringLiteral("best")), QJsonValue(true));
     QCOMPARE(laps.at(2).toObject().value(QStringLiteral("gap")), QJsonValue(0));
     QCOMPARE(laps.at(5), fromJson(R"({"lap": 6, "lapInSession": 6, "stint": 2, "lapInStint": 0,
         "kind": "empty", "time": null, "gap": null, "best": false, "samples": 0,
-        "topSpeed": null, "fuelUsed": null})"));
+        "part": null, "missingBefore": 0, "topSpeed": null, "fuelUsed": null, "fuelAdded": null})"));
 }
 
 void tst_Zepimport::info()

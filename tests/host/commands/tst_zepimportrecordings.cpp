@@ -20,6 +20,9 @@ private Q_SLOTS:
     void laps_data();
     void laps();
     void tableIsItsJson();
+    void lapsCutByThePits();
+    void timedLapsAreCountedOnce();
+    void nothingDriven();
     void channels();
     void info();
     void messages();
@@ -89,7 +92,8 @@ void tst_ZepimportRecordings::laps()
         const double time = lap[QLatin1String("time")].toDouble();
         if (lap[QLatin1String("kind")].toString() == QLatin1String("timed")) {
             QVERIFY(time > 20 && time < 200);
-            QVERIFY(std::abs(time * 20 - lap[QLatin1String("samples")].toInt()) < 100);
+            // The ticks take as long as the lap.
+            QVERIFY(std::abs(time * 20 - lap[QLatin1String("samples")].toInt()) < 2);
             QVERIFY(lap[QLatin1String("topSpeed")][QLatin1String("value")].toDouble() > 20);
             QVERIFY(lap[QLatin1String("fuelUsed")][QLatin1String("value")].toDouble() > 0);
             best = std::min(best, time);
@@ -105,7 +109,7 @@ void tst_ZepimportRecordings::tableIsItsJson()
     const QJsonArray laps =
         runJson({"laps", "practice.ibt"}).value(QStringLiteral("laps")).toArray();
     const Outcome outcome = run({"laps", "practice.ibt"});
-    QStringList rows = outcome.output.section(QStringLiteral("\n\n"), 1)
+    QStringList rows = outcome.output.section(QStringLiteral("\n\n"), 1, 1)
                            .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     QCOMPARE(rows.size(), laps.size() + 1);
     const QRegularExpression spaces(QStringLiteral(" {2,}"));
@@ -141,6 +145,71 @@ void tst_ZepimportRecordings::tableIsItsJson()
         QCOMPARE(cell("Samples"), number("samples"));
         QCOMPARE(cell("Top speed"), quantity(lap[QLatin1String("topSpeed")], 1));
         QCOMPARE(cell("Fuel used"), quantity(lap[QLatin1String("fuelUsed")], 2));
+    }
+}
+
+// The stop splits the lap: its first part has the time of the lap before, and the second one begins
+// behind the line.
+void tst_ZepimportRecordings::lapsCutByThePits()
+{
+    const QJsonArray laps = runJson({"laps", "race.ibt"}).value(QStringLiteral("laps")).toArray();
+    QStringList notes;
+    for (const QJsonValue &lap : laps) {
+        const QJsonValue part = lap[QLatin1String("part")];
+        QCOMPARE(lap[QLatin1String("kind")].toString() == QLatin1String("partial"),
+                 part.isObject());
+        if (!part.isObject())
+            continue;
+        QVERIFY(!lap[QLatin1String("best")].toBool());
+        QVERIFY(lap[QLatin1String("gap")].isNull());
+        notes.append(QStringLiteral("#%1 from %2 m to %3 m")
+                         .arg(QString::number(lap[QLatin1String("lap")].toInt()),
+                              QString::number(part[QLatin1String("begin")].toDouble(), 'f', 0),
+                              QString::number(part[QLatin1String("end")].toDouble(), 'f', 0)));
+    }
+    QCOMPARE(notes.size(), 2);
+    QVERIFY2(notes.at(0).endsWith(QStringLiteral(" from 0 m to 45 m")), qPrintable(notes.at(0)));
+    QVERIFY2(notes.at(1).contains(QStringLiteral(" from 47 m to 84")), qPrintable(notes.at(1)));
+    const Outcome all = run({"laps", "race.ibt"});
+    QCOMPARE(all.output.section(QStringLiteral("\n\n"), 2),
+             QStringLiteral("Recorded in part: %1. The times of partial laps are not compared.\n"
+                            "Laps left out, because the car entered the pits: 1 between #3 and "
+                            "#4.\n")
+                 .arg(notes.join(QStringLiteral(", "))));
+    QVERIFY(
+        !run({"laps", "race.ibt", "--lap", "1,3,6"}).output.contains(QLatin1String("Laps left")));
+}
+
+void tst_ZepimportRecordings::timedLapsAreCountedOnce()
+{
+    int timed = 0;
+    const QJsonObject file = runJson({"laps", "race.ibt"});
+    for (const QJsonValue &lap : file.value(QStringLiteral("laps")).toArray()) {
+        if (lap[QLatin1String("kind")].toString() == QLatin1String("timed"))
+            ++timed;
+    }
+    QCOMPARE(timed, 4);
+    QCOMPARE(runJson({"laps", "--best", "race.ibt"}).value(QStringLiteral("timedLaps")).toInt(),
+             timed);
+}
+
+void tst_ZepimportRecordings::nothingDriven()
+{
+    QFile whole(m_dir.filePath(QStringLiteral("practice.ibt")));
+    QFile damaged(m_dir.filePath(QStringLiteral("nobody.ibt")));
+    QVERIFY(whole.open(QIODevice::ReadOnly) && damaged.open(QIODevice::WriteOnly));
+    // No driver is named for this car.
+    const QByteArray bytes =
+        whole.readAll().replace("\n DriverCarIdx: 3\n", "\n DriverCarIdx: 9\n");
+    QCOMPARE(damaged.write(bytes), qint64(bytes.size()));
+    damaged.close();
+    for (const char *options : {"laps", "laps --json", "laps --best", "laps --best --json"}) {
+        const Outcome outcome = run(QString::fromLatin1(options).split(QLatin1Char(' '))
+                                    + QStringList{QStringLiteral("nobody.ibt")});
+        QCOMPARE(outcome.errors,
+                 QStringLiteral("zepimport: nobody.ibt: contains no lap; zepimport check says "
+                                "whether it is damaged\n"));
+        QCOMPARE(outcome.exitCode, 0);
     }
 }
 
