@@ -40,33 +40,35 @@ void addLastLap(iRTelemetryReader *reader, LapList *laps)
     laps->add(*lap);
 }
 
-/// Reads all laps of a recording. Returns what went wrong, or a null string.
-QString readLaps(const QString &fileName, LapList *laps)
+/// Reads all laps of a recording. If that fails, returns what \a fail returns of the reason: hosts
+/// hear of an error while the file is still open, and of a success once it is closed.
+template <typename Fail>
+bool readLaps(const QString &fileName, LapList *laps, const Fail &fail)
 {
     IbtFile file(fileName.toLocal8Bit().constData());
     if (!file.isOpen())
-        return QLatin1String("Can't open file ") % fileName;
+        return fail(QLatin1String("Can't open file ") % fileName);
     if (!file.readHeader())
-        return QStringLiteral("IBT import error:  Error reading irsdk_header");
+        return fail(QStringLiteral("IBT import error:  Error reading irsdk_header"));
     if (!file.readDiskSubHeader())
-        return QStringLiteral("IBT import error:  Error reading irsdk_diskSubHeader");
+        return fail(QStringLiteral("IBT import error:  Error reading irsdk_diskSubHeader"));
     // Both claims first: the text is read for nothing if the table is missing.
     if (!file.holdsSessionInfo())
-        return sessionInfoError();
+        return fail(sessionInfoError());
     if (!file.holdsVarHeaders())
-        return varHeaderError();
+        return fail(varHeaderError());
     if (!file.readSessionInfo())
-        return sessionInfoError();
+        return fail(sessionInfoError());
     iRTelemetryReader reader;
     reader.setYaml(file.sessionInfo());
     if (!file.readVarHeaders())
-        return varHeaderError();
+        return fail(varHeaderError());
 
     if (!BoundedImport(&file, &reader, laps).run())
-        return varHeaderError();
+        return fail(varHeaderError());
     reader.processMyLap(false);
     addLastLap(&reader, laps);
-    return QString();
+    return true;
 }
 
 } // namespace
@@ -103,19 +105,21 @@ QVector<ZEP::Lap *> iRPluginImport::import(const QString &fileName, const QStrin
         timer.start();
 
         LapList laps;
-        const QString error =
-            format == ibtFormat() ? readLaps(fileName, &laps) : QStringLiteral("Unknown format");
-        if (!error.isNull()) {
+        const auto fail = [this](const QString &error) {
             message(error, LevelError);
+            return false;
+        };
+        const bool isRead = format == ibtFormat() ? readLaps(fileName, &laps, fail)
+                                                  : fail(QStringLiteral("Unknown format"));
+        if (!isRead)
             return {};
-        }
+        message(QLatin1String("Done in ") % QString::number(timer.elapsed())
+                    % QLatin1String(" ms; Laps readed ") % QString::number(laps.count()),
+                LevelInfo);
         for (ZEP::Lap *lap : laps.all()) {
             lap->setSource(sourceName());
             lap->setPlugin(pluginName());
         }
-        message(QLatin1String("Done in ") % QString::number(timer.elapsed())
-                    % QLatin1String(" ms; Laps readed ") % QString::number(laps.count()),
-                LevelInfo);
         return laps.take();
     } catch (const std::bad_alloc &) {
         // The file contains what memory was asked for, but this machine has too little.

@@ -77,6 +77,8 @@ private Q_SLOTS:
     void noRecordsMakeOneEmptyLap();
     void partialLastRecordIsDropped();
     void noDescriptorStaysOpen();
+    void saysAnErrorBeforeAndSuccessAfterTheFileIsClosed_data();
+    void saysAnErrorBeforeAndSuccessAfterTheFileIsClosed();
 
 private:
     ImportFixture m_host;
@@ -405,6 +407,33 @@ void tst_iRPluginImport::noDescriptorStaysOpen()
     for (int length : {0, 50, 120, 200, 1000})
         m_host.importBytes(good.left(length));
     QCOMPARE(openDescriptors(), before);
+}
+
+void tst_iRPluginImport::saysAnErrorBeforeAndSuccessAfterTheFileIsClosed_data()
+{
+    QTest::addColumn<int>("bytes");
+    QTest::addColumn<bool>("isOpen");
+    const Recording good = practice(1);
+    const int size = good.bytes().size();
+    QTest::newRow("whole") << size << false;
+    QTest::newRow("header cut") << Recording::HeaderSize - 1 << true;
+    QTest::newRow("sub-header cut") << Recording::HeaderSize << true;
+    QTest::newRow("text cut") << good.sectionOffset(Recording::Text) + 10 << true;
+}
+
+void tst_iRPluginImport::saysAnErrorBeforeAndSuccessAfterTheFileIsClosed()
+{
+    QFETCH(int, bytes);
+    QFETCH(bool, isOpen);
+    const QString fileName = m_host.write(practice(1).bytes().left(bytes));
+    const int before = openDescriptors();
+    QVector<int> opened; // at each message
+    const auto connection =
+        QObject::connect(m_host.plugin()->dataEmitter(), &ZepDataEmitter::sendMessage,
+                         [&] { opened.append(openDescriptors() - before); });
+    m_host.importFile(fileName);
+    QObject::disconnect(connection);
+    QCOMPARE(opened, QVector<int>({0, 0, isOpen ? 1 : 0}));
 }
 
 NAPAMMUL_TEST(tst_iRPluginImport)
