@@ -15,5 +15,9 @@ std::optional<Quantity> meanOf(const ZEP::Lap &lap, const QString &name);
 std::optional<Quantity> firstOf(const ZEP::Lap &lap, const QString &name);
 /// The last valid sample.
 std::optional<Quantity> lastOf(const ZEP::Lap &lap, const QString &name);
+/// True if the samples of the channel called \a name change only while the car is on pit road or
+/// stands: then they say what was seen at the last stop, not what is so on the lap. Also true
+/// without samples.
+bool changesOnlyAtStops(const ZEP::Lap &lap, const QString &name);
 /// The value called \a name; none if it is not a number.
 std::optional<Quantity> valueOf(const ZEP::Lap &lap, const QString &name);

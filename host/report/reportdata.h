@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/lapsummary.h"
 #include "host/files/channelchoice.h"
 #include "host/files/chosenlaps.h"
 
@@ -15,8 +16,9 @@ class ReportData
 public:
     ReportData();
 
-    /// Adds a session with the chosen laps of one file, and the samples of \a further channels. The
-    /// laps are not needed afterwards.
+    /// Adds a session with the chosen laps of one file, and the samples of \a further channels. A
+    /// file that has been added before gets the laps that it lacks. The laps are not needed
+    /// afterwards.
     void add(const ChosenLaps &chosen, const QVector<ChosenChannel> &further);
 
     /// True as long as there is no session.
@@ -28,19 +30,32 @@ public:
 private:
     using Samples = QVector<double>; ///< of a lap; NaN if a sample is missing, empty if all are
 
+    struct PageLap {
+        int session;
+        int index; ///< in its file
+        QString track; ///< the same text for laps that can be compared
+        LapSummary summary;
+        int size; ///< samples
+        QJsonObject json; ///< without what depends on the other laps of the page
+    };
+
     struct Column {
         ChosenChannel channel;
-        double parts; ///< the least number of steps in the range of the samples
+        double parts; ///< the least number of steps in the range of the samples of a file
+        double longestStep;
         QString unit; ///< of the first lap that has the channel
         QVector<Samples> laps; ///< up to the last one that has the channel
     };
 
+    int sessionOf(const ChosenLaps &chosen, double trackLength);
     void addSamples(const ZEP::Lap &lap, const ChosenChannel &channel);
-    QJsonObject packed(const Column &column, QByteArray &bytes) const;
+    QVector<int> order() const;
+    QJsonArray lapsJson(const QVector<int> &order) const;
+    QJsonObject packed(const Column &column, const QVector<int> &order, QByteArray &bytes) const;
 
+    QVector<QString> m_files; ///< of each session, as they are found on disk
     QJsonArray m_sessions;
-    QJsonArray m_laps;
-    QVector<int> m_sizes; ///< samples of each lap
+    QVector<PageLap> m_laps; ///< as they were added
     /// Distance, time, latitude, longitude, the usual channels, and then the further ones.
     QVector<Column> m_columns;
 };

@@ -25,7 +25,7 @@ bool isMissing(double sample)
 
 } // namespace
 
-SamplePacker::SamplePacker(const QVector<QVector<double>> &laps, double parts)
+SamplePacker::SamplePacker(const QVector<QVector<double>> &laps, double parts, double longestStep)
 {
     constexpr double exactBelow = 1e9;
     bool isEmpty = true;
@@ -41,9 +41,10 @@ SamplePacker::SamplePacker(const QVector<QVector<double>> &laps, double parts)
         }
     }
     constexpr double smallest = 1e-290; // steps stay above zero
-    if (!m_isWhole)
-        m_step =
-            std::pow(10.0, std::floor(std::log10(std::max((greatest - m_base) / parts, smallest))));
+    if (!m_isWhole) {
+        const double step = std::min((greatest - m_base) / parts, longestStep);
+        m_step = std::pow(10.0, std::floor(std::log10(std::max(step, smallest))));
+    }
     for (const QVector<double> &samples : laps)
         append(samples);
 }

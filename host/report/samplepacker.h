@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QVector>
 
+#include <limits>
+
 /// Packs the samples of one channel over several laps into few bytes. Each sample becomes a whole
 /// number of steps above a base, and the change of that number from tick to tick is stored.
 ///
@@ -13,9 +15,10 @@ class SamplePacker
 {
 public:
     /// \a laps contains the samples of each lap. A sample that is not finite, or beyond 1e300, is
-    /// missing. A step is a power of ten, and at most 1/\a parts of the range of all samples. It is
-    /// 1 if all of them are whole numbers below 1e9.
-    SamplePacker(const QVector<QVector<double>> &laps, double parts);
+    /// missing. A step is a power of ten, at most 1/\a parts of the range of all samples, and at
+    /// most \a longestStep. It is 1 if all of them are whole numbers below 1e9.
+    SamplePacker(const QVector<QVector<double>> &laps, double parts,
+                 double longestStep = std::numeric_limits<double>::infinity());
 
     /// A sample is base() + step() * its number of steps.
     double base() const { return m_base; }

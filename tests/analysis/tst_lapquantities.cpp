@@ -15,6 +15,8 @@ private Q_SLOTS:
     void measures_data();
     void measures();
     void channelThatIsMissing();
+    void seenAtStops_data();
+    void seenAtStops();
 };
 
 namespace {
@@ -67,6 +69,40 @@ void tst_LapQuantities::channelThatIsMissing()
     const ZEP::Lap lap;
     const QString name = QStringLiteral("watertemp");
     QVERIFY(!firstOf(lap, name) && !meanOf(lap, name) && !lastOf(lap, name));
+}
+
+void tst_LapQuantities::seenAtStops_data()
+{
+    QTest::addColumn<Samples>("samples");
+    QTest::addColumn<Samples>("onPitRoad");
+    QTest::addColumn<Samples>("speed");
+    QTest::addColumn<bool>("atStops");
+
+    const Samples fast{50, 50, 50, 50};
+    const Samples track{0, 0, 0, 0};
+    QTest::newRow("changes on the track") << Samples{60, 61, 62, 62} << track << fast << false;
+    QTest::newRow("never changes") << Samples{60, 60, NoSample, 60} << track << fast << true;
+    QTest::newRow("changes on pit road")
+        << Samples{60, 61, 62, 62} << Samples{1, 1, 1, 0} << fast << true;
+    QTest::newRow("the last change leaves pit road")
+        << Samples{60, 61, 62, 62} << Samples{1, 1, 0, 0} << fast << true;
+    QTest::newRow("changes where the car stands")
+        << Samples{60, 60, 70, 70} << Samples() << Samples{50, 0.2, 0, 50} << true;
+    QTest::newRow("nothing else is known") << Samples{60, 61} << Samples() << Samples() << false;
+    QTest::newRow("no samples") << Samples() << track << fast << true;
+}
+
+void tst_LapQuantities::seenAtStops()
+{
+    QFETCH(Samples, samples);
+    QFETCH(Samples, onPitRoad);
+    QFETCH(Samples, speed);
+    ZEP::Lap lap;
+    lap.addChannel(newChannel(onPitRoad), QStringLiteral("onpitroad"));
+    lap.addChannel(newChannel(speed, QStringLiteral("m/s")), QStringLiteral("speed"));
+    QVERIFY(changesOnlyAtStops(lap, QStringLiteral("lftempcm")));
+    lap.addChannel(newChannel(samples, QStringLiteral("C")), QStringLiteral("lftempcm"));
+    QTEST(changesOnlyAtStops(lap, QStringLiteral("lftempcm")), "atStops");
 }
 
 NAPAMMUL_TEST(tst_LapQuantities)

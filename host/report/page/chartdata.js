@@ -1,11 +1,11 @@
 // What each chart shows, in numbers and words.
 
-import { decimalsFor, fixed, formatGap } from './numbers.js';
+import { decimalsFor, extent, fixed, formatGap, median } from './numbers.js';
 import { differenceObstacle, differences, pathOf, resampled } from './overlay.js';
 import { shownUnit } from './units.js';
 import { listedLaps, view } from './view.js';
 
-/** @import { Channel, ChartContent, Lap } from './types.js' */
+/** @import { Channel, ChartContent, Lap, Samples } from './types.js' */
 
 /** The name of the axis with its unit. */
 export function axisTitle() {
@@ -40,25 +40,44 @@ function isFraction(channel) {
 }
 
 /**
+ * How far the chart of the time difference goes: as far as most of its lines. A lap that is much
+ * slower than the others leaves it, so that theirs stay legible.
+ * @param {Samples[]} data for each lap but the reference
+ */
+export function differenceLimit(data) {
+    const slowEnough = 5; // times the one in the middle
+    const widest = data.map((samples) => {
+        const { least, greatest } = extent(samples.filter((sample) => sample !== null));
+        return Math.max(0, greatest, -least);
+    });
+    return Math.max(0.05, slowEnough * median(widest));
+}
+
+/**
  * The time difference of `laps` to `reference`.
  * @param {Lap[]} laps
  * @param {Lap} reference
  * @returns {ChartContent}
  */
 function differenceChart(laps, reference) {
+    const data = laps.map((lap) => differences(lap, reference, view.grid, view.axis));
+    const limit = differenceLimit(data.filter((_, i) => laps[i] !== reference));
+    const beyond = laps.filter((_, i) => data[i].some((sample) => Math.abs(sample ?? 0) > limit));
+    const leaves = `; ${beyond.map(({ label }) => label).join(', ')} `
+        + `${beyond.length === 1 ? 'leaves' : 'leave'} the chart`;
     return {
         key: 'difference',
         title: `Time difference to ${reference.label}`,
         unit: 's',
-        note: 'above zero: slower',
+        note: `above zero: slower${beyond.length > 0 ? leaves : ''}`,
         filled: laps.length === 2,
-        data: laps.map((lap) => differences(lap, reference, view.grid, view.axis)),
+        data,
         format: formatGap,
         ends: (least, most) => {
-            const low = Math.min(0, least ?? 0);
-            const high = Math.max(0, most ?? 0);
-            const margin = Math.max(0.01, (Number(most) - Number(least)) * 0.1);
-            return [low - margin, high + margin];
+            const low = Math.max(-limit, least ?? 0);
+            const high = Math.min(limit, most ?? 0);
+            const margin = Math.max(0.01, (high - low) * 0.1);
+            return [Math.min(0, low) - margin, Math.max(0, high) + margin];
         },
         stepped: false,
     };
@@ -121,6 +140,8 @@ export function noDifferenceReason(laps, reference) {
 export function chartContents() {
     const laps = listedLaps();
     const { reference } = view;
+    if (laps.length > 0 && laps.every((lap) => lap.samples === 0))
+        return { note: 'Nothing was recorded of these laps.', charts: [] };
     if (reference === null)
         return { note: 'Choose a lap in the table to show it.', charts: [] };
     if (view.grid.length === 0)

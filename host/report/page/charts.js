@@ -1,6 +1,6 @@
 // Charts one above the other, along one axis: the time difference, then a chart for each channel.
 
-import { chartContents } from './chartdata.js';
+import { chartContents, formatPlace } from './chartdata.js';
 import { byId, el } from './dom.js';
 import { inNextFrame } from './frames.js';
 import { addGestures } from './gestures.js';
@@ -91,6 +91,30 @@ export function drawCursor() {
             text.textContent = value === null ? '–' : chart.format(value);
         });
     }
+}
+
+/** The place of the cursor, and the value of each lap there, as a screen reader says it. */
+function spokenValues() {
+    const { cursor, grid } = view;
+    if (cursor === null)
+        return '';
+    const index = nearestIndex(grid, cursor);
+    const laps = listedLaps();
+    const values = charts.list.map(({ chart }) => `${chart.title}: ${laps.map((lap, i) => {
+        const value = chart.data[i][index];
+        return `${lap.label} ${value === null ? 'none' : `${chart.format(value)} ${chart.unit}`}`;
+    }).join(', ')}`);
+    return [formatPlace(cursor), ...values].join('. ');
+}
+
+/** @type {ReturnType<typeof setTimeout> | undefined} */
+let announcement;
+
+/** Has the values at the cursor said once it rests. */
+export function announceCursor() {
+    const rest = 500; // ms
+    clearTimeout(announcement);
+    announcement = setTimeout(() => { byId('cursor-values').textContent = spokenValues(); }, rest);
 }
 
 /**

@@ -8,11 +8,11 @@ import { view } from './view.js';
 
 /**
  * What timed laps use on average, and how many more laps the fuel left at the end is enough for;
- * null where that is not known.
+ * null where that is not known. Other laps are longer or shorter than one round, or slower.
  * @param {Lap[]} laps of one session
  */
 export function fuelUse(laps) {
-    const used = laps.filter((lap) => lap.time !== null)
+    const used = laps.filter((lap) => lap.timed && !lap.fuelAdded)
         .map((lap) => lap.fuelUsed?.value ?? 0).filter((value) => value > 0);
     const last = laps.filter((lap) => lap.fuel.end).pop();
     if (used.length === 0 || !last?.fuel.end)
@@ -40,13 +40,14 @@ export function fuelSummary(laps) {
         return '';
     const { unit } = use;
     return `Average use: ${formatQuantity({ value: use.average, unit }, view.units, 3)} per lap `
-        + `(${lapCount(use.laps)}). ${formatQuantity({ value: use.left, unit }, view.units, 2)} left `
+        + `(of ${lapCount(use.laps, 'timed ')}). ${formatQuantity({ value: use.left, unit }, view.units, 2)} left `
         + `after lap ${use.last.label}: enough for ${lapCount(use.lapsLeft, 'more ')}.`;
 }
 
 /** @param {Lap[]} laps */
 function fuelTable(laps) {
     const unit = shownUnitOf(laps.map((lap) => lap.fuel.end), view.units);
+    const isAdded = laps.some((lap) => lap.fuelAdded);
     /** @param {string} title */
     const column = (title) => el('th', { scope: 'col', class: 'number' }, title,
         el('span', { class: 'unit' }, unit));
@@ -54,11 +55,13 @@ function fuelTable(laps) {
         el('table', {},
             el('caption', { class: 'hidden' }, 'Fuel by lap'),
             el('thead', {}, el('tr', {}, el('th', { scope: 'col' }, 'Lap'),
-                column('At the start'), column('At the end'), column('Used'))),
+                column('At the start'), column('At the end'), column('Used'),
+                isAdded ? column('Added') : null)),
             el('tbody', {}, laps.map((lap) => el('tr', {},
                 el('th', { scope: 'row' }, lap.label),
-                [lap.fuel.start, lap.fuel.end, lap.fuelUsed].map((quantity) => el('td',
-                    { class: 'number' }, formatNumber(quantity, view.units, 3))))))));
+                [lap.fuel.start, lap.fuel.end, lap.fuelUsed, ...isAdded ? [lap.fuelAdded] : []].map(
+                    (quantity) => el('td', { class: 'number' },
+                        formatNumber(quantity, view.units, 3))))))));
 }
 
 export function showFuel() {

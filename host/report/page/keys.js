@@ -23,12 +23,16 @@ function zoomPlace() {
         ? view.cursor : (min + max) / 2;
 }
 
-/** @param {number} number counted from the first lap of the table */
+/** @param {number} number the # of a lap; with several files, of the one that the reference lap is in */
 function toggleLapNumber(number) {
-    const lap = view.model.laps[number - 1];
+    const session = view.reference?.session ?? 0;
+    const lap = view.model.laps.find((one) => one.session === session && one.number === number);
     if (lap)
         toggleLap(lap);
 }
+
+/** False if the user has switched the shortcuts of single keys off. */
+let areOn = true;
 
 /**
  * `keys` are the keys that `run` is for, `text` is how the list names them.
@@ -46,7 +50,7 @@ const shortcuts = [
         run: (event) => panBy(event.key === ',' ? -0.2 : 0.2) },
     { keys: ['0', 'Escape'], text: '0 Esc', what: 'show the whole lap', run: () => setRange(null) },
     { keys: ['1', '2', '3', '4', '5', '6', '7', '8', '9'], text: '1 … 9',
-        what: 'show or hide that lap', run: (event) => toggleLapNumber(Number(event.key)) },
+        what: 'show or hide the lap with that #', run: (event) => toggleLapNumber(Number(event.key)) },
     { keys: ['x'], text: 'X', what: 'switch between distance and time',
         run: () => setAxis(view.axis === 'distance' ? 'time' : 'distance') },
     { keys: ['u'], text: 'U', what: 'switch between drivers’ units and recorded units',
@@ -65,6 +69,8 @@ function onKey(event) {
         && event.target.matches('input[type=range], input[type=radio], select'))
         return;
     const key = event.key.length === 1 ? event.key.toLowerCase() : event.key;
+    if (!areOn && event.key.length === 1)
+        return;
     const shortcut = shortcuts.find(({ keys }) => keys.includes(key));
     if (!shortcut?.run)
         return;
@@ -74,6 +80,8 @@ function onKey(event) {
 
 export function addKeys() {
     document.addEventListener('keydown', onKey);
+    const choice = byId('keys-on', HTMLInputElement);
+    choice.addEventListener('change', () => { areOn = choice.checked; });
     byId('shortcuts').append(...shortcuts.map(({ text, what }) => el('div', {},
         el('dt', {}, text.split(' ').map((key) => el('kbd', {}, key))), el('dd', {}, what))));
 }

@@ -2,7 +2,7 @@
 
 import { byId, el } from './dom.js';
 import { lapMark } from './marks.js';
-import { formatGap, formatLapTime } from './numbers.js';
+import { fixed, formatGap, formatLapTime } from './numbers.js';
 import { formatNumber, shownUnitOf } from './units.js';
 import { setReference, toggleLap, view } from './view.js';
 
@@ -30,21 +30,27 @@ function referenceChoice(lap) {
 }
 
 /** @param {Lap} lap */
+function gapText(lap) {
+    if (lap.part)
+        return 'partial';
+    if (lap.best)
+        return el('span', { class: 'best-badge' }, 'best');
+    return lap.gap === null ? '–' : formatGap(lap.gap);
+}
+
+/** @param {Lap} lap */
 function lapTimeCells(lap) {
     if (lap.time === null)
         return [el('td', { class: 'reason', colspan: 2 }, lap.noTime)];
-    const gap = lap.gap === null ? '–' : formatGap(lap.gap);
-    return [
-        el('td', { class: 'time' }, formatLapTime(lap.time)),
-        el('td', { class: 'number' }, lap.best ? el('span', { class: 'best-badge' }, 'best') : gap),
-    ];
+    return [el('td', { class: 'time' }, formatLapTime(lap.time)), el('td', { class: 'number' }, gapText(lap))];
 }
 
 /** @param {Lap} lap */
 function lapRow(lap) {
-    const classes = [lap.best ? 'best' : '', view.drawn.includes(lap) ? 'drawn' : '',
-        lap.time === null ? 'no-time' : ''];
-    const row = el('tr', { 'class': classes.join(' ').trim(), 'data-lap': lap.index },
+    const classes = [lap.best ? 'best' : '', lap.bestOfFile ? 'best-of-file' : '',
+        lap.part ? 'partial' : '', view.drawn.includes(lap) ? 'drawn' : '',
+        lap.time === null ? 'no-time' : ''].filter(Boolean);
+    const row = el('tr', { 'class': classes.join(' '), 'data-lap': lap.index },
         el('td', {}, lapToggle(lap)),
         el('th', { scope: 'row' }, lap.label),
         el('td', { class: 'number' }, String(lap.lapInSession)),
@@ -94,9 +100,28 @@ function lapTableBodies() {
             bodies.push(el('tbody', {}, el('tr', { class: 'stint' },
                 el('th', { colspan: 8, scope: 'rowgroup' }, title))));
         }
+        if (lap.missingBefore > 0)
+            bodies[bodies.length - 1].append(missingRow(lap.missingBefore));
         bodies[bodies.length - 1].append(lapRow(lap));
     }
     return bodies;
+}
+
+/**
+ * A row for laps that are not in the result.
+ * @param {number} count
+ */
+function missingRow(count) {
+    return el('tr', { class: 'left-out' }, el('td', { colspan: 8 },
+        `${count === 1 ? '1 lap' : `${count} laps`} into the pits left out`));
+}
+
+/** What the table cannot say of partial laps; "" without any. */
+export function partialNote() {
+    const parts = view.model.laps.filter(({ part }) => part).map(({ label, part }) =>
+        `${label} from ${fixed(part?.begin ?? 0, 0)} m to ${fixed(part?.end ?? 0, 0)} m`);
+    return parts.length === 0 ? '' : `Recorded in part: ${parts.join(', ')}. The times of partial laps are not `
+        + 'compared.';
 }
 
 export function showLapTable() {
@@ -109,6 +134,7 @@ export function showLapTable() {
     container.replaceChildren(el('table', { class: 'laps' },
         el('caption', { class: 'hidden' }, 'Laps; check a lap to show it'),
         lapTableHead(), lapTableBodies()));
+    byId('laps-note').textContent = partialNote();
     if (row) {
         const input = container.querySelector(`tr[data-lap="${row}"] input[type="${type}"]`);
         if (input instanceof HTMLInputElement)

@@ -1,6 +1,6 @@
 // Puts the page together. What it exports is `report` in the browser's console, and to the tests.
 
-import { charts, drawCursor, drawRange, resizeCharts, showCharts } from './charts.js';
+import { announceCursor, charts, drawCursor, drawRange, resizeCharts, showCharts } from './charts.js';
 import { byId } from './dom.js';
 import { inNextFrame } from './frames.js';
 import { showFuel } from './fuel.js';
@@ -10,7 +10,7 @@ import { firstLaps, readModel } from './model.js';
 import { showMessages, showSessions } from './session.js';
 import { followSystemTheme, setTheme, theme } from './theme.js';
 import {
-    connectToolbar, drawPosition, hasAxis, showAxisTitle, showChoices, showLegend,
+    connectToolbar, drawPosition, hasAxis, hideUseless, showAxisTitle, showChoices, showLegend,
 } from './toolbar.js';
 import { drawMapCursor, drawTrack, pointAtMap, showMap } from './trackmap.js';
 import { showTyres } from './tyres.js';
@@ -38,6 +38,7 @@ function connectView() {
         inNextFrame(drawCursor);
         inNextFrame(drawMapCursor);
     });
+    onChange(['cursor'], announceCursor);
     onChange(['laps', 'axis', 'range', 'cursor'], () => inNextFrame(drawPosition));
     onChange(['axis', 'units', 'channels', 'theme'], showChoices);
     onChange(['laps', 'axis'], showAxisTitle);
@@ -90,7 +91,14 @@ function showTrouble(error) {
     byId('trouble').hidden = false;
 }
 
+/** Nothing may go wrong unnoticed, also after the page has been put together. */
+function watchErrors() {
+    addEventListener('error', ({ error, message }) => showTrouble(error ?? message));
+    addEventListener('unhandledrejection', ({ reason }) => showTrouble(reason));
+}
+
 async function main() {
+    watchErrors();
     followSystemTheme();
     view.model = await readModel(JSON.parse(byId('data').textContent ?? ''));
     if (!hasAxis('distance'))
@@ -104,6 +112,7 @@ async function main() {
     showFuel();
     showMessages();
     showChoices();
+    hideUseless();
     for (const lap of firstLaps(view.model.laps))
         toggleLap(lap);
     const { min, max } = fullRange();

@@ -1,6 +1,7 @@
 // Where the track and the laps lie on the map. Map units are metres, or the radius of a ring; y points
 // down, as on the screen.
 
+import { extent } from './numbers.js';
 import { floorIndex, pathOf } from './overlay.js';
 
 /** @import { Axis, Lap, MapPoint, Point } from './types.js' */
@@ -60,7 +61,7 @@ function ringProjection(length) {
 export function projection(lap) {
     const first = firstPosition(lap);
     if (first < 0)
-        return ringProjection(lap.trackLength ?? Math.max(...pathOf(lap, 'distance').values));
+        return ringProjection(lap.trackLength ?? extent(pathOf(lap, 'distance').values).greatest);
     const { latitude, longitude } = lap.ticks;
     const metresPerDegree = 111320;
     const narrowing = Math.cos(latitude[first] * Math.PI / 180); // of degrees of longitude
@@ -83,6 +84,22 @@ export function mapPoints(lap, axis, project, speeds) {
     return ticks.map((tick, i) => ({
         ...project(lap, tick), speed: speeds?.[tick] ?? NaN, place: values[i],
     })).filter(({ x, y }) => !Number.isNaN(x) && !Number.isNaN(y));
+}
+
+/**
+ * The lap whose way stands for the whole track on a map of `reference`, which may be a part of a lap:
+ * of those that can be drawn there, the one that goes farthest.
+ * @param {Lap} reference
+ * @param {Lap[]} laps
+ */
+export function outlineLap(reference, laps) {
+    /** @param {Lap} lap */
+    const way = (lap) => {
+        const { least, greatest } = extent(pathOf(lap, 'distance').values);
+        return greatest - least;
+    };
+    return laps.filter((lap) => lap.track === reference.track && hasPosition(lap) === hasPosition(reference))
+        .reduce((longest, lap) => (way(lap) > way(longest) ? lap : longest), reference);
 }
 
 /**
@@ -113,12 +130,10 @@ export function mapPlace(lap, axis, project, place) {
  * @param {number} width
  */
 export function fittedMap(points, width) {
-    const xs = points.map(({ x }) => x);
-    const ys = points.map(({ y }) => y);
-    const left = Math.min(...xs);
-    const top = Math.min(...ys);
-    const wide = Math.max(1e-9, Math.max(...xs) - left);
-    const high = Math.max(1e-9, Math.max(...ys) - top);
+    const { least: left, greatest: right } = extent(points.map(({ x }) => x));
+    const { least: top, greatest: bottom } = extent(points.map(({ y }) => y));
+    const wide = Math.max(1e-9, right - left);
+    const high = Math.max(1e-9, bottom - top);
     const margin = 22;
     const height = Math.min(360, Math.max(180, (width - 2 * margin) * high / wide + 2 * margin));
     const factor = Math.min((width - 2 * margin) / wide, (height - 2 * margin) / high);
@@ -137,8 +152,8 @@ export function fittedMap(points, width) {
  * @param {MapPoint[]} points
  */
 export function speedLimits(points) {
-    const speeds = points.map(({ speed }) => speed).filter((speed) => !Number.isNaN(speed));
-    return { slowest: Math.min(...speeds), fastest: Math.max(...speeds) };
+    const { least: slowest, greatest: fastest } = extent(points.map(({ speed }) => speed));
+    return { slowest, fastest };
 }
 
 /**

@@ -46,6 +46,7 @@ export async function readModel(data) {
     const channels = data.channels.map((channel) => ({
         ...channel,
         title: channelTitles[channel.name] ?? channel.name,
+        whole: channel.packings.every(({ whole }) => whole),
         key: (channel.calculated ? 'calculated ' : '') + channel.name,
         laps: reader.laps(channel, data.laps),
     }));
@@ -82,10 +83,10 @@ export async function readModel(data) {
  * @param {Lap[]} laps at least one
  */
 export function firstLaps(laps) {
-    const timed = laps.filter((lap) => lap.time !== null && lap.kind === 'timed')
+    const timed = laps.filter((lap) => lap.timed)
         .sort((a, b) => Number(a.time) - Number(b.time));
     const first = timed[0] ?? [...laps].sort((a, b) => b.samples - a.samples)[0];
     const others = timed.filter((lap) => lap !== first && lap.track === first.track);
-    const rivals = others.filter((lap) => lap.best);
+    const rivals = others.filter((lap) => lap.bestOfFile && lap.session !== first.session);
     return [first, ...(rivals.length > 0 ? rivals.slice(0, 3) : others.slice(0, 1))];
 }

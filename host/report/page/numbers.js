@@ -41,3 +41,26 @@ export function formatGap(seconds) {
     const text = fixed(seconds, 3);
     return Number(text) > 0 ? `+${text}` : text;
 }
+
+/**
+ * The least and the greatest of `numbers`, without those that are not a number; infinite if there is
+ * none. Unlike Math.min() it takes as many as there are.
+ * @param {Iterable<number>} numbers
+ */
+export function extent(numbers) {
+    let least = Infinity;
+    let greatest = -Infinity;
+    for (const number of numbers) {
+        least = number < least ? number : least;
+        greatest = number > greatest ? number : greatest;
+    }
+    return { least, greatest };
+}
+
+/**
+ * The one in the middle of `numbers`; the lower one if there are two, 0 if there is none.
+ * @param {number[]} numbers
+ */
+export function median(numbers) {
+    return [...numbers].sort((a, b) => a - b)[Math.ceil(numbers.length / 2) - 1] ?? 0;
+}

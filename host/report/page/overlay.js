@@ -207,6 +207,7 @@ export function niceStep(size) {
 
 /**
  * The places at which `laps` are shown: rising, evenly spaced, from the first start to the last end.
+ * Distances go from line to line, also for a part of a lap.
  * @param {Lap[]} laps
  * @param {Axis} axis
  */
@@ -219,6 +220,10 @@ export function commonGrid(laps, axis) {
             continue;
         start = Math.min(start, values[0], lap.fromLine ? 0 : values[0]);
         end = Math.max(end, values[values.length - 1]);
+        if (axis === 'distance' && lap.trackLength) {
+            start = Math.min(start, 0);
+            end = Math.max(end, lap.trackLength);
+        }
         const elapsed = axis === 'distance' ? elapsedOf(lap).distances : elapsedOf(lap).times;
         if (elapsed.length > 0)
             end = Math.max(end, elapsed[elapsed.length - 1]);

@@ -1,6 +1,6 @@
 // Samples as zepimport packs them; docs/report.md describes the format.
 
-/** @import { LapData, PackedChannel } from './types.js' */
+/** @import { LapData, PackedChannel, Packing } from './types.js' */
 
 /**
  * The bytes in `base64`, decompressed.
@@ -38,11 +38,11 @@ export class SampleReader {
     }
 
     /**
-     * The samples of `channel` in a lap of `count` ticks, NaN for the missing ones.
-     * @param {PackedChannel} channel
+     * The samples of a lap of `count` ticks, NaN for the missing ones.
+     * @param {Packing} packing
      * @param {number} count
      */
-    samples(channel, count) {
+    samples({ base, step }, count) {
         const samples = new Float64Array(count);
         let steps = 0;
         for (let i = 0; i < count; ++i) {
@@ -52,7 +52,7 @@ export class SampleReader {
                 continue;
             }
             steps += number % 2 === 1 ? (number - 1) / 2 : -number / 2;
-            samples[i] = channel.base + channel.step * steps;
+            samples[i] = base + step * steps;
         }
         return samples;
     }
@@ -63,6 +63,6 @@ export class SampleReader {
      * @param {LapData[]} laps
      */
     laps(channel, laps) {
-        return laps.map((lap) => this.samples(channel, lap.samples));
+        return laps.map((lap) => this.samples(channel.packings[lap.session], lap.samples));
     }
 }

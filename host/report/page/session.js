@@ -30,17 +30,23 @@ function sessionDate({ date, dateOfFile }) {
     if (!date)
         return null;
     const text = date.slice(0, 16).replace('T', ' ');
-    return el('span', { class: 'date' }, dateOfFile ? `${text} (file date)` : text);
+    return dateOfFile ? `${text} (file date)` : text;
 }
 
-/** @param {Weather} weather */
-function weatherFacts({ skies, air, track, wind, humidity, pressure }) {
+/**
+ * What was measured on a lap, and what the recording says of the session, are named differently: they
+ * are not the same.
+ * @param {Weather} weather
+ */
+function weatherFacts({ skies, air, track, airTemperature, trackSurfaceTemperature, wind, humidity, pressure }) {
     const airPressure = pressure?.unit === 'Pa' ? { value: pressure.value / 100, unit: 'hPa' }
         : pressure;
     return [
         fact('Sky', skies),
-        fact('Air', formatQuantity(air, view.units, 1)),
-        fact('Track surface', formatQuantity(track, view.units, 1)),
+        air ? fact('Air, measured', formatQuantity(air, view.units, 1))
+            : fact('Air temperature', formatQuantity(airTemperature, view.units, 1)),
+        track ? fact('Track, measured', formatQuantity(track, view.units, 1))
+            : fact('Track surface temperature', formatQuantity(trackSurfaceTemperature, view.units, 1)),
         fact('Wind', formatQuantity(wind, view.units, 1)),
         fact('Humidity', formatQuantity(humidity, view.units, 0)),
         fact('Air pressure', formatQuantity(airPressure, view.units, 0)),
@@ -57,45 +63,106 @@ function quantityOf(value) {
 }
 
 /**
- * @param {Session} session
+ * The laps of a session, how many of them are timed, and the best one.
  * @param {number} index
  * @param {Model} model
  */
-function sessionFacts(session, index, model) {
+export function sessionLaps(index, model) {
     const laps = model.laps.filter((lap) => lap.session === index);
-    const timed = laps.filter((lap) => lap.time !== null);
-    const best = laps.find((lap) => lap.best);
+    return {
+        count: laps.length,
+        timed: laps.filter((lap) => lap.timed).length,
+        best: laps.find((lap) => lap.bestOfFile) ?? null,
+    };
+}
+
+/**
+ * @param {Session} session
+ * @param {Model} model
+ */
+function sessionFacts(session, model) {
+    const { count, timed, best } = sessionLaps(0, model);
     const length = session.trackLength ? { value: session.trackLength, unit: 'm' } : null;
     const tank = session.values.find(({ name }) => name === 'Maximum fuel level');
     return el('dl', { class: 'facts' },
         best ? fact(`Best lap ${best.label}`, formatLapTime(best.time), 'best-fact') : null,
-        fact('Timed laps', `${timed.length} of ${laps.length}`),
+        fact('Timed laps', `${timed} of ${count}`),
         fact('Track length', formatQuantity(length, view.units, 0)),
         weatherFacts(session.weather),
         fact('Tank', formatQuantity(quantityOf(tank), view.units)));
 }
 
 /**
- * @param {Session} session
- * @param {number} index
+ * The head of a page about one file.
  * @param {Model} model
  */
-function sessionHead(session, index, model) {
+function sessionHead(model) {
+    const [session] = model.sessions;
     const date = sessionDate(session);
     const names = [session.car, session.driver, session.session].filter(Boolean).join(' · ');
     return el('section', { 'class': 'session', 'aria-label': `Session ${sessionTitle(session)}` },
         el('div', { class: 'session-title' },
-            el(index === 0 ? 'h1' : 'h2', {}, sessionTitle(session)),
-            el('p', { class: 'subtitle' }, names, names && date ? ' · ' : null, date),
-            model.sessions.length > 1
-                ? el('p', { class: 'file' }, `${fileLetter(index)}: ${session.file}`) : null),
-        sessionFacts(session, index, model));
+            el('h1', {}, sessionTitle(session)),
+            el('p', { class: 'subtitle' }, names, names && date ? ' · ' : null,
+                date && el('span', { class: 'date' }, date))),
+        sessionFacts(session, model));
+}
+
+/**
+ * The columns of the table of sessions, without those that say nothing, and in which all are the same.
+ * @param {Model} model
+ * @returns {{ title: string, number?: boolean, texts: (string | null)[] }[]}
+ */
+export function sessionColumns(model) {
+    const { sessions } = model;
+    const laps = sessions.map((_, index) => sessionLaps(index, model));
+    /** @param {Quantity | null} quantity */
+    const temperature = (quantity) => quantity && formatQuantity(quantity, view.units, 1);
+    const varying = [
+        { title: 'Track', texts: sessions.map(sessionTitle) },
+        { title: 'Car', texts: sessions.map(({ car }) => car) },
+        { title: 'Driver', texts: sessions.map(({ driver }) => driver) },
+        { title: 'Session', texts: sessions.map(({ session }) => session) },
+    ].filter(({ texts }) => new Set(texts).size > 1);
+    return [
+        { title: 'File', texts: sessions.map(({ file }) => file) },
+        { title: 'Date', texts: sessions.map(sessionDate) },
+        ...varying,
+        { title: 'Best lap', number: true, texts: laps.map(({ best }) => best && formatLapTime(best.time)) },
+        { title: 'Timed laps', number: true, texts: laps.map(({ timed, count }) => `${timed} of ${count}`) },
+        { title: 'Air', number: true,
+            texts: sessions.map(({ weather }) => temperature(weather.air ?? weather.airTemperature)) },
+        { title: 'Track, measured', number: true, texts: sessions.map(({ weather }) => temperature(weather.track)) },
+    ].filter(({ texts }) => texts.some((text) => text));
+}
+
+/**
+ * The head of a page about several files: what they share, and a row for each.
+ * @param {Model} model
+ */
+function sessionTable(model) {
+    const { sessions } = model;
+    /** @param {(session: Session) => string | null} name */
+    const shared = (name) => (new Set(sessions.map(name)).size === 1 ? name(sessions[0]) : null);
+    const names = [shared(({ car }) => car), shared(({ driver }) => driver), shared(({ session }) => session)];
+    const columns = sessionColumns(model);
+    return el('section', { 'class': 'session-table', 'aria-label': 'Sessions' },
+        el('h1', {}, shared(sessionTitle) ?? `${sessions.length} recordings`),
+        el('p', { class: 'subtitle' }, names.filter(Boolean).join(' · ')),
+        el('div', { 'class': 'scroll sessions', 'tabindex': 0, 'role': 'region', 'aria-label': 'Table of sessions' },
+            el('table', {},
+                el('caption', { class: 'hidden' }, 'Sessions'),
+                el('thead', {}, el('tr', {}, el('th', { scope: 'col' }, '#'), columns.map(
+                    ({ title, number }) => el('th', { scope: 'col', class: number ? 'number' : null }, title)))),
+                el('tbody', {}, sessions.map((_, index) => el('tr', { class: 'session' },
+                    el('th', { scope: 'row' }, fileLetter(index)),
+                    columns.map(({ texts, number }) => el('td', { class: number ? 'number' : null },
+                        texts[index] ?? '–'))))))));
 }
 
 export function showSessions() {
     const { model } = view;
-    byId('sessions').replaceChildren(...model.sessions.map(
-        (session, index) => sessionHead(session, index, model)));
+    byId('sessions').replaceChildren(model.sessions.length === 1 ? sessionHead(model) : sessionTable(model));
 }
 
 /** @param {Session} session */
@@ -109,13 +176,24 @@ function sessionValues(session) {
         })));
 }
 
+/**
+ * A list of messages; null if there is none.
+ * @param {{ file: string, text: string, error: boolean }[]} messages
+ */
+function messageList(messages) {
+    return messages.length === 0 ? null
+        : el('ul', {}, messages.map(({ file, text, error }) => el('li', { class: error ? 'error' : null },
+            view.model.sessions.length > 1 ? `${file}: ${text}` : text)));
+}
+
+/** Shows what went wrong; what an import says when all is well is folded away. */
 export function showMessages() {
     const { sessions } = view.model;
-    const messages = sessions.flatMap((session) => session.messages.map(
-        ({ text, error }) => el('li', { class: error ? 'error' : null },
-            sessions.length > 1 ? `${session.file}: ${text}` : text)));
+    const messages = sessions.flatMap(({ file, messages: all }) => all.map((message) => ({ ...message, file })));
+    const errors = messages.filter(({ error }) => error);
+    const others = messageList(messages.filter(({ error }) => !error));
     byId('messages').replaceChildren(
-        messages.length > 0 ? el('ul', {}, messages)
-            : el('p', { class: 'muted' }, 'The import had nothing to report.'),
+        messageList(errors) ?? el('p', { class: 'muted' }, 'The import had nothing to complain about.'),
+        ...others ? [el('details', {}, el('summary', {}, 'Everything that the import said'), others)] : [],
         ...sessions.map(sessionValues));
 }

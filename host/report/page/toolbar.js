@@ -77,6 +77,13 @@ export function showAxisTitle() {
     byId('axis-title').textContent = axisTitle();
 }
 
+/** Hides the controls of charts where no lap can be drawn. */
+export function hideUseless() {
+    const isUseful = hasAxis('distance') || hasAxis('time');
+    for (const id of ['toolbar', 'chart-choices'])
+        byId(id).hidden = !isUseful;
+}
+
 export function connectToolbar() {
     const help = byId('help', HTMLDialogElement);
     const position = byId('position', HTMLInputElement);

@@ -3,8 +3,8 @@
 import { byId, el, styleValue } from './dom.js';
 import { lapColour } from './marks.js';
 import {
-    colourRuns, fittedMap, hasPosition, mapPlace, mapPoints, nearestPoint, projection, speedColour,
-    speedLimits,
+    colourRuns, fittedMap, hasPosition, mapPlace, mapPoints, nearestPoint, outlineLap, projection,
+    speedColour, speedLimits,
 } from './mapgeometry.js';
 import { formatQuantity } from './units.js';
 import { paintedLaps, setCursor, shownRange, view } from './view.js';
@@ -15,6 +15,10 @@ import { paintedLaps, setCursor, shownRange, view } from './view.js';
 export const trackMap = {
     /** The track, as the reference lap drove it. @type {MapPoint[]} */
     points: [],
+    /** The whole track, as another lap may have driven it. @type {MapPoint[]} */
+    outline: [],
+    /** The first of these lies at the start/finish line; empty if no lap starts there. @type {MapPoint[]} */
+    start: [],
     /** @type {Projection} */
     project: () => ({ x: NaN, y: NaN }),
     /** From map units to pixels. @type {(point: Point) => Point} */
@@ -106,12 +110,14 @@ export function drawTrack() {
         return;
     const { points } = trackMap;
     const places = points.map(trackMap.scale);
+    const outline = trackMap.outline.map(trackMap.scale);
     const { slowest, fastest } = speedLimits(points);
+    drawLine(context, outline, 9, styleValue('--map-edge'));
     drawLine(context, places, 9, styleValue('--map-edge'));
     for (const { colour, from, to } of colourRuns(points, trackColour(slowest, fastest)))
         drawLine(context, places.slice(from, to + 1), 5, colour);
-    if (trackMap.lap?.fromLine)
-        drawStart(context, places);
+    if (trackMap.start.length > 0)
+        drawStart(context, trackMap.start.map(trackMap.scale));
     showMapKey(slowest, fastest);
 }
 
@@ -157,7 +163,7 @@ export function drawMapCursor() {
 function fitMap() {
     const map = byId('map');
     const width = map.clientWidth;
-    const { height, scale } = fittedMap(trackMap.points, width);
+    const { height, scale } = fittedMap([...trackMap.outline, ...trackMap.points], width);
     trackMap.scale = scale;
     for (const canvas of map.querySelectorAll('canvas')) {
         canvas.width = width * devicePixelRatio;
@@ -177,6 +183,9 @@ export function showMap() {
         return;
     trackMap.project = projection(lap);
     trackMap.points = mapPoints(lap, view.axis, trackMap.project, speedChannel()?.laps[lap.index]);
+    const whole = outlineLap(lap, view.model.laps);
+    trackMap.outline = mapPoints(whole, 'distance', trackMap.project, undefined);
+    trackMap.start = [trackMap.points, trackMap.outline].find((_, i) => [lap, whole][i].fromLine) ?? [];
     if (trackMap.points.length < 2) {
         byId('map-note').textContent = 'Neither positions nor distances were recorded for this lap.';
         return;

@@ -15,8 +15,12 @@ export interface NamedValue {
 
 export interface Weather {
     skies: string | null;
+    /** Means over the lap that represents the file; so are wind, humidity and pressure. */
     air: Quantity | null;
     track: Quantity | null;
+    /** As the recording names them for the session. */
+    airTemperature: Quantity | null;
+    trackSurfaceTemperature: Quantity | null;
     wind: Quantity | null;
     humidity: Quantity | null;
     pressure: Quantity | null;
@@ -33,13 +37,18 @@ export interface Session {
     dateOfFile: boolean;
     trackLength: number | null;
     weather: Weather;
+    /** True if carcass and tread of tyres change only at stops. */
+    tyresSeenAtStops: boolean;
     values: NamedValue[];
     messages: { text: string, error: boolean }[];
 }
 
 export type Corner = 'lf' | 'rf' | 'lr' | 'rr';
 
-/** Each temperature and tread is left, middle and right as seen by the driver. */
+/**
+ * Each temperature and tread is left, middle and right as seen by the driver. Carcass and tread are
+ * as of the last stop if they were only seen there; else a mean, and what is left at the end.
+ */
 export interface Tyre {
     surface: (Quantity | null)[];
     carcass: (Quantity | null)[];
@@ -59,25 +68,41 @@ export interface LapData {
     time: number | null;
     /** Why there is no time. */
     noTime: string | null;
+    /** To the best lap of the page on the same track. */
     gap: number | null;
+    /** True for that lap. */
     best: boolean;
+    /** True for the best of the file's laps on the page. */
+    bestOfFile: boolean;
+    /** True if the lap counts as a timed one: from line to line, with a valid time. */
+    timed: boolean;
+    /** What was recorded of a partial lap, in metres from the line. */
+    part: { begin: number, end: number } | null;
+    /** How many laps before this one are not in the result. */
+    missingBefore: number;
     completed: boolean;
     fromLine: boolean;
     /** How many there are of each channel. */
     samples: number;
     topSpeed: Quantity | null;
     fuelUsed: Quantity | null;
+    fuelAdded: Quantity | null;
     fuel: { start: Quantity | null, end: Quantity | null };
     tyres: Record<Corner, Tyre>;
 }
 
 /** Whole steps above a base, which `samples` packs. */
-export interface PackedChannel {
-    unit: string;
+export interface Packing {
     base: number;
     step: number;
     /** True if all samples are whole numbers. */
     whole: boolean;
+}
+
+export interface PackedChannel {
+    unit: string;
+    /** One for each session. */
+    packings: Packing[];
 }
 
 export interface ReportData {
@@ -125,6 +150,8 @@ export interface Channel extends PackedChannel {
     calculated: boolean;
     title: string;
     key: string;
+    /** True if all samples are whole numbers. */
+    whole: boolean;
     /** The samples of each lap; NaN for a missing one. */
     laps: Float64Array[];
 }

@@ -110,8 +110,9 @@ void tst_ZepimportReport::data()
     const QJsonObject session = data.value(QStringLiteral("sessions")).toArray().at(0).toObject();
     QCOMPARE(session.value(QStringLiteral("file")), QJsonValue("race.laps"));
     QCOMPARE(session.value(QStringLiteral("driver")), QJsonValue("Zoë Ångström"));
-    QCOMPARE(session.value(QStringLiteral("weather")).toObject().value(QStringLiteral("air")),
-             QJsonValue(QJsonObject{{"value", 21.5}, {"unit", "C"}}));
+    QCOMPARE(
+        session.value(QStringLiteral("weather")).toObject().value(QStringLiteral("airTemperature")),
+        QJsonValue(QJsonObject{{"value", 21.5}, {"unit", "C"}}));
     const QJsonArray messages = session.value(QStringLiteral("messages")).toArray();
     QCOMPARE(messages.size(), 1);
     QCOMPARE(messages.at(0).toObject().value(QStringLiteral("text")),

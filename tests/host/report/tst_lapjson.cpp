@@ -12,6 +12,7 @@ class tst_LapJson : public QObject
 
 private Q_SLOTS:
     void tyres();
+    void tyresSeenAtStops();
     void weather();
 };
 
@@ -33,7 +34,7 @@ void tst_LapJson::tyres()
     lap.addChannel(newChannel({150, 160}, QStringLiteral("kPa")), QStringLiteral("rfpressure"));
 
     const QJsonValue null;
-    const QJsonObject tyres = tyresJson(lap);
+    const QJsonObject tyres = tyresJson(lap, false);
     QCOMPARE(tyres.keys(), (QStringList{"lf", "lr", "rf", "rr"}));
     QCOMPARE(tyres.value(QStringLiteral("rf")).toObject(),
              (QJsonObject{{"surface", QJsonArray{quantity(70, "C"), null, null}},
@@ -42,6 +43,24 @@ void tst_LapJson::tyres()
                           {"pressure", QJsonArray{quantity(150, "kPa"), quantity(160, "kPa")}}}));
     QCOMPARE(tyres.value(QStringLiteral("lf")).toObject().value(QStringLiteral("pressure")),
              QJsonValue(QJsonArray{null, null}));
+
+    const QJsonObject atStops = tyresJson(lap, true).value(QStringLiteral("rf")).toObject();
+    QCOMPARE(atStops.value(QStringLiteral("surface")),
+             QJsonValue(QJsonArray{quantity(70, "C"), null, null}));
+    QCOMPARE(atStops.value(QStringLiteral("carcass")),
+             QJsonValue(QJsonArray{null, quantity(52, "C"), null}));
+}
+
+void tst_LapJson::tyresSeenAtStops()
+{
+    Laps laps;
+    laps.push_back(std::make_unique<ZEP::Lap>());
+    QVERIFY(areTyresSeenAtStops(laps));
+    laps.push_back(std::make_unique<ZEP::Lap>());
+    laps.back()->addChannel(newChannel({1, 1}), QStringLiteral("rrwearr"));
+    QVERIFY(areTyresSeenAtStops(laps));
+    laps.back()->addChannel(newChannel({1, 0.9}), QStringLiteral("rrwearr"));
+    QVERIFY(!areTyresSeenAtStops(laps));
 }
 
 void tst_LapJson::weather()
@@ -54,8 +73,10 @@ void tst_LapJson::weather()
     const QJsonValue null;
     QCOMPARE(weatherJson(lap),
              (QJsonObject{{"skies", "Mostly Cloudy"},
-                          {"air", quantity(18.5, "C")},
+                          {"air", null},
                           {"track", quantity(19.5, "C")},
+                          {"airTemperature", quantity(18.5, "C")},
+                          {"trackSurfaceTemperature", quantity(24.5, "C")},
                           {"wind", null},
                           {"humidity", null},
                           {"pressure", null}}));

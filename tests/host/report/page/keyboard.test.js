@@ -61,6 +61,38 @@ test('a question mark lists the keys, Escape closes the list', () => withPage(fi
     assert.ok(await page.locator('#help').isHidden());
 }));
 
+test('the shortcuts can be switched off', () => withPage(file, {}, async (page) => {
+    await page.keyboard.press('?');
+    await page.locator('#keys-on').uncheck();
+    await page.keyboard.press('Escape');
+    await page.keyboard.press('t');
+    await page.keyboard.press('1');
+    assert.strictEqual(await page.locator('html').getAttribute('data-theme'), 'light');
+    assert.strictEqual(await page.locator('#laps input[type=checkbox]').first().isChecked(), false);
+    await page.keyboard.press('ArrowRight');
+    assert.ok(await position(page) > 0);
+}));
+
+test('digits choose the # that the table shows', async () => {
+    const some = writeReport([demoRecording('some.ibt', ['--laps', '2', '--stints', '2'])], ['--lap', '3,5,6']);
+    await withPage(some, {}, async (page) => {
+        const shown = () => page.locator('#legend').innerText();
+        assert.doesNotMatch(await shown(), /#6/);
+        await page.keyboard.press('6');
+        assert.match(await shown(), /#6/);
+        const before = await shown();
+        await page.keyboard.press('1');
+        assert.strictEqual(await shown(), before);
+    });
+});
+
+test('the values at the cursor are told once it rests', () => withPage(file, {}, async (page) => {
+    await page.keyboard.press('ArrowRight');
+    const place = await positionText(page);
+    await page.waitForFunction((text) => document.getElementById('cursor-values').textContent.startsWith(text), place);
+    assert.match(await page.locator('#cursor-values').textContent(), /\. Speed: #\d [\d.]+ km\/h/);
+}));
+
 test('Tab reaches everything that can be used, and each has a name', () => withPage(file, {}, async (page) => {
     const reached = new Set();
     for (let i = 0; i < 60; ++i) {

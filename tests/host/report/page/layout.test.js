@@ -18,6 +18,21 @@ for (const [name, viewport] of Object.entries(sizes)) {
     }));
 }
 
+test('many files need no more of the screen than a few', async () => {
+    const files = Array.from({ length: 12 }, (_, i) => demoRecording(`many${i}.ibt`,
+        ['--laps', '1', '--stints', '1', '--seed', String(i + 1), '--rate', '10']));
+    const many = writeReport(files);
+    await withPage(many, { viewport: sizes.desktop }, async (page) => {
+        const { y } = await page.locator('[data-chart="speed"]').boundingBox();
+        assert.ok(y < sizes.desktop.height - 200, `the first chart begins at ${y}`);
+        assert.strictEqual(await page.locator('.sessions tbody tr').count(), 12);
+    });
+    await withPage(many, { viewport: sizes.phone }, async (page) => {
+        const { height } = await page.locator('#sessions').boundingBox();
+        assert.ok(height < 400, `${height}`);
+    });
+});
+
 test('laps and map stay beside the charts, and beside nothing else', () => withPage(file,
     { viewport: sizes.desktop }, async (page) => {
         const boxes = async () => {

@@ -42,12 +42,37 @@ test('shows tyres and fuel of every lap', () => withPage(file, {}, async (page) 
     assert.strictEqual(await page.locator('#fuel tbody tr').count(), laps);
     assert.strictEqual(await page.locator('#tyres .scroll tbody tr').count(), laps);
     assert.strictEqual(await page.locator('#tyres .tyre').count(), 4);
-    assert.match(await page.locator('#fuel p').innerText(), /^Average use: 0\.\d{3} l per lap \(\d+ laps?\)\. /);
+    assert.match(await page.locator('#fuel p').innerText(), /^Average use: 0\.\d{3} l per lap \(of 4 timed laps\)\. /);
 }));
 
-test('repeats the messages of the plug-in', () => withPage(file, {}, async (page) => {
+test('folds away what the plug-in says when all is well', () => withPage(file, {}, async (page) => {
+    assert.match(await page.locator('#messages').innerText(), /^The import had nothing to complain about\./);
+    assert.ok(await page.locator('#messages li').last().isHidden());
+    await page.locator('#messages summary').first().click();
     assert.match(await page.locator('#messages li').last().innerText(), /Laps readed/);
 }));
+
+test('the laps that a pit stop splits are partial, and count nowhere', async () => {
+    const race = demoRecording('race.ibt', ['--session', 'race', '--laps', '3']);
+    const [{ timedLaps, lap: best }] = JSON.parse(zepimport(['laps', '--best', '--json', race]));
+    await withPage(writeReport([race]), {}, async (page) => {
+        const partial = page.locator('#laps tr.partial');
+        assert.strictEqual(await partial.count(), 2);
+        assert.match(await partial.first().innerText(), /partial/);
+        assert.match(await page.locator('#laps-note').innerText(),
+            /^Recorded in part: #5 from 0 m to 45 m, #6 from 46 m/);
+        assert.match(await page.locator('#laps').innerText(), /1 lap into the pits left out/);
+        assert.match(await page.locator('#sessions').innerText(), new RegExp(`Timed laps\\s+${timedLaps} of 10`));
+        assert.match(await page.locator('#fuel p').innerText(), new RegExp(`of ${timedLaps} timed laps`));
+        assert.ok((await page.locator('#laps tr.best th').innerText()).includes(`#${best}`));
+        const whole = await page.evaluate(() => report.fullRange());
+        await page.locator('#laps tr[data-lap="4"] input[type=radio]').check();
+        assert.strictEqual(await page.evaluate(() => report.trackMap.lap.number), 5);
+        assert.deepStrictEqual(await page.evaluate(() => report.fullRange()), whole);
+        const wide = await page.evaluate(() => report.trackMap.outline.map(report.trackMap.scale).map(({ x }) => x));
+        assert.ok(Math.max(...wide) - Math.min(...wide) > 150, 'the whole track is on the map');
+    });
+});
 
 test('tells files and laps of several recordings apart', async () => {
     const other = demoRecording('other.ibt', ['--laps', '1', '--stints', '1', '--seed', '4']);
@@ -55,10 +80,20 @@ test('tells files and laps of several recordings apart', async () => {
         assert.strictEqual(await page.locator('.session').count(), 2);
         const labels = await page.locator('#laps tr[data-lap] th').allInnerTexts();
         assert.ok(labels.includes('A2') && labels.includes('B2'), `${labels}`);
-        assert.strictEqual(await page.locator('.best-badge').count(), 2);
+        assert.strictEqual(await page.locator('.best-badge').count(), 1);
+        assert.strictEqual(await page.locator('#laps tr.best-of-file').count(), 2);
         const drawn = await page.locator('#laps tr.drawn').evaluateAll(
-            (rows) => rows.map((row) => row.classList.contains('best')));
+            (rows) => rows.map((row) => row.classList.contains('best-of-file')));
         assert.deepStrictEqual(drawn, [true, true], 'the best laps of both');
+    });
+});
+
+test('without laps there is nothing to scrub', async () => {
+    const sheet = lapSheet('none.laps', ['lap|-1|0||6|2|0', 'track|Ring']);
+    await withPage(writeReport([sheet], [], lapSheets()), {}, async (page) => {
+        assert.ok(await page.locator('#position').isHidden());
+        assert.ok(await page.getByText('To zoom, drag').isHidden());
+        assert.strictEqual(await page.locator('#charts').innerText(), 'Nothing was recorded of these laps.');
     });
 });
 

@@ -23,10 +23,11 @@ test('shows markup as it was written', () => withPage(file, {}, async (page) => 
     for (const text of [end, image, script, '"><svg onload="window.broken = true">'])
         assert.ok(head.includes(text), text);
     assert.deepStrictEqual(await page.locator('#messages li').evaluateAll(
-        (items) => items.map((item) => item.textContent.replace('[Lap sheets plugin] ', ''))), [script, image]);
+        (items) => items.map((item) => item.textContent.replace('[Lap sheets plugin] ', ''))), [image, script],
+    'the error first');
     assert.ok((await page.locator('#channels').innerText()).includes(image));
     assert.ok((await page.locator('[data-chart="speed"] h3').textContent()).includes(script));
-    assert.ok((await page.locator('#messages summary').innerText()).includes("<b>'hostile'&amp;.laps"));
+    assert.ok((await page.locator('#messages summary').last().innerText()).includes("<b>'hostile'&amp;.laps"));
 }));
 
 test('runs nothing of it', () => withPage(file, {}, async (page) => {

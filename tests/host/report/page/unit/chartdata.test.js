@@ -1,7 +1,7 @@
 import assert from 'node:assert';
 import { beforeEach, test } from 'node:test';
 import {
-    axisTexts, axisTitle, channelChart, chartContents, formatPlace, noDifferenceReason,
+    axisTexts, axisTitle, channelChart, chartContents, differenceLimit, formatPlace, noDifferenceReason,
 } from '../../../../../host/report/page/chartdata.js';
 import { setUnits, toggleChannel, toggleLap, view } from '../../../../../host/report/page/view.js';
 import { resetView, steadyLap, testLap } from './laps.js';
@@ -13,7 +13,7 @@ beforeEach(resetView);
 /** @param {number[]} samples @param {Partial<Channel>} changes @returns {Channel} */
 function testChannel(samples, changes = {}) {
     return {
-        name: 'speed', calculated: false, title: 'Speed', key: 'speed', unit: 'm/s', base: 0, step: 1,
+        name: 'speed', calculated: false, title: 'Speed', key: 'speed', unit: 'm/s', packings: [],
         whole: false, laps: [Float64Array.from(samples)], ...changes,
     };
 }
@@ -78,6 +78,18 @@ test('the difference comes first, unless there is a reason for none', () => {
     assert.deepStrictEqual(charts[0].ends(1, 2), [-0.1, 2.1]);
     toggleChannel('speed');
     assert.deepStrictEqual(chartContents().charts.map(({ key }) => key), ['difference', 'rpm']);
+});
+
+test('a slow lap does not flatten the others, and is said to leave the chart', () => {
+    view.model.channels = [];
+    for (const [index, speed] of [20, 19.9, 19.8, 0.5].entries())
+        toggleLap(steadyLap(speed, { index }));
+    const [{ note, ends }] = chartContents().charts;
+    assert.strictEqual(note, 'above zero: slower; #4 leaves the chart');
+    const [low, high] = ends(0, 195);
+    assert.ok(low < 0 && high > 0.05 && high < 1, `${low} to ${high}`);
+    assert.strictEqual(differenceLimit([[0, null, 3], [0, -8], [null]]), 15);
+    assert.strictEqual(differenceLimit([]), 0.05);
 });
 
 test('without anything along the axis there is no chart', () => {

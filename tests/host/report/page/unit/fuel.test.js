@@ -12,7 +12,8 @@ import { testLap } from './laps.js';
 function fuelLap(index, used, end, time = 60) {
     /** @param {number | null} value */
     const litres = (value) => (value === null ? null : { value, unit: 'l' });
-    return testLap([], [], { index, time, fuelUsed: litres(used), fuel: { start: null, end: litres(end) } });
+    const fuel = { start: null, end: litres(end) };
+    return testLap([], [], { index, time, timed: time !== null, fuelUsed: litres(used), fuel });
 }
 
 test('timed laps that used fuel count; what is left is that of the last lap', () => {
@@ -21,12 +22,19 @@ test('timed laps that used fuel count; what is left is that of the last lap', ()
     const use = fuelUse(laps);
     assert.deepStrictEqual([use?.average, use?.laps, use?.left, use?.last.index, use?.lapsLeft], [2, 3, 5.1, 3, 2]);
     assert.strictEqual(fuelSummary(laps),
-        'Average use: 2.000 l per lap (3 laps). 5.10 l left after lap #4: enough for 2 more laps.');
+        'Average use: 2.000 l per lap (of 3 timed laps). 5.10 l left after lap #4: enough for 2 more laps.');
+});
+
+test('the parts of a lap that a stop splits do not count, although they have times', () => {
+    const part = { ...fuelLap(0, 0.01, 8), kind: 'partial', timed: false, part: { begin: 0, end: 46 } };
+    const filled = { ...fuelLap(1, 0.2, 9), fuelAdded: { value: 2, unit: 'l' } };
+    const use = fuelUse([part, filled, fuelLap(2, 0.14, 10), fuelLap(3, 0.15, 9.9)]);
+    assert.deepStrictEqual([use?.average.toFixed(3), use?.laps, use?.lapsLeft], ['0.145', 2, 68]);
 });
 
 test('one lap is not "laps"', () => {
     assert.strictEqual(fuelSummary([fuelLap(0, 2, 3)]),
-        'Average use: 2.000 l per lap (1 lap). 3.00 l left after lap #1: enough for 1 more lap.');
+        'Average use: 2.000 l per lap (of 1 timed lap). 3.00 l left after lap #1: enough for 1 more lap.');
 });
 
 test('nothing is said where nothing is known', () => {

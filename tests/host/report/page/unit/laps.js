@@ -2,12 +2,25 @@
 
 import { view } from '../../../../../host/report/page/view.js';
 
-/** @import { Lap, Tyre } from '../../../../../host/report/page/types.js' */
+/** @import { Lap, Session, Tyre } from '../../../../../host/report/page/types.js' */
 
 /** @returns {Tyre} */
 function unknownTyre() {
     const unknown = [null, null, null];
     return { surface: unknown, carcass: unknown, tread: unknown, pressure: [null, null] };
+}
+
+/** @param {Partial<Session>} changes @returns {Session} */
+export function testSession(changes = {}) {
+    return {
+        file: 'a.ibt', track: 'Ring', configuration: null, car: null, driver: null, session: null,
+        date: null, dateOfFile: false, trackLength: 100, values: [], messages: [], tyresSeenAtStops: false,
+        weather: {
+            skies: null, air: null, track: null, airTemperature: null, trackSurfaceTemperature: null,
+            wind: null, humidity: null, pressure: null,
+        },
+        ...changes,
+    };
 }
 
 /**
@@ -23,8 +36,9 @@ export function testLap(distances, times, changes = {}) {
     const index = changes.index ?? 0;
     return {
         index, session: 0, number: index + 1, lapInSession: index + 1, stint: 1, kind: 'timed',
-        time: 10, noTime: null, gap: null, best: false, completed: true, fromLine: true,
-        samples: distances.length, topSpeed: null, fuelUsed: null, fuel: { start: null, end: null },
+        time: 10, noTime: null, gap: null, best: false, bestOfFile: false, timed: true, part: null,
+        missingBefore: 0, completed: true, fromLine: true, samples: distances.length, topSpeed: null,
+        fuelUsed: null, fuelAdded: null, fuel: { start: null, end: null },
         tyres: { lf: unknownTyre(), rf: unknownTyre(), lr: unknownTyre(), rr: unknownTyre() },
         label: `#${index + 1}`, track: 'Ring', trackLength: 100, slot: 0, paths: {},
         ticks: {

@@ -1,7 +1,8 @@
 import assert from 'node:assert';
 import { test } from 'node:test';
 import {
-    colourRuns, fittedMap, hasPosition, mapPlace, mapPoints, nearestPoint, projection, speedColour, speedLimits,
+    colourRuns, fittedMap, hasPosition, mapPlace, mapPoints, nearestPoint, outlineLap,
+    projection, speedColour, speedLimits,
 } from '../../../../../host/report/page/mapgeometry.js';
 import { steadyLap, testLap } from './laps.js';
 
@@ -41,6 +42,24 @@ test('points without a position are left out, and without a speed have none', ()
     const points = mapPoints(lap, 'distance', projection(lap), Float64Array.of(1, 2, 3));
     assert.deepStrictEqual(points.map(({ speed, place }) => [speed, place]), [[1, 0], [3, 2]]);
     assert.ok(mapPoints(lap, 'time', projection(lap), undefined).every(({ speed }) => Number.isNaN(speed)));
+});
+
+test('the lap that goes farthest stands for the track', () => {
+    const part = steadyLap(20);
+    const reference = testLap([0, 20, 46], [0, 1, 2], { index: 1 });
+    const elsewhere = testLap([0, 500], [0, 1], { track: 'Oval' });
+    const placed = placedLap([50, 50.1], [9, 9]);
+    assert.strictEqual(outlineLap(reference, [elsewhere, placed, part, reference]), part);
+    assert.strictEqual(outlineLap(placed, [part, placed]), placed);
+});
+
+test('laps of hours fit, too', () => {
+    const points = Array.from({ length: 400000 }, (_, i) => ({ x: i, y: -i, speed: i, place: i }));
+    assert.strictEqual(speedLimits(points).fastest, 399999);
+    assert.ok(Number.isFinite(fittedMap(points, 444).scale(points[7]).x));
+    const distances = points.map(({ x }) => x);
+    const long = testLap(distances, distances, { trackLength: null });
+    assert.ok(Number.isFinite(projection(long)(long, 5).x));
 });
 
 test('a lap is between two ticks, and just after the last one', () => {

@@ -1,6 +1,8 @@
 import assert from 'node:assert';
 import { test } from 'node:test';
-import { decimalsFor, fixed, formatGap, formatLapTime } from '../../../../../host/report/page/numbers.js';
+import {
+    decimalsFor, extent, fixed, formatGap, formatLapTime, median,
+} from '../../../../../host/report/page/numbers.js';
 
 test('a number has a real minus, and none when it rounds to zero', () => {
     assert.strictEqual(fixed(-1.25, 1), '−1.3');
@@ -27,4 +29,14 @@ test('lap times', () => {
 test('gaps have a sign unless they are zero', () => {
     assert.deepStrictEqual([0.156, -0.156, 0, 0.0004, -0.0004].map(formatGap),
         ['+0.156', '−0.156', '0.000', '0.000', '0.000']);
+});
+
+test('the extent of many numbers, and of none', () => {
+    assert.deepStrictEqual(extent([3, NaN, -1, 2]), { least: -1, greatest: 3 });
+    assert.deepStrictEqual(extent([NaN]), { least: Infinity, greatest: -Infinity });
+    assert.strictEqual(extent(new Float64Array(1e6).fill(7)).least, 7);
+});
+
+test('the number in the middle', () => {
+    assert.deepStrictEqual([[5, 1, 9], [4, 2], [3], []].map(median), [5, 2, 3, 0]);
 });

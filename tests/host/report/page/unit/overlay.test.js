@@ -89,3 +89,10 @@ test('the grid reaches from the first start to the last end', () => {
     assert.deepStrictEqual(commonGrid([], 'distance'), []);
     assert.deepStrictEqual(commonGrid([testLap([NaN], [NaN])], 'distance'), []);
 });
+
+test('distances go from line to line, also for a part of a lap', () => {
+    const grid = commonGrid([testLap([46, 60], [1, 9])], 'distance');
+    assert.deepStrictEqual([grid[0], grid[grid.length - 1]], [0, 100]);
+    const unknown = commonGrid([testLap([46, 60], [1, 9], { fromLine: false, trackLength: null })], 'distance');
+    assert.deepStrictEqual([unknown[0], unknown[unknown.length - 1]], [46, 60]);
+});
