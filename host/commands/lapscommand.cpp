@@ -48,6 +48,7 @@ QString lapNotes(const ChosenLaps &chosen, const QVector<LapSummary> &summaries)
     const auto metres = [](double distance) { return QString::number(distance, 'f', 0); };
     QStringList parts;
     QStringList missing;
+    int before = -1; // the index in the row above
     for (const int i : chosen.indices) {
         const LapSummary &summary = summaries.at(i);
         if (summary.part) {
@@ -55,11 +56,12 @@ QString lapNotes(const ChosenLaps &chosen, const QVector<LapSummary> &summaries)
                              .arg(QString::number(i + 1), metres(summary.part->begin),
                                   metres(summary.part->end)));
         }
-        if (summary.missingBefore > 0 && chosen.indices.contains(i - 1)) {
+        if (summary.missingBefore > 0 && i - 1 == before) {
             missing.append(QStringLiteral("%1 between #%2 and #%3")
                                .arg(QString::number(summary.missingBefore), QString::number(i),
                                     QString::number(i + 1)));
         }
+        before = i;
     }
     QString notes;
     if (!parts.isEmpty()) {

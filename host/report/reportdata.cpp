@@ -103,12 +103,10 @@ void ReportData::add(const ChosenLaps &chosen, const QVector<ChosenChannel> &fur
     for (int i = Channels; i < m_columns.size(); ++i)
         channels.append(m_columns.at(i).channel);
     for (const int index : chosen.indices) {
-        const bool isKnown =
-            std::any_of(m_laps.cbegin(), m_laps.cend(), [session, index](const PageLap &lap) {
-                return lap.session == session && lap.index == index;
-            });
-        if (isKnown)
+        const QPair<int, int> identity(session, index);
+        if (m_known.contains(identity))
             continue;
+        m_known.insert(identity);
         const ZEP::Lap &lap = chosen.lap(index);
         const TickTrace trace = tickTrace(lap, length);
         m_laps.append({session, index, trackOf(representative), summaries.at(index), lap.size(),

@@ -6,6 +6,8 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QPair>
+#include <QSet>
 #include <QString>
 #include <QVector>
 
@@ -56,6 +58,7 @@ private:
     QVector<QString> m_files; ///< of each session, as they are found on disk
     QJsonArray m_sessions;
     QVector<PageLap> m_laps; ///< as they were added
+    QSet<QPair<int, int>> m_known; ///< session and index of each
     /// Distance, time, latitude, longitude, the usual channels, and then the further ones.
     QVector<Column> m_columns;
 };

@@ -95,8 +95,8 @@ export function mapPoints(lap, axis, project, speeds) {
 export function outlineLap(reference, laps) {
     /** @param {Lap} lap */
     const way = (lap) => {
-        const { least, greatest } = extent(pathOf(lap, 'distance').values);
-        return greatest - least;
+        const { values } = pathOf(lap, 'distance');
+        return values.length > 0 ? values[values.length - 1] - values[0] : 0;
     };
     return laps.filter((lap) => lap.track === reference.track && hasPosition(lap) === hasPosition(reference))
         .reduce((longest, lap) => (way(lap) > way(longest) ? lap : longest), reference);

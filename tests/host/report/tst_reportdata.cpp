@@ -18,6 +18,7 @@ class tst_ReportData : public QObject
 private Q_SLOTS:
     void positions_data();
     void positions();
+    void positionsFarApartInOneFile();
     void fileGivenTwice();
     void lapsOfSeveralFilesAreCompared();
     void gapsAreToALapOfThePage();
@@ -153,6 +154,18 @@ void tst_ReportData::positions()
         }
     }
     QCOMPARE(nowhere, resets ? 4 * files.size() : 0); // getting in, and the reset
+}
+
+void tst_ReportData::positionsFarApartInOneFile()
+{
+    ChosenLaps chosen = imported(demo(), {0});
+    auto latitude = chosen.lap(0).channel(QStringLiteral("lat"));
+    latitude->data.first() = -60;
+    ReportData report;
+    report.add(chosen, {});
+    const QVector<double> page = unpacked(report.json(), QStringLiteral("lat")).first();
+    for (int i = 0; i < page.size(); ++i)
+        QVERIFY(std::abs(page.at(i) - latitude->data.at(i)) * MetresPerDegree < 0.05);
 }
 
 void tst_ReportData::fileGivenTwice()

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void bytes();
     void readsBack_data();
     void readsBack();
+    void longestStep();
 };
 
 namespace {
@@ -134,6 +135,14 @@ void tst_SamplePacker::readsBack()
                      qPrintable(QString::number(found)));
         }
     }
+}
+
+void tst_SamplePacker::longestStep()
+{
+    const LapSamples laps{{-60.25, 60.5}};
+    QCOMPARE(SamplePacker(laps, 10).step(), 10.0);
+    QCOMPARE(SamplePacker(laps, 10, 3).step(), 1.0);
+    QCOMPARE(SamplePacker(laps, 1e9, 3).step(), 1e-7);
 }
 
 NAPAMMUL_TEST(tst_SamplePacker)
