@@ -12,7 +12,7 @@
 #include "tests/support/samebits.h"
 #include "writers/csvwriter.h"
 #include "writers/jsonlapwriter.h"
-#include "writers/matvariable.h"
+#include "writers/matoutput.h"
 #include "writers/outputfile.h"
 
 #include <QFile>

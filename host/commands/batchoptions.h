@@ -7,6 +7,8 @@ class BatchOptions
 {
 public:
     void declare(CommandOptions &options);
+    /// Only `--quiet`, for a command that makes one thing of all files.
+    void declareQuiet(CommandOptions &options);
 
     /// Files to process at once. More than one: each in a process of its own.
     int jobs() const { return m_jobs; }

@@ -2,7 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
 
 namespace {
 
@@ -11,6 +14,18 @@ CLI::Option *addOption(CLI::App &command, const CommandOptions::Description &des
 {
     return command.add_option(description.names, *target, description.text)
         ->type_name(description.valueName);
+}
+
+/// The first of the arguments that is a file, although it is read as an option; empty if none is.
+template <typename Iterator>
+std::string fileLikeAnOption(Iterator begin, Iterator end)
+{
+    const auto found = std::find_if(begin, end, [](const std::string &argument) {
+        std::error_code none;
+        return argument.size() > 1 && argument.front() == '-'
+            && std::filesystem::exists(argument, none);
+    });
+    return found == end ? std::string() : *found;
 }
 
 } // namespace
@@ -45,6 +60,8 @@ void CommandOptions::addTexts(const Description &description, std::vector<std::s
     m_command.add_option(description.names, *target, description.text)
         ->type_name(description.valueName)
         ->delimiter(',')
+        ->expected(1) // word each time, which may be a list
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
         ->allow_extra_args(false);
 }
 
@@ -94,14 +111,28 @@ CommandOptions CommandLine::addCommand(const std::string &name, const std::strin
 
 CommandLine::End CommandLine::parse(int argc, char *argv[])
 {
+    std::vector<std::string> arguments(argv + 1, argv + argc);
+    const auto dashes = std::find(arguments.begin(), arguments.end(), "--");
+    const std::string optionLike = fileLikeAnOption(arguments.begin(), dashes);
+    // The library takes nothing after "--" if there was a file before it.
+    if (dashes != arguments.end()) {
+        std::for_each(arguments.erase(dashes), arguments.end(), [](std::string &file) {
+            if (file.size() > 1 && file.front() == '-')
+                file.insert(0, "./");
+        });
+    }
+    std::reverse(arguments.begin(), arguments.end()); // as the library wants them
     try {
-        m_program->parse(argc, argv);
+        m_program->parse(arguments);
     } catch (const CLI::ParseError &error) {
         if (error.get_exit_code() == 0) {
             m_program->exit(error); // which prints what was asked for
             return End::Answer;
         }
-        if (!command().empty())
+        if (!command().empty() && !optionLike.empty())
+            m_error = "'" + optionLike
+                + "' is read as an option; for the file of this name, write ./" + optionLike;
+        else if (!command().empty())
             m_error = error.what();
         return End::WrongUse;
     }

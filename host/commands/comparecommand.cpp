@@ -154,6 +154,21 @@ QString obstacle(const CompareCommand::Side &a, const CompareCommand::Side &b, d
     return QString();
 }
 
+/// The number of the fastest timed lap of \a laps but the one at \a index; none if there is no
+/// other.
+std::optional<int> otherTimedLap(const Laps &laps, int index)
+{
+    const QVector<LapSummary> summaries = summarize(laps);
+    std::optional<int> fastest;
+    for (int i = 0; i < summaries.size(); ++i) {
+        const LapSummary &summary = summaries.at(i);
+        if (i != index && summary.kind == LapKind::Timed && summary.time
+            && (!fastest || *summary.time < *summaries.at(*fastest).time))
+            fastest = i;
+    }
+    return fastest ? std::optional<int>(*fastest + 1) : std::nullopt;
+}
+
 } // namespace
 
 QString CompareCommand::Side::name() const
@@ -179,6 +194,7 @@ void CompareCommand::declare(CommandOptions &options)
                            "CSV file for all points; - writes only them,\n"
                            "to standard output");
     m_output.declareForce(options, "Replace an existing file");
+    m_batch.declareQuiet(options);
     m_json.declare(options);
 }
 
@@ -190,6 +206,7 @@ ExitCode CompareCommand::run(Terminal &terminal)
         return ExitCode::WrongUse;
     }
     FileWork work;
+    work.success = nullptr; // two files are no batch
     work.accepts = [&](const QVector<RecordingFile> &files) {
         return !OutputOptions::isRecording(m_output.name(), files, terminal);
     };
@@ -197,13 +214,11 @@ ExitCode CompareCommand::run(Terminal &terminal)
         return m_laps.import(file, importer, terminal,
                              [&](ChosenLaps &&chosen) { return collect(chosen, terminal); });
     };
-    const ExitCode collected = processFiles(m_files, work, terminal);
+    const ExitCode collected = processFiles(m_files, work, terminal, m_batch);
     if (collected != ExitCode::Success)
         return collected;
     if (m_sides.size() != 2) {
-        terminal.complain(QStringLiteral("compare needs two laps, not %1; choose them as in "
-                                         "%2:best %2:3")
-                              .arg(QString::number(m_sides.size()), m_sides.front().fileName));
+        terminal.complain(wrongNumber());
         return ExitCode::WrongUse;
     }
     const QString problem = obstacle(m_sides[0], m_sides[1], m_grid);
@@ -212,6 +227,25 @@ ExitCode CompareCommand::run(Terminal &terminal)
         return ExitCode::Failure;
     }
     return show(LapComparison(m_sides[0].curve, m_sides[1].curve, m_grid), terminal);
+}
+
+/// What to do about the number of laps that were chosen, which is not two.
+QString CompareCommand::wrongNumber() const
+{
+    const auto lap = [](const QString &fileName, int number) {
+        return QString(fileName % QLatin1Char(':') % QString::number(number));
+    };
+    const Side &first = m_sides.front();
+    if (m_sides.size() > 2)
+        return QStringLiteral("compare needs two laps, not %1; choose two of them, as in %2 %3")
+            .arg(QString::number(m_sides.size()), lap(first.fileName, first.number),
+                 lap(m_sides[1].fileName, m_sides[1].number));
+    return m_otherLap
+        ? QStringLiteral("compare needs two laps, not 1; choose another, as in %1 %2")
+              .arg(lap(first.fileName, first.number), lap(first.fileName, *m_otherLap))
+        : QStringLiteral("compare needs two laps, and %1 has no other timed one; add "
+                         "a lap of another file")
+              .arg(first.fileName);
 }
 
 ExitCode CompareCommand::collect(const ChosenLaps &chosen, Terminal &terminal)
@@ -233,6 +267,8 @@ ExitCode CompareCommand::collect(const ChosenLaps &chosen, Terminal &terminal)
         m_sides.push_back(
             {chosen.file.fileName, index + 1, *time, trackOf(lap), std::move(*curve)});
     }
+    if (m_sides.size() == 1)
+        m_otherLap = otherTimedLap(chosen.file.laps, chosen.indices.first());
     return ExitCode::Success;
 }
 

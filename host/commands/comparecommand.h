@@ -2,6 +2,7 @@
 
 #include "analysis/lapbydistance.h"
 #include "analysis/lapcomparison.h"
+#include "host/commands/batchoptions.h"
 #include "host/commands/command.h"
 #include "host/commands/fileoptions.h"
 #include "host/commands/jsonoption.h"
@@ -31,13 +32,16 @@ public:
 
 private:
     ExitCode collect(const ChosenLaps &chosen, Terminal &terminal);
+    QString wrongNumber() const;
     bool writeCsv(const LapComparison &comparison, Terminal &terminal) const;
     ExitCode show(const LapComparison &comparison, Terminal &terminal) const;
 
     FileOptions m_files;
     LapOptions m_laps{LapChoice::best()};
+    BatchOptions m_batch;
     OutputOptions m_output;
     JsonOption m_json;
     double m_grid = 1;
     std::vector<Side> m_sides;
+    std::optional<int> m_otherLap; ///< number of a timed lap of the first file that is not chosen
 };

@@ -42,6 +42,16 @@ std::string separatorProblem(const std::string &text)
         : "'" + text + "' cannot separate numbers; choose another one, such as ; or tab";
 }
 
+/// What to do about a recording that is named as \a first and as \a second.
+QString givenTwice(const RecordingFile &first, const RecordingFile &second)
+{
+    const QString named = second.fileName % QLatin1String(": is given twice; ");
+    if (!first.laps || !second.laps || first.laps->text() == second.laps->text())
+        return named % QLatin1String("give it once");
+    return named % QLatin1String("choose all its laps at once, as in ") % second.fileName
+        % QLatin1Char(':') % first.laps->text() % QLatin1Char(',') % second.laps->text();
+}
+
 /// Whether each of \a files goes to a file of its own, and none to a recording. If not, that
 /// has been reported.
 bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Terminal &terminal)
@@ -52,24 +62,21 @@ bool hasPlaces(const QVector<RecordingFile> &files, const ExportNames &names, Te
                            "--output"));
         return false;
     }
-    QMap<QString, QString> recordings;
+    QMap<QString, RecordingFile> recordings;
     for (const RecordingFile &file : files) {
         const QString name = names.in(file.subfolder).fileName(file.fileName);
         if (OutputOptions::isRecording(name, {file}, terminal))
             return false;
         if (recordings.contains(name)) {
-            const bool isSame = QFileInfo(recordings.value(name)) == QFileInfo(file.fileName);
-            terminal.complain(
-                isSame ? QString(
-                    file.fileName
-                    % QLatin1String(": is given twice; choose all its laps at once, as in ")
-                    % file.fileName % QLatin1String(":1,2"))
-                       : QStringLiteral("%1 and %2 would both become %3; export them "
-                                        "separately, into different folders")
-                             .arg(recordings.value(name), file.fileName, name));
+            const RecordingFile other = recordings.value(name);
+            terminal.complain(QFileInfo(other.fileName) == QFileInfo(file.fileName)
+                                  ? givenTwice(other, file)
+                                  : QStringLiteral("%1 and %2 would both become %3; export them "
+                                                   "separately, into different folders")
+                                        .arg(other.fileName, file.fileName, name));
             return false;
         }
-        recordings.insert(name, file.fileName);
+        recordings.insert(name, file);
     }
     return true;
 }

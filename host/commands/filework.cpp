@@ -105,12 +105,13 @@ private:
 };
 
 /// The files of \a found that \a work processes. For the others, the user is told what is wrong,
-/// and *result is changed.
+/// their names are added to \a refused, and *result is changed.
 QVector<RecordingFile> acceptedFiles(const RecordingFiles &found, const FileWork &work,
-                                     Terminal &terminal, ExitCode *result)
+                                     Terminal &terminal, QStringList *refused, ExitCode *result)
 {
     for (const RecordingFiles::Problem &problem : found.problems) {
         terminal.complain(problem.text);
+        refused->append(problem.name);
         *result = std::max(*result, problem.isWrongUse ? ExitCode::WrongUse : ExitCode::Failure);
     }
     if (!work.objection)
@@ -123,6 +124,7 @@ QVector<RecordingFile> acceptedFiles(const RecordingFiles &found, const FileWork
             continue;
         }
         terminal.complain(objection);
+        refused->append(file.fileName);
         *result = ExitCode::WrongUse;
     }
     return accepted;
@@ -137,8 +139,9 @@ ExitCode processFiles(const FileOptions &options, const FileWork &work, Terminal
     if (!plugins)
         return ExitCode::Failure;
     ExitCode result = ExitCode::Success;
+    QStringList refused;
     const QVector<RecordingFile> files =
-        acceptedFiles(options.find(*plugins), work, terminal, &result);
+        acceptedFiles(options.find(*plugins), work, terminal, &refused, &result);
     if (work.accepts && !work.accepts(files))
         return ExitCode::WrongUse;
 
@@ -155,8 +158,9 @@ ExitCode processFiles(const FileOptions &options, const FileWork &work, Terminal
     result = std::max(result, run.result());
     if (work.finish)
         result = std::max(result, work.finish());
-    if (isShown)
-        terminal.complain(filesSummary(files.size(), run.failed(), work.success));
+    if (isShown && work.success)
+        terminal.complain(
+            filesSummary(files.size() + refused.size(), refused + run.failed(), work.success));
     return result;
 }
 

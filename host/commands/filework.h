@@ -35,7 +35,7 @@ struct FileWork {
     /// Called once, after the last file, also when files failed.
     std::function<ExitCode()> finish;
 
-    /// What the summary says of files that did not fail.
+    /// What the summary says of files that did not fail; null for no summary.
     const char *success = "done";
 };
 

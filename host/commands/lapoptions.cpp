@@ -11,7 +11,7 @@
 void LapOptions::declare(CommandOptions &options, const std::string &text)
 {
     options.addText(
-        {"--lap", "CHOICE", text + ":\nbest, all, or by # in `laps`, such as 3 or 3,5-7"}, &m_text,
+        {"--lap", "CHOICE", text + ":\nbest, last, all, or by # in `laps`: 3,5-7 or 3-"}, &m_text,
         [](const std::string &choice) {
             QString problem;
             LapChoice::parse(QString::fromStdString(choice), &problem);

@@ -5,6 +5,21 @@
 #include "host/text/terminal.h"
 #include "writers/outputfile.h"
 
+#include <QFileInfo>
+
+namespace {
+
+/// Whether the name \a output is that of a file which is no web page.
+bool isOtherFile(const QString &output)
+{
+    const QFileInfo info(output);
+    const QString suffix = info.suffix().toLower();
+    return !suffix.isEmpty() && suffix != QLatin1String("html") && suffix != QLatin1String("htm")
+        && (info.isFile() || !info.exists());
+}
+
+} // namespace
+
 Command::Description ReportCommand::description() const
 {
     return {"report", "Write a web page with charts of laps",
@@ -20,6 +35,7 @@ void ReportCommand::declare(CommandOptions &options)
     m_output.declareOutput(options, "PAGE", "Page to write; - is standard output",
                            OutputOptions::Need::Required);
     m_output.declareForce(options, "Replace an existing page");
+    m_batch.declareQuiet(options);
 }
 
 ExitCode ReportCommand::run(Terminal &terminal)
@@ -36,7 +52,13 @@ ExitCode ReportCommand::run(Terminal &terminal)
 
     FileWork work;
     work.accepts = [&](const QVector<RecordingFile> &files) {
-        return !OutputOptions::isRecording(m_output.name(), files, terminal);
+        if (OutputOptions::isRecording(m_output.name(), files, terminal))
+            return false;
+        if (isOtherFile(m_output.name()))
+            terminal.complain(m_output.name()
+                              % QLatin1String(": a report is a web page; choose a name that ends "
+                                              "in .html"));
+        return !isOtherFile(m_output.name());
     };
     work.process = [&](const RecordingFile &file, Importer &importer) {
         return m_laps.import(file, importer, terminal,
@@ -49,7 +71,7 @@ ExitCode ReportCommand::run(Terminal &terminal)
         page.write(bytes.constData(), bytes.size());
         return OutputOptions::commit(&page, terminal) ? ExitCode::Success : ExitCode::Failure;
     };
-    return processFiles(m_files, work, terminal);
+    return processFiles(m_files, work, terminal, m_batch);
 }
 
 ExitCode ReportCommand::add(const ChosenLaps &chosen, Terminal &terminal)

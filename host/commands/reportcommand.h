@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/commands/batchoptions.h"
 #include "host/commands/channeloptions.h"
 #include "host/commands/command.h"
 #include "host/commands/fileoptions.h"
@@ -21,6 +22,7 @@ private:
     FileOptions m_files;
     LapOptions m_laps{LapChoice::all()};
     ChannelOptions m_channels;
+    BatchOptions m_batch;
     OutputOptions m_output;
     ReportData m_data;
 };

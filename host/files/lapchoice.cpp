@@ -6,80 +6,138 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 #include <vector>
 
+namespace {
+
+constexpr int ToTheEnd = std::numeric_limits<int>::max();
+
+/// What there is instead of a lap that is not there.
+QString choosable(int count)
+{
+    return count == 1 ? QStringLiteral("the only lap is #1")
+                      : QStringLiteral("choose from 1 to %1").arg(count);
+}
+
+QVector<int> indicesFrom(int first, int count)
+{
+    QVector<int> result(count);
+    std::iota(result.begin(), result.end(), first);
+    return result;
+}
+
+} // namespace
+
+std::optional<LapChoice::Item> LapChoice::parseItem(const QString &text)
+{
+    const QString lower = text.toLower();
+    if (lower == QLatin1String("best"))
+        return Item{Kind::Best, 0, 0};
+    if (lower == QLatin1String("last"))
+        return Item{Kind::Last, 0, 0};
+    if (lower == QLatin1String("all"))
+        return Item{Kind::All, 0, 0};
+    static const QRegularExpression range(QStringLiteral("\\A(\\d+)(-)?(\\d+)?\\z"));
+    const QRegularExpressionMatch match = range.match(text);
+    const bool hasDash = match.capturedLength(2) > 0;
+    const bool hasLast = match.capturedLength(3) > 0;
+    const int first = match.captured(1).toInt();
+    int last = hasDash ? ToTheEnd : first;
+    if (hasLast)
+        last = match.captured(3).toInt();
+    if (first < 1 || last < first || (hasLast && !hasDash))
+        return std::nullopt;
+    return Item{Kind::Range, first, last};
+}
+
 std::optional<LapChoice> LapChoice::parse(const QString &text, QString *problem)
 {
-    if (text == QLatin1String("best"))
-        return best();
-    if (text == QLatin1String("all"))
-        return all();
-    static const QRegularExpression item(QStringLiteral("\\A(\\d+)(?:-(\\d+))?\\z"));
-    LapChoice choice(Kind::Listed);
+    LapChoice choice(Kind::All);
+    choice.m_items.clear();
     for (const QString &part : text.split(QLatin1Char(','))) {
-        const QRegularExpressionMatch match = item.match(part);
-        const int first = match.captured(1).toInt();
-        const int last = match.capturedLength(2) > 0 ? match.captured(2).toInt() : first;
-        if (first < 1 || last < first) {
-            *problem =
-                QStringLiteral("'%1' is not a choice of laps; use best, all, or numbers such "
-                               "as 3 or 3,5-7")
-                    .arg(text);
+        const std::optional<Item> item = parseItem(part);
+        if (!item) {
+            *problem = QStringLiteral("'%1' is not a choice of laps; use best, last, all, or "
+                                      "numbers such as 3, 3,5-7 or 3-")
+                           .arg(text);
             return std::nullopt;
         }
-        choice.m_ranges.append({first, last});
+        choice.m_items.append(*item);
     }
     return choice;
 }
 
-QVector<int> LapChoice::indices(const Laps &laps, QString *problem) const
+QVector<int> LapChoice::itemIndices(const Item &item, const Laps &laps, QString *problem)
 {
     const int count = int(laps.size());
-    QVector<int> result;
-    switch (m_kind) {
+    switch (item.kind) {
     case Kind::Best:
         if (const std::optional<int> index = bestLap(laps))
-            result.append(*index);
-        else
-            *problem = QStringLiteral("there is no timed lap; choose from 1 to %1").arg(count);
-        break;
+            return {*index};
+        *problem = QLatin1String("there is no timed lap; ") % choosable(count);
+        return {};
+    case Kind::Last:
+        return {count - 1};
     case Kind::All:
-        result.resize(count);
-        std::iota(result.begin(), result.end(), 0);
-        break;
+        return indicesFrom(0, count);
     case Kind::Representative:
-        result.append(representativeLap(laps));
-        break;
-    case Kind::Listed: {
-        std::vector<bool> isChosen(laps.size());
-        for (const Range &range : m_ranges) {
-            if (range.second > count) {
-                *problem = QStringLiteral("there is no lap #%1; choose from 1 to %2")
-                               .arg(std::max(range.first, count + 1))
-                               .arg(count);
-                return {};
-            }
-            for (int number = range.first; number <= range.second; ++number) {
-                if (!isChosen[std::size_t(number - 1)])
-                    result.append(number - 1);
-                isChosen[std::size_t(number - 1)] = true;
-            }
-        }
+        return {representativeLap(laps)};
+    case Kind::Range:
         break;
     }
+    const int last = item.last == ToTheEnd ? std::max(item.first, count) : item.last;
+    if (last <= count)
+        return indicesFrom(item.first - 1, last - item.first + 1);
+    *problem = QStringLiteral("there is no lap #%1; %2")
+                   .arg(QString::number(std::max(item.first, count + 1)), choosable(count));
+    return {};
+}
+
+QVector<int> LapChoice::indices(const Laps &laps, QString *problem) const
+{
+    QVector<int> result;
+    std::vector<bool> isChosen(laps.size());
+    for (const Item &item : m_items) {
+        const QVector<int> found = itemIndices(item, laps, problem);
+        if (found.isEmpty())
+            return {};
+        for (const int index : found) {
+            if (!isChosen[std::size_t(index)])
+                result.append(index);
+            isChosen[std::size_t(index)] = true;
+        }
     }
     return result;
 }
 
 QString LapChoice::text() const
 {
-    if (m_kind == Kind::Best)
-        return QStringLiteral("best");
-    if (m_kind == Kind::All)
-        return QStringLiteral("all");
     QStringList parts;
-    for (const Range &range : m_ranges)
-        parts.append(QStringLiteral("%1-%2").arg(range.first).arg(range.second));
+    for (const Item &item : m_items) {
+        switch (item.kind) {
+        case Kind::Best:
+            parts.append(QStringLiteral("best"));
+            break;
+        case Kind::Last:
+            parts.append(QStringLiteral("last"));
+            break;
+        case Kind::All:
+            parts.append(QStringLiteral("all"));
+            break;
+        case Kind::Representative:
+            break;
+        case Kind::Range: {
+            QString range = QString::number(item.first);
+            if (item.last != item.first)
+                range += QLatin1Char('-');
+            if (item.last != item.first && item.last != ToTheEnd)
+                range += QString::number(item.last);
+            parts.append(range);
+            break;
+        }
+        }
+    }
     return parts.join(QLatin1Char(','));
 }

@@ -2,7 +2,6 @@
 
 #include "analysis/laps.h"
 
-#include <QPair>
 #include <QString>
 #include <QVector>
 
@@ -11,8 +10,12 @@
 /// The laps of a file that the user chose, on the command line as `--lap CHOICE` or `FILE:CHOICE`:
 ///
 ///     best     the fastest timed lap
+///     last     the last lap
 ///     all      every lap
 ///     3,5-7    by their # in the output of `laps`
+///     3-       from there to the last one
+///
+/// and any list of these, in capitals or not.
 class LapChoice
 {
 public:
@@ -32,11 +35,17 @@ public:
     QString text() const;
 
 private:
-    enum class Kind { Best, All, Representative, Listed };
-    using Range = QPair<int, int>; ///< numbers of the first and the last lap
+    enum class Kind { Best, Last, All, Representative, Range };
+    struct Item {
+        Kind kind;
+        int first; ///< of a range: the number of a lap
+        int last; ///< the same; the largest int for the last lap, whatever its number
+    };
 
-    explicit LapChoice(Kind kind) : m_kind(kind) { }
+    explicit LapChoice(Kind kind) : m_items{{kind, 0, 0}} { }
 
-    Kind m_kind;
-    QVector<Range> m_ranges; ///< for Listed, at least one
+    static std::optional<Item> parseItem(const QString &text);
+    static QVector<int> itemIndices(const Item &item, const Laps &laps, QString *problem);
+
+    QVector<Item> m_items; ///< at least one
 };

@@ -22,7 +22,8 @@ std::optional<Problem> nameProblem(const std::string &name)
     const QString decoded = QFile::decodeName(name.c_str());
     if (QFile::encodeName(decoded) == name.c_str())
         return std::nullopt;
-    return Problem{false, QString(decoded % QLatin1String(": its name is not UTF-8; rename it"))};
+    return Problem{false, decoded,
+                   QString(decoded % QLatin1String(": its name is not UTF-8; rename it"))};
 }
 
 /// The files of a folder. Qt would pass over names that are not UTF-8, and folders that may not be
@@ -42,11 +43,13 @@ public:
         fs::directory_iterator next(folder, error);
         for (; !error && next != fs::directory_iterator(); next.increment(error))
             entries.push_back(*next);
-        if (error)
-            problems.append({false,
-                             QString(QFile::decodeName(folder.c_str())
+        if (error) {
+            const QString name = QFile::decodeName(folder.c_str());
+            problems.append({false, name,
+                             QString(name
                                      % QLatin1String(": cannot be read; check the folder's "
                                                      "permissions"))});
+        }
         std::sort(entries.begin(), entries.end());
         for (const fs::directory_entry &entry : entries)
             take(entry);
@@ -76,6 +79,41 @@ private:
     bool m_recursive;
     const PluginRegistry &m_plugins;
 };
+
+/// The number whose digits begin at *index of \a text, which is moved behind them, as text that
+/// compares as the number does.
+QString numberAt(const QString &text, int *index)
+{
+    int first = *index;
+    while (*index < text.size() && text.at(*index).isDigit())
+        ++*index;
+    while (first < *index && text.at(first) == QLatin1Char('0'))
+        ++first;
+    const int digits = *index - first;
+    return QChar(ushort(digits)) % text.mid(first, digits);
+}
+
+/// Whether the file \a a comes before \a b, with numbers in their names by their size: f2 before
+/// f10.
+bool isBefore(const QString &a, const QString &b)
+{
+    int i = 0;
+    int j = 0;
+    while (i < a.size() && j < b.size()) {
+        if (a.at(i).isDigit() && b.at(j).isDigit()) {
+            const QString left = numberAt(a, &i);
+            const QString right = numberAt(b, &j);
+            if (left != right)
+                return left < right;
+        } else if (a.at(i) != b.at(j)) {
+            return a.at(i) < b.at(j);
+        } else {
+            ++i;
+            ++j;
+        }
+    }
+    return i == a.size() && j == b.size() ? a < b : i == a.size();
+}
 
 /// Removes a choice of laps from the end of \a name. False if there is something like one that is
 /// not valid: then \a problem says why.
@@ -107,7 +145,7 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
         std::optional<LapChoice> laps;
         QString problem;
         if (!splitLaps(&name, &laps, &problem)) {
-            problems.append({true, QString(name % QLatin1String(": ") % problem)});
+            problems.append({true, name, QString(name % QLatin1String(": ") % problem)});
             continue;
         }
         if (!QFileInfo(name).isDir()) {
@@ -116,10 +154,10 @@ RecordingFiles::RecordingFiles(const std::vector<std::string> &arguments, bool r
         }
         FolderSearch found(recursive, plugins);
         found.search(fs::path(QFile::encodeName(QDir::cleanPath(name)).toStdString()));
-        found.files.sort();
+        std::sort(found.files.begin(), found.files.end(), isBefore);
         if (found.files.isEmpty() && found.problems.isEmpty()) {
             problems.append(
-                {false,
+                {false, name,
                  QString(name % QLatin1String(": no recordings in this folder (supported: ")
                          % plugins.wildcards().join(QLatin1String(", "))
                          % QLatin1String(recursive ? ")" : "); -r includes subfolders"))});

@@ -27,7 +27,8 @@ struct RecordingFile {
 struct RecordingFiles {
     struct Problem {
         bool isWrongUse; ///< of the command line; else it is the fault of a file or folder
-        QString text; ///< with the name of the argument, or of the file or folder in it
+        QString name; ///< of the argument, or of the file or folder in it
+        QString text; ///< with the name
     };
 
     /// \a arguments are as the shell gave them. With \a recursive the folders below a folder count

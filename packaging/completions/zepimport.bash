@@ -14,7 +14,7 @@ _zepimport()
         return
     fi
     case $before in
-    --lap) words="best all" ;;
+    --lap) words="best last all" ;;
     --channels) words="driver engine position tyres" ;;
     --format) words="csv json mat" ;;
     --units) words="header row none" ;;
@@ -28,9 +28,9 @@ _zepimport()
         laps) words="--lap --best --json $batch" ;;
         info) words="--lap --json $batch" ;;
         channels) words="--lap --channels --json $batch" ;;
-        compare) words="--lap --grid --output --force --json $files" ;;
+        compare) words="--lap --grid --output --force --json --quiet $files" ;;
         export) words="--lap --channels --output --format --split --force --sep --units $batch" ;;
-        report) words="--lap --channels --output --force $files" ;;
+        report) words="--lap --channels --output --force --quiet $files" ;;
         check) words="--json $batch" ;;
         formats) words="--json $every" ;;
         esac

@@ -232,7 +232,7 @@ void tst_Zepimport::lapThatDoesNotExist()
 {
     const Outcome outcome = run({"channels", "--lap", "2", "short.laps", "race.laps"});
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: short.laps: there is no lap #2; choose from 1 to 1\n"
+             QStringLiteral("zepimport: short.laps: there is no lap #2; the only lap is #1\n"
                             "zepimport: 1 of 2 files done, failed: short.laps\n"));
     QVERIFY(outcome.output.startsWith(QStringLiteral("race.laps: lap #2 of 6")));
     QCOMPARE(outcome.exitCode, 2);

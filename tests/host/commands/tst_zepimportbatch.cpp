@@ -22,6 +22,8 @@ private Q_SLOTS:
     void jobsChangeNothing();
     void jobsOnATerminal();
     void jobsOfExport();
+    void filesByNumber();
+    void whatIsRefusedIsCounted();
     void crash();
     void crashWithoutJobs();
     void jobsThatCannotStart_data();
@@ -182,6 +184,40 @@ void tst_ZepimportBatch::jobsOfExport()
              QByteArray("lap;tick;gear;fuellevel\n;;;l\n3;0;1;48\n3;1;2;47\n3;2;5;45.999\n"));
     QCOMPARE(run(arguments + QStringList{"--jobs", "2"}).exitCode, 1);
     QCOMPARE(run(arguments + QStringList{"--jobs", "2", "--force"}).exitCode, 0);
+}
+
+void tst_ZepimportBatch::filesByNumber()
+{
+    QVERIFY(QDir(m_dir.path()).mkpath(QStringLiteral("numbers/a10")));
+    QVERIFY(QDir(m_dir.path()).mkpath(QStringLiteral("numbers/a9")));
+    const QStringList names{"a9/x.laps", "a10/x.laps", "b.laps",  "f.laps",
+                            "f1.laps",   "f02.laps",   "f2.laps", "f2b.laps",
+                            "f10.laps",  "f10b1.laps", "g.laps"};
+    for (const QString &name : names)
+        write(qPrintable(QStringLiteral("numbers/") + name),
+              "lap|1|1|60000|1|1|1\nchannel|gear||3\n");
+    const QJsonArray files =
+        QJsonDocument::fromJson(run({"laps", "--json", "-r", "numbers"}).output.toUtf8()).array();
+    QStringList found;
+    for (const QJsonValue &file : files)
+        found.append(file[QLatin1String("file")].toString().mid(8));
+    QCOMPARE(found, names);
+}
+
+void tst_ZepimportBatch::whatIsRefusedIsCounted()
+{
+    ZepimportProcess process = this->process({});
+    process.program = QStringLiteral("/bin/bash");
+    process.arguments =
+        QStringList{"-c",
+                    QStringLiteral("exec \"$0\" laps season odd/$'N\\xfcrburg.laps' none/ "
+                                   "season/a.laps:x >/dev/null"),
+                    QStringLiteral(ZEPIMPORT_PATH)};
+    const Outcome outcome = process.run();
+    QCOMPARE(outcome.errors.section(QLatin1Char('\n'), -2),
+             QString::fromUtf8("zepimport: 2 of 5 files done, failed: odd/N\uFFFDrburg.laps, "
+                               "season/a.laps:x, none/\n"));
+    QCOMPARE(outcome.exitCode, 2);
 }
 
 void tst_ZepimportBatch::crash()

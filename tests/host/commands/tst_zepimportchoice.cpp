@@ -157,7 +157,7 @@ void tst_ZepimportChoice::problem_data()
         << QStringList{"race.laps:7"} << "race.laps: there is no lap #7; choose from 1 to 6" << 2;
     QTest::newRow("choice without sense") << QStringList{"race.laps:bset"}
                                           << "race.laps:bset: 'bset' is not a choice of laps; use "
-                                             "best, all, or numbers such as 3 or 3,5-7"
+                                             "best, last, all, or numbers such as 3, 3,5-7 or 3-"
                                           << 2;
     QTest::newRow("no such file, with a lap")
         << QStringList{"none.laps:2"} << "none.laps: no such file; check the path" << 1;

@@ -286,10 +286,14 @@ void tst_ZepimportCompare::refused_data()
 
     QTest::newRow("one lap")
         << QStringList{"even.laps"}
-        << "compare needs two laps, not 1; choose them as in even.laps:best even.laps:3" << 2;
+        << "compare needs two laps, and even.laps has no other timed one; add a lap of another file"
+        << 2;
+    QTest::newRow("one lap of several")
+        << QStringList{"two.laps:2"}
+        << "compare needs two laps, not 1; choose another, as in two.laps:2 two.laps:1" << 2;
     QTest::newRow("three laps")
         << QStringList{"two.laps:1,2", "even.laps"}
-        << "compare needs two laps, not 3; choose them as in two.laps:best two.laps:3" << 2;
+        << "compare needs two laps, not 3; choose two of them, as in two.laps:1 two.laps:2" << 2;
     QTest::newRow("a lap that is not there")
         << QStringList{"two.laps:1", "two.laps:3"}
         << "two.laps: there is no lap #3; choose from 1 to 2" << 2;

@@ -328,8 +328,10 @@ void tst_ZepimportExport::wrongUse_data()
         << "new: no format has this suffix; choose one with --format csv, json or mat, or create "
            "the folder first";
     QTest::newRow("laps of a recording one by one")
-        << QStringList{"race.laps:1", "./race.laps:2", "-o", "out"}
-        << "./race.laps: is given twice; choose all its laps at once, as in ./race.laps:1,2";
+        << QStringList{"race.laps:3-4", "./race.laps:best", "-o", "out"}
+        << "./race.laps: is given twice; choose all its laps at once, as in ./race.laps:3-4,best";
+    QTest::newRow("a recording twice") << QStringList{"race.laps:1", "./race.laps", "-o", "out"}
+                                       << "./race.laps: is given twice; give it once";
     QTest::newRow("missing folder")
         << race + QStringList{"-o", "none/"} << "none/: no such folder; create it first";
     QTest::newRow("several recordings, one file")

@@ -180,7 +180,8 @@ void tst_ZepimportReport::oneFileOfSeveralFails()
 {
     const Outcome outcome = run({"none.laps", "race.laps", "-o", "race.html"});
     QCOMPARE(outcome.errors,
-             QStringLiteral("zepimport: none.laps: no such file; check the path\n"));
+             QStringLiteral("zepimport: none.laps: no such file; check the path\n"
+                            "zepimport: 1 of 2 files done, failed: none.laps\n"));
     QCOMPARE(outcome.exitCode, 1);
     QCOMPARE(pageData("race.html").value(QStringLiteral("sessions")).toArray().size(), 1);
 
@@ -224,6 +225,9 @@ void tst_ZepimportReport::wrongUse_data()
                              << "FILE is required; see zepimport report --help";
     QTest::newRow("no such lap") << QStringList{"race.laps:9", "-o", "race.html"}
                                  << "race.laps: there is no lap #9; choose from 1 to 6";
+    QTest::newRow("no web page") << QStringList{
+        "race.laps", "-o",
+        "race.pdf"} << "race.pdf: a report is a web page; choose a name that ends in .html";
     QTest::newRow("over a recording")
         << QStringList{"race.laps", "-o", "race.laps", "--force"}
         << "race.laps: is the recording itself; choose another output";
@@ -237,6 +241,7 @@ void tst_ZepimportReport::wrongUse()
     QCOMPARE(outcome.errors, QString(QLatin1String("zepimport: ") % error % QLatin1Char('\n')));
     QCOMPARE(outcome.exitCode, 2);
     QCOMPARE(read("race.laps"), raceSheet());
+    QVERIFY(!QFile::exists(m_dir.filePath(QStringLiteral("race.pdf"))));
 }
 
 void tst_ZepimportReport::existingPageIsKept()

@@ -16,6 +16,8 @@ private Q_SLOTS:
 
     void wrongUse_data();
     void wrongUse();
+    void filesAfterTwoDashes();
+    void listOptionsTakeOneWord();
     void help_data();
     void help();
     void version();
@@ -42,6 +44,7 @@ void tst_ZepimportUsage::initTestCase()
     QFile file(m_dir.filePath(QStringLiteral("race.laps")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     QCOMPARE(file.write(raceSheet()), qint64(raceSheet().size()));
+    QVERIFY(file.copy(m_dir.filePath(QStringLiteral("-dash.laps"))));
     QVERIFY2(zepimportCommands().contains(QStringLiteral("laps")), "--help lists no commands");
 }
 
@@ -73,8 +76,15 @@ void tst_ZepimportUsage::wrongUse_data()
         << QStringList{"info", "--colour", "race.laps"}
         << "The following argument was not expected: --colour; see zepimport info --help";
     QTest::newRow("lap 0") << QStringList{"info", "--lap", "0", "race.laps"}
-                           << "--lap: '0' is not a choice of laps; use best, all, or numbers "
-                              "such as 3 or 3,5-7; see zepimport info --help";
+                           << "--lap: '0' is not a choice of laps; use best, last, all, or "
+                              "numbers such as 3, 3,5-7 or 3-; see zepimport info --help";
+    QTest::newRow("file that looks like an option")
+        << QStringList{"laps", "-dash.laps"}
+        << "'-dash.laps' is read as an option; for the file of this name, write ./-dash.laps; see "
+           "zepimport laps --help";
+    QTest::newRow("file for a command that takes none")
+        << QStringList{"formats", "--", "-dash.laps"}
+        << "The following argument was not expected: ./-dash.laps; see zepimport formats --help";
     QTest::newRow("path missing") << QStringList{
         "formats", "--plugin"} << "--plugin: 1 required PATH missing; see zepimport formats --help";
 }
@@ -87,6 +97,27 @@ void tst_ZepimportUsage::wrongUse()
     QCOMPARE(outcome.errors, QString(QLatin1String("zepimport: ") % error % QLatin1Char('\n')));
     QCOMPARE(outcome.output, QString());
     QCOMPARE(outcome.exitCode, 2);
+}
+
+void tst_ZepimportUsage::filesAfterTwoDashes()
+{
+    const QString both = process({"laps", "--best", "race.laps", "./-dash.laps"}).run().output;
+    QCOMPARE(both.count(QLatin1String(".laps")), 2);
+    QCOMPARE(process({"laps", "--best", "race.laps", "--", "-dash.laps"}).run().output, both);
+    QCOMPARE(process({"laps", "--best", "--", "race.laps", "-dash.laps"}).run().output, both);
+    QCOMPARE(process({"laps", "--best", "-j", "2", "race.laps", "--", "-dash.laps"}).run().output,
+             both);
+}
+
+void tst_ZepimportUsage::listOptionsTakeOneWord()
+{
+    const QString help = process({"channels", "--help"}).run().output;
+    QVERIFY2(help.contains(QLatin1String("--channels NAMES  ")), qPrintable(help));
+    const Outcome list = process({"channels", "--channels", "gear,speed", "race.laps"}).run();
+    QCOMPARE(list.exitCode, 0);
+    const Outcome words =
+        process({"channels", "--channels", "gear", "race.laps", "--channels", "speed"}).run();
+    QCOMPARE(words.output, list.output);
 }
 
 void tst_ZepimportUsage::help_data()

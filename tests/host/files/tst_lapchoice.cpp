@@ -60,6 +60,14 @@ void tst_LapChoice::chosen_data()
     QTest::newRow("leading zeros") << "002" << Indices{1} << none;
     QTest::newRow("all") << "all" << Indices{0, 1, 2, 3, 4} << none;
     QTest::newRow("best") << "best" << Indices{3} << none;
+    QTest::newRow("capitals") << "Best" << Indices{3} << none;
+    QTest::newRow("best and another") << "best,2" << Indices{3, 1} << none;
+    QTest::newRow("from one on") << "3-" << Indices{2, 3, 4} << none;
+    QTest::newRow("only the last one") << "5-" << Indices{4} << none;
+    QTest::newRow("last") << "LAST,1" << Indices{4, 0} << none;
+    QTest::newRow("best, then all others") << "best,all" << Indices{3, 0, 1, 2, 4} << none;
+    QTest::newRow("from beyond the last")
+        << "7-" << Indices{} << "there is no lap #7; choose from 1 to 5";
     QTest::newRow("beyond the last")
         << "6" << Indices{} << "there is no lap #6; choose from 1 to 5";
     QTest::newRow("range beyond the last")
@@ -87,8 +95,9 @@ void tst_LapChoice::chosen()
 void tst_LapChoice::senseless_data()
 {
     QTest::addColumn<QString>("text");
-    for (const char *text : {"", "0", "0-2", "-1", "5-3", "3x", "3-", "1,,2", "1,", "1 2", "1-2-3",
-                             "Best", "best,2", "99999999999", "1.5", "best\n"})
+    for (const char *text :
+         {"", "0", "0-2", "-1", "5-3", "3x", "-3", "1,,2", "1,", "1 2", "1-2-3", "3--", "best,",
+          "first", "best-3", "1-best", "99999999999", "1.5", "best\n"})
         QTest::newRow(text) << text;
 }
 
@@ -99,7 +108,8 @@ void tst_LapChoice::senseless()
     QVERIFY(!LapChoice::parse(text, &problem));
     QCOMPARE(
         problem,
-        QStringLiteral("'%1' is not a choice of laps; use best, all, or numbers such as 3 or 3,5-7")
+        QStringLiteral("'%1' is not a choice of laps; use best, last, all, or numbers such as 3, "
+                       "3,5-7 or 3-")
             .arg(text));
 }
 
@@ -119,7 +129,7 @@ void tst_LapChoice::withoutTimedLap()
     laps.resize(1);
     QString problem;
     QCOMPARE(LapChoice::best().indices(laps, &problem), Indices{});
-    QCOMPARE(problem, QStringLiteral("there is no timed lap; choose from 1 to 1"));
+    QCOMPARE(problem, QStringLiteral("there is no timed lap; the only lap is #1"));
 }
 
 NAPAMMUL_TEST(tst_LapChoice)
