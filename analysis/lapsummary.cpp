@@ -158,16 +158,18 @@ QString missingTimeReason(const ZEP::Lap &lap)
 
 void compareTimes(const QVector<LapSummary *> &laps)
 {
-    LapSummary *best = nullptr;
-    for (LapSummary *lap : laps) {
-        if (lap->isTimed() && (!best || *lap->time < *best->time))
-            best = lap;
+    int best = -1;
+    for (int i = 0; i < laps.size(); ++i) {
+        const LapSummary &lap = *laps.at(i);
+        if (lap.isTimed() && (best < 0 || *lap.time < *laps.at(best)->time))
+            best = i;
     }
-    for (LapSummary *lap : laps) {
-        lap->isBest = lap == best;
-        lap->gap.reset();
-        if (best && lap->time && lap->kind != LapKind::Partial)
-            lap->gap = *lap->time - *best->time;
+    for (int i = 0; i < laps.size(); ++i) {
+        LapSummary &lap = *laps.at(i);
+        lap.isBest = i == best;
+        lap.gap.reset();
+        if (best >= 0 && lap.time && lap.kind != LapKind::Partial)
+            lap.gap = *lap.time - *laps.at(best)->time;
     }
 }
 

@@ -143,11 +143,11 @@ void ReportData::addSamples(const ZEP::Lap &lap, const ChosenChannel &channel)
     const auto recorded = channel.in(lap);
     if (!recorded)
         return;
-    auto column = std::find_if(m_columns.begin() + Channels, m_columns.end(),
-                               [&channel](const Column &other) {
-                                   return other.channel.name == channel.name
-                                       && other.channel.isCalculated == channel.isCalculated;
-                               });
+    auto *column = std::find_if(m_columns.begin() + Channels, m_columns.end(),
+                                [&channel](const Column &other) {
+                                    return other.channel.name == channel.name
+                                        && other.channel.isCalculated == channel.isCalculated;
+                                });
     if (column == m_columns.end())
         column = m_columns.insert(column, {channel, ChannelParts, AnyStep, {}, {}});
     if (column->laps.isEmpty())

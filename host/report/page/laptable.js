@@ -113,7 +113,7 @@ function lapTableBodies() {
  */
 function missingRow(count) {
     return el('tr', { class: 'left-out' }, el('td', { colspan: 8 },
-        `${count === 1 ? '1 lap' : `${count} laps`} into the pits left out`));
+        `${count === 1 ? '1 lap' : `${count} laps`} left out, because the car entered the pits`));
 }
 
 /** What the table cannot say of partial laps; "" without any. */

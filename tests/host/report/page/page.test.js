@@ -61,7 +61,7 @@ test('the laps that a pit stop splits are partial, and count nowhere', async () 
         assert.match(await partial.first().innerText(), /partial/);
         assert.match(await page.locator('#laps-note').innerText(),
             /^Recorded in part: #5 from 0 m to 45 m, #6 from 46 m/);
-        assert.match(await page.locator('#laps').innerText(), /1 lap into the pits left out/);
+        assert.match(await page.locator('#laps').innerText(), /1 lap left out, because the car entered the pits/);
         assert.match(await page.locator('#sessions').innerText(), new RegExp(`Timed laps\\s+${timedLaps} of 10`));
         assert.match(await page.locator('#fuel p').innerText(), new RegExp(`of ${timedLaps} timed laps`));
         assert.ok((await page.locator('#laps tr.best th').innerText()).includes(`#${best}`));
