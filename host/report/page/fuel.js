@@ -39,8 +39,8 @@ export function fuelSummary(laps) {
     if (!use)
         return '';
     const { unit } = use;
-    return `Average use: ${formatQuantity({ value: use.average, unit }, view.units, 3)} per lap `
-        + `(of ${lapCount(use.laps, 'timed ')}). ${formatQuantity({ value: use.left, unit }, view.units, 2)} left `
+    return `Average use: ${formatQuantity({ value: use.average, unit }, view.units, 3)} per lap, `
+        + `over ${lapCount(use.laps, 'timed ')}. ${formatQuantity({ value: use.left, unit }, view.units, 2)} left `
         + `after lap ${use.last.label}: enough for ${lapCount(use.lapsLeft, 'more ')}.`;
 }
 

@@ -42,7 +42,7 @@ test('shows tyres and fuel of every lap', () => withPage(file, {}, async (page) 
     assert.strictEqual(await page.locator('#fuel tbody tr').count(), laps);
     assert.strictEqual(await page.locator('#tyres .scroll tbody tr').count(), laps);
     assert.strictEqual(await page.locator('#tyres .tyre').count(), 4);
-    assert.match(await page.locator('#fuel p').innerText(), /^Average use: 0\.\d{3} l per lap \(of 4 timed laps\)\. /);
+    assert.match(await page.locator('#fuel p').innerText(), /^Average use: 0\.\d{3} l per lap, over 4 timed laps\. /);
 }));
 
 test('folds away what the plug-in says when all is well', () => withPage(file, {}, async (page) => {
@@ -63,7 +63,7 @@ test('the laps that a pit stop splits are partial, and count nowhere', async () 
             /^Recorded in part: #5 from 0 m to 45 m, #6 from 46 m/);
         assert.match(await page.locator('#laps').innerText(), /1 lap left out, because the car entered the pits/);
         assert.match(await page.locator('#sessions').innerText(), new RegExp(`Timed laps\\s+${timedLaps} of 10`));
-        assert.match(await page.locator('#fuel p').innerText(), new RegExp(`of ${timedLaps} timed laps`));
+        assert.match(await page.locator('#fuel p').innerText(), new RegExp(`over ${timedLaps} timed laps`));
         assert.ok((await page.locator('#laps tr.best th').innerText()).includes(`#${best}`));
         const whole = await page.evaluate(() => report.fullRange());
         await page.locator('#laps tr[data-lap="4"] input[type=radio]').check();

@@ -22,7 +22,7 @@ test('timed laps that used fuel count; what is left is that of the last lap', ()
     const use = fuelUse(laps);
     assert.deepStrictEqual([use?.average, use?.laps, use?.left, use?.last.index, use?.lapsLeft], [2, 3, 5.1, 3, 2]);
     assert.strictEqual(fuelSummary(laps),
-        'Average use: 2.000 l per lap (of 3 timed laps). 5.10 l left after lap #4: enough for 2 more laps.');
+        'Average use: 2.000 l per lap, over 3 timed laps. 5.10 l left after lap #4: enough for 2 more laps.');
 });
 
 test('the parts of a lap that a stop splits do not count, although they have times', () => {
@@ -34,7 +34,7 @@ test('the parts of a lap that a stop splits do not count, although they have tim
 
 test('one lap is not "laps"', () => {
     assert.strictEqual(fuelSummary([fuelLap(0, 2, 3)]),
-        'Average use: 2.000 l per lap (of 1 timed lap). 3.00 l left after lap #1: enough for 1 more lap.');
+        'Average use: 2.000 l per lap, over 1 timed lap. 3.00 l left after lap #1: enough for 1 more lap.');
 });
 
 test('nothing is said where nothing is known', () => {
