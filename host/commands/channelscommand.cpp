@@ -32,7 +32,7 @@ QVector<ChannelRow> channelRows(const ZEP::Lap &lap, const QVector<ChosenChannel
     return rows;
 }
 
-QString table(const QVector<ChannelRow> &rows, const Terminal &terminal)
+QString table(const QVector<ChannelRow> &rows, UnitSystem units, const Terminal &terminal)
 {
     using Align = TableWriter::Align;
     TableWriter table({{QStringLiteral("Channel"), Align::Left, 0, 28},
@@ -47,10 +47,12 @@ QString table(const QVector<ChannelRow> &rows, const Terminal &terminal)
             table.addSection(QStringLiteral("Calculated"));
         isCalculated = row.isCalculated;
         const ChannelStatistics &numbers = row.statistics;
-        const auto number = [&numbers](double value) {
-            return numbers.valid > 0 ? formatNumber(value) : QStringLiteral("-");
+        const auto number = [&](double value) {
+            return numbers.valid > 0 ? formatNumber(shown(Quantity{value, row.unit}, units).value)
+                                     : QStringLiteral("-");
         };
-        table.addRow({row.name, formatText(row.unit), QString::number(numbers.valid),
+        const QString unit = shown(Quantity{0, row.unit}, units).unit;
+        table.addRow({row.name, formatText(unit), QString::number(numbers.valid),
                       number(numbers.minimum), number(numbers.mean), number(numbers.maximum)},
                      numbers.valid > 0 ? TableWriter::Style::Plain : TableWriter::Style::Faint);
     }
@@ -92,6 +94,7 @@ void ChannelsCommand::declare(CommandOptions &options)
                    "Laps to show (default: the best timed lap,\nor the longest if none is timed)");
     m_channels.declare(options, "Channels to show (default: all)");
     m_batch.declare(options);
+    m_units.declare(options);
     m_listing.declare(options);
 }
 
@@ -104,7 +107,7 @@ ExitCode ChannelsCommand::run(Terminal &terminal)
     };
     work.arguments = [&](const RecordingFile &file) {
         return QStringList(description().name) + m_laps.arguments(file) + m_channels.arguments()
-            + m_listing.arguments();
+            + m_units.arguments() + m_listing.arguments();
     };
     return processFiles(m_files, work, terminal, m_batch);
 }
@@ -123,7 +126,7 @@ ExitCode ChannelsCommand::show(const ChosenLaps &chosen, Terminal &terminal)
             continue;
         }
         m_listing.printLapHeading(chosen, index, terminal);
-        terminal.print(table(rows, terminal));
+        terminal.print(table(rows, m_units.system(), terminal));
     }
     return ExitCode::Success;
 }

@@ -6,6 +6,7 @@
 #include "host/commands/fileoptions.h"
 #include "host/commands/lapoptions.h"
 #include "host/commands/listing.h"
+#include "host/commands/unitoptions.h"
 
 /// `zepimport channels`: the channels of laps with their extremes.
 class ChannelsCommand : public Command
@@ -22,5 +23,6 @@ private:
     LapOptions m_laps{LapChoice::representative()};
     ChannelOptions m_channels;
     BatchOptions m_batch;
+    UnitOptions m_units;
     Listing m_listing;
 };

@@ -43,7 +43,7 @@ QString trackOf(const ZEP::Lap &lap)
         : QString(lap.getTrackName() % QLatin1String(", ") % lap.getTrackConfig());
 }
 
-QString stretchTable(const LapComparison &comparison, const Terminal &terminal)
+QString stretchTable(const LapComparison &comparison, UnitSystem units, const Terminal &terminal)
 {
     using Align = TableWriter::Align;
     TableWriter table({{QStringLiteral("From"), Align::Right},
@@ -51,46 +51,51 @@ QString stretchTable(const LapComparison &comparison, const Terminal &terminal)
                        {QStringLiteral("Difference"), Align::Right},
                        {QStringLiteral("Mean speed A"), Align::Right, 1},
                        {QStringLiteral("Mean speed B"), Align::Right, 1}});
-    const auto metres = [](double value) {
-        return formatQuantity(Quantity{value, QStringLiteral("m")}, 0);
+    const auto place = [units](double value) {
+        return formatQuantity(shown(Quantity{value, QStringLiteral("m")}, units), 0);
     };
-    const auto speed = [](double value) {
-        return formatQuantity(Quantity{value, QStringLiteral("m/s")}, 1);
+    const auto speed = [units](double value) {
+        return formatQuantity(shown(Quantity{value, QStringLiteral("m/s")}, units), 1);
     };
     const std::size_t count = std::min<std::size_t>(ShownStretches, comparison.stretches.size());
     for (std::size_t i = 0; i < count; ++i) {
         const LapComparison::Stretch &stretch = comparison.stretches[i];
-        table.addRow({metres(stretch.begin), metres(stretch.end),
+        table.addRow({place(stretch.begin), place(stretch.end),
                       formatTimeDifference(stretch.seconds) % QLatin1String(" s"),
                       speed(stretch.speeds[0]), speed(stretch.speeds[1])});
     }
     return table.text(terminal.width(), terminal.hasColour());
 }
 
-QString charts(const LapComparison &comparison, const Terminal &terminal)
+QString charts(const LapComparison &comparison, UnitSystem units, const Terminal &terminal)
 {
+    const auto speed = [units](double value) {
+        return shown(Quantity{value, QStringLiteral("m/s")}, units);
+    };
     TextChart::Curve difference;
     TextChart::Curve speeds[2];
     for (const LapComparison::Point &point : comparison.points) {
         difference.values.append(point.difference());
         for (int side = 0; side < 2; ++side)
-            speeds[side].values.append(point.speeds[side]);
+            speeds[side].values.append(speed(point.speeds[side]).value);
     }
     speeds[0].name = QStringLiteral("A");
     speeds[0].colour = TextChart::Colour::Cyan;
     speeds[1].name = QStringLiteral("B");
     speeds[1].colour = TextChart::Colour::Yellow;
-    const TextChart chart(comparison.points.back().distance, QStringLiteral("m"));
+    const Quantity length =
+        shown(Quantity{comparison.points.back().distance, QStringLiteral("m")}, units);
+    const TextChart chart(length.value, length.unit);
     const int width = std::min(ChartWidth, terminal.width());
     return chart.text(QStringLiteral("Time difference, s (above 0: B is behind A)"), {difference},
                       width, ChartHeight, terminal.hasColour())
         % QLatin1Char('\n')
-        % chart.text(QStringLiteral("Speed, m/s"), {speeds[0], speeds[1]}, width, ChartHeight,
-                     terminal.hasColour());
+        % chart.text(QLatin1String("Speed, ") % speed(0).unit, {speeds[0], speeds[1]}, width,
+                     ChartHeight, terminal.hasColour());
 }
 
 void print(const std::vector<CompareCommand::Side> &sides, const LapComparison &comparison,
-           Terminal &terminal)
+           UnitSystem units, Terminal &terminal)
 {
     terminal.printHeading(QLatin1String("A  ") % sides[0].name());
     terminal.printHeading(QLatin1String("B  ") % sides[1].name());
@@ -99,8 +104,8 @@ void print(const std::vector<CompareCommand::Side> &sides, const LapComparison &
                        .arg(QString::number(std::abs(atLine), 'f', 3),
                             atLine < 0 ? QStringLiteral("faster") : QStringLiteral("slower")));
     if (terminal.width() >= TextChart::LeastWidth)
-        terminal.print(charts(comparison, terminal) % QLatin1Char('\n'));
-    terminal.print(stretchTable(comparison, terminal));
+        terminal.print(charts(comparison, units, terminal) % QLatin1Char('\n'));
+    terminal.print(stretchTable(comparison, units, terminal));
 }
 
 QJsonObject json(const std::vector<CompareCommand::Side> &sides, const LapComparison &comparison)
@@ -190,6 +195,7 @@ void CompareCommand::declare(CommandOptions &options)
     m_laps.declare(options, "Laps to compare (default: the best of each file)");
     options.addNumber({"--grid", "METRES", "Metres between the points compared"}, &m_grid,
                       FinestGrid, CoarsestGrid);
+    m_units.declare(options);
     m_output.declareOutput(options, "PATH",
                            "CSV file for all points; - writes only them,\n"
                            "to standard output");
@@ -281,7 +287,7 @@ ExitCode CompareCommand::show(const LapComparison &comparison, Terminal &termina
     if (m_json.isGiven())
         JsonOption::print(json(m_sides, comparison), terminal);
     else
-        print(m_sides, comparison, terminal);
+        print(m_sides, comparison, m_units.system(), terminal);
     return ExitCode::Success;
 }
 

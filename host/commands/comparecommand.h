@@ -8,6 +8,7 @@
 #include "host/commands/jsonoption.h"
 #include "host/commands/lapoptions.h"
 #include "host/commands/outputoptions.h"
+#include "host/commands/unitoptions.h"
 
 #include <vector>
 
@@ -39,6 +40,7 @@ private:
     FileOptions m_files;
     LapOptions m_laps{LapChoice::best()};
     BatchOptions m_batch;
+    UnitOptions m_units;
     OutputOptions m_output;
     JsonOption m_json;
     double m_grid = 1;

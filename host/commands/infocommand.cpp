@@ -9,7 +9,7 @@
 
 namespace {
 
-QString table(const ZEP::Lap &lap, const Terminal &terminal)
+QString table(const ZEP::Lap &lap, UnitSystem units, const Terminal &terminal)
 {
     TableWriter table({{QString()}, {QString(), TableWriter::Align::Left, 0, 20}});
     for (const HeaderField &field : headerFields(lap))
@@ -19,13 +19,13 @@ QString table(const ZEP::Lap &lap, const Terminal &terminal)
     if (!names.isEmpty())
         table.addSection(QStringLiteral("Values"));
     for (const QString &name : names)
-        table.addRow({name, formatValue(lap.DynamicData::value(name))});
+        table.addRow({name, formatValue(shown(lap.DynamicData::value(name), units))});
 
     const QStringList calculated = lap.calculatedValuesNames();
     if (!calculated.isEmpty())
         table.addSection(QStringLiteral("Calculated values"));
     for (const QString &name : calculated)
-        table.addRow({name, formatValue(lap.calculatedValue(name))});
+        table.addRow({name, formatValue(shown(lap.calculatedValue(name), units))});
 
     return table.text(terminal.width(), terminal.hasColour());
 }
@@ -45,6 +45,7 @@ void InfoCommand::declare(CommandOptions &options)
     m_laps.declare(options,
                    "Laps to show (default: the best timed lap,\nor the longest if none is timed)");
     m_batch.declare(options);
+    m_units.declare(options);
     m_listing.declare(options);
 }
 
@@ -58,7 +59,8 @@ ExitCode InfoCommand::run(Terminal &terminal)
         });
     };
     work.arguments = [&](const RecordingFile &file) {
-        return QStringList(description().name) + m_laps.arguments(file) + m_listing.arguments();
+        return QStringList(description().name) + m_laps.arguments(file) + m_units.arguments()
+            + m_listing.arguments();
     };
     return processFiles(m_files, work, terminal, m_batch);
 }
@@ -74,6 +76,6 @@ void InfoCommand::show(const ChosenLaps &chosen, Terminal &terminal)
             continue;
         }
         m_listing.printLapHeading(chosen, index, terminal);
-        terminal.print(table(lap, terminal));
+        terminal.print(table(lap, m_units.system(), terminal));
     }
 }

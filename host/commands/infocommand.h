@@ -5,6 +5,7 @@
 #include "host/commands/fileoptions.h"
 #include "host/commands/lapoptions.h"
 #include "host/commands/listing.h"
+#include "host/commands/unitoptions.h"
 
 /// `zepimport info`: everything that the headers of laps contain.
 class InfoCommand : public Command
@@ -20,5 +21,6 @@ private:
     FileOptions m_files;
     LapOptions m_laps{LapChoice::representative()};
     BatchOptions m_batch;
+    UnitOptions m_units;
     Listing m_listing;
 };

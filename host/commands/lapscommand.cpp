@@ -76,7 +76,7 @@ QString lapNotes(const ChosenLaps &chosen, const QVector<LapSummary> &summaries)
     return notes.isEmpty() ? notes : QString(QLatin1Char('\n') % notes);
 }
 
-QString lapTable(const ChosenLaps &chosen, const QVector<LapSummary> &summaries,
+QString lapTable(const ChosenLaps &chosen, const QVector<LapSummary> &summaries, UnitSystem units,
                  const Terminal &terminal)
 {
     using Align = TableWriter::Align;
@@ -97,7 +97,8 @@ QString lapTable(const ChosenLaps &chosen, const QVector<LapSummary> &summaries,
                       QString::number(lap.getStintInSession()),
                       QString::number(lap.getLapInStint()), lapKindName(summary.kind),
                       formatLapTime(summary.time), formatGap(summary), QString::number(lap.size()),
-                      formatQuantity(summary.topSpeed, 1), formatQuantity(summary.fuelUsed, 2)},
+                      formatQuantity(shown(summary.topSpeed, units), 1),
+                      formatQuantity(shown(summary.fuelUsed, units), 2)},
                      rowStyle(summary));
     }
     return table.text(terminal.width(), terminal.hasColour());
@@ -188,6 +189,7 @@ void LapsCommand::declare(CommandOptions &options)
     m_laps.declare(options, "Laps to show (default: all)");
     options.addFlag("--best", &m_best, "Show one row per file, with its best lap");
     m_batch.declare(options);
+    m_units.declare(options);
     m_listing.declare(options);
 }
 
@@ -203,7 +205,8 @@ ExitCode LapsCommand::run(Terminal &terminal)
     work.arguments = [&](const RecordingFile &file) {
         // The one table is made of what JSON says of each file.
         return QStringList(description().name) + m_laps.arguments(file)
-            + (m_best ? QStringList{"--best", "--json"} : m_listing.arguments());
+            + (m_best ? QStringList{"--best", "--json"}
+                      : m_units.arguments() + m_listing.arguments());
     };
     if (m_best && !m_listing.wantsJson()) {
         work.finish = [&] {
@@ -229,6 +232,6 @@ void LapsCommand::show(const ChosenLaps &chosen, Terminal &terminal)
     m_listing.printHeading(file.fileName, terminal);
     const QVector<LapSummary> summaries = summarize(file.laps);
     terminal.print(sessionTable(sessionSummary(file.laps, file.lastModified()), terminal)
-                   % QLatin1Char('\n') % lapTable(chosen, summaries, terminal)
+                   % QLatin1Char('\n') % lapTable(chosen, summaries, m_units.system(), terminal)
                    % lapNotes(chosen, summaries));
 }

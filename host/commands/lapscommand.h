@@ -5,6 +5,7 @@
 #include "host/commands/fileoptions.h"
 #include "host/commands/lapoptions.h"
 #include "host/commands/listing.h"
+#include "host/commands/unitoptions.h"
 
 /// `zepimport laps`: a table of laps for each file, or one table with a row for each.
 class LapsCommand : public Command
@@ -20,6 +21,7 @@ private:
     FileOptions m_files;
     LapOptions m_laps{LapChoice::all()};
     BatchOptions m_batch;
+    UnitOptions m_units;
     Listing m_listing;
     bool m_best = false;
 };

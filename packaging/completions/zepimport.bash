@@ -17,7 +17,10 @@ _zepimport()
     --lap) words="best last all" ;;
     --channels) words="driver engine position tyres" ;;
     --format) words="csv json mat" ;;
-    --units) words="header row none" ;;
+    --units)
+        words="metric imperial raw"
+        [[ ${COMP_WORDS[1]} != export ]] || words="header row none"
+        ;;
     --sep) words="tab" ;;
     --jobs | -j) words="2 4 8" ;;
     --grid) return ;;
@@ -25,10 +28,10 @@ _zepimport()
     *)
         [[ $word == -* ]] || return
         case ${COMP_WORDS[1]} in
-        laps) words="--lap --best --json $batch" ;;
-        info) words="--lap --json $batch" ;;
-        channels) words="--lap --channels --json $batch" ;;
-        compare) words="--lap --grid --output --force --json --quiet $files" ;;
+        laps) words="--lap --units --best --json $batch" ;;
+        info) words="--lap --units --json $batch" ;;
+        channels) words="--lap --channels --units --json $batch" ;;
+        compare) words="--lap --grid --units --output --force --json --quiet $files" ;;
         export) words="--lap --channels --output --format --split --force --sep --units $batch" ;;
         report) words="--lap --channels --output --force --quiet $files" ;;
         check) words="--json $batch" ;;

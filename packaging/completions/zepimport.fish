@@ -40,3 +40,4 @@ complete -c zepimport -n '__zepimport_command export' -l split -d 'Write one fil
 complete -c zepimport -n '__zepimport_command compare export report' -l force -d 'Replace existing files'
 complete -c zepimport -n '__zepimport_command export' -l sep -x -a tab -d 'Separator of CSV'
 complete -c zepimport -n '__zepimport_command export' -l units -x -a 'header row none' -d 'Place of the units of CSV'
+complete -c zepimport -n '__zepimport_command laps info channels compare' -l units -x -a 'metric imperial raw' -d 'Units of tables'

@@ -280,6 +280,8 @@ void tst_Shell::choicesOfBash_data()
     QTest::newRow("format") << QStringList{"export", "--format", ""}
                             << QStringList{"csv", "json", "mat"};
     QTest::newRow("units") << QStringList{"export", "--units", "h"} << QStringList{"header"};
+    QTest::newRow("system of units")
+        << QStringList{"laps", "--units", "m"} << QStringList{"metric"};
     QTest::newRow("file, left to bash") << QStringList{"laps", "a"} << QStringList{};
 }
 

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void existingFileIsKeptUnlessForced();
     void differenceAtTheLineIsThatOfTheTimes_data();
     void differenceAtTheLineIsThatOfTheTimes();
+    void units();
     void refused_data();
     void refused();
 
@@ -276,6 +277,21 @@ void tst_ZepimportCompare::differenceAtTheLineIsThatOfTheTimes()
     QVERIFY(!qFuzzyIsNull(times));
     QVERIFY2(std::abs(difference - times) < tick,
              qPrintable(QStringLiteral("%1 s instead of %2 s").arg(difference).arg(times)));
+}
+
+void tst_ZepimportCompare::units()
+{
+    const QStringList arguments{"two.laps:1", "two.laps:2"};
+    const QString recorded = run(arguments).output;
+    QVERIFY(recorded.contains(QLatin1String(" m/s")));
+    for (const char *unit : {"km/h", "mph"}) {
+        const QString system =
+            unit == QByteArray("mph") ? QStringLiteral("imperial") : QStringLiteral("metric");
+        const Outcome outcome = run(arguments + QStringList{"--units", system});
+        QCOMPARE(outcome.exitCode, 0);
+        QCOMPARE(outcome.output.count(QLatin1String(unit)), recorded.count(QLatin1String("m/s")));
+        QVERIFY(!outcome.output.contains(QLatin1String("m/s")));
+    }
 }
 
 void tst_ZepimportCompare::refused_data()

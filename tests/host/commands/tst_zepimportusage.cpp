@@ -3,6 +3,8 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -30,6 +32,9 @@ private Q_SLOTS:
     void fullDisk();
     void outputLostAtTheEnd();
     void anyLocale();
+    void units_data();
+    void units();
+    void unitsAreNotForPrograms();
     void oddNames_data();
     void oddNames();
 
@@ -255,6 +260,61 @@ void tst_ZepimportUsage::anyLocale()
     const Outcome outcome = ascii.run();
     QCOMPARE(outcome.errors, QString());
     QCOMPARE(outcome.output, expected.replace(QStringLiteral("race."), QStringLiteral("zoë.")));
+}
+
+void tst_ZepimportUsage::units_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("metric");
+    QTest::addColumn<QString>("imperial");
+    QTest::newRow("laps") << QStringList{"laps"} << "151.2 km/h 2.00 l"
+                          << "94.0 mph 0.53 gal";
+    QTest::newRow("laps, in processes")
+        << QStringList{"laps", "-j", "2", "b.laps"} << "151.2 km/h 2.00 l"
+        << "94.0 mph 0.53 gal";
+    QTest::newRow("info") << QStringList{"info"} << "Air temperature 21.5 °C"
+                          << "Air temperature 70.7 °F";
+    QTest::newRow("channels") << QStringList{"channels"} << "speed km/h 2 111.6 131.4 151.2"
+                              << "speed mph 2 69.345 81.6482 93.9513";
+}
+
+void tst_ZepimportUsage::units()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, metric);
+    QFETCH(QString, imperial);
+    const QString other = m_dir.filePath(QStringLiteral("b.laps"));
+    QVERIFY(QFile::exists(other)
+            || QFile::copy(m_dir.filePath(QStringLiteral("race.laps")), other));
+    arguments += QStringLiteral("race.laps");
+    const QString plain = process(arguments).run().output;
+    QCOMPARE(process(arguments + QStringList{"--units", "raw"}).run().output, plain);
+    for (const auto &[system, line] : {std::pair("metric", metric), {"imperial", imperial}}) {
+        const Outcome outcome = process(arguments + QStringList{"--units", system}).run();
+        QCOMPARE(outcome.exitCode, 0);
+        QVERIFY2(outcome.output.simplified().contains(line), qPrintable(outcome.output));
+        QVERIFY(!plain.simplified().contains(line));
+    }
+}
+
+void tst_ZepimportUsage::unitsAreNotForPrograms()
+{
+    for (const char *command : {"laps", "info", "channels"}) {
+        QJsonArray recorded =
+            QJsonDocument::fromJson(process({command, "race.laps", "--json"}).run().output.toUtf8())
+                .array();
+        const QJsonArray asked =
+            QJsonDocument::fromJson(process({command, "race.laps", "--json", "--units", "imperial"})
+                                        .run()
+                                        .output.toUtf8())
+                .array();
+        QVERIFY(!recorded.isEmpty());
+        if (command == QByteArray("info")) // has identifiers of its own in each import
+            QCOMPARE(asked.first()[QLatin1String("values")],
+                     recorded.first()[QLatin1String("values")]);
+        else
+            QCOMPARE(asked, recorded);
+    }
 }
 
 void tst_ZepimportUsage::oddNames_data()
