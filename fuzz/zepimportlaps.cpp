@@ -213,7 +213,9 @@ void exportCsv(ByteSource *source)
 {
     static constexpr std::array separators = {',', ';', '\t'};
     const char separator = source->pick(separators);
-    const auto units = CsvWriter::Units(source->below(3));
+    CsvWriter::Form form;
+    form.separator = separator;
+    form.units = CsvWriter::Units(source->below(3));
     Laps laps = takeLaps(source);
     const QVector<ChosenChannel> channels = allChannels(laps);
     const Laps expected = [&laps] {
@@ -224,7 +226,7 @@ void exportCsv(ByteSource *source)
     }();
 
     const QByteArray csv = written([&](OutputFile &file) {
-        CsvWriter writer(file, channels, pointers(expected), units, separator);
+        CsvWriter writer(file, channels, pointers(expected), form);
         for (std::size_t i = 0; i < laps.size(); ++i)
             writer.write(int(i) + 1, std::move(laps[i]));
         QString problem;
@@ -236,7 +238,7 @@ void exportCsv(ByteSource *source)
     const QStringList &titles = lines.first();
     require(QSet<QString>(titles.begin(), titles.end()).size() == titles.size(), "each title once");
 
-    int row = units == CsvWriter::Units::Row ? 2 : 1;
+    int row = form.units == CsvWriter::Units::Row ? 2 : 1;
     for (std::size_t i = 0; i < expected.size(); ++i) {
         const int ticks = longestChannel(*expected[i], channels);
         for (int tick = 0; tick < ticks; ++tick, ++row) {

@@ -1,5 +1,7 @@
 #include "writers/csvwriter.h"
 
+#include "analysis/ticktrace.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -43,10 +45,10 @@ char *writeInteger(char *place, int number)
 } // namespace
 
 CsvWriter::CsvWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
-                     const QVector<const ZEP::Lap *> &laps, Units units, char separator)
-    : m_buffer(file), m_channels(channels), m_separator(separator)
+                     const QVector<const ZEP::Lap *> &laps, const Form &form)
+    : m_buffer(file), m_channels(channels), m_form(form)
 {
-    writeHeader(laps, units);
+    writeHeader(laps);
 }
 
 QByteArray CsvWriter::field(const QString &text) const
@@ -54,20 +56,26 @@ QByteArray CsvWriter::field(const QString &text) const
     QByteArray bytes = text.toUtf8();
     if (needsApostrophe(bytes))
         bytes.prepend('\'');
-    if (bytes.contains(m_separator) || bytes.contains('"') || bytes.contains('\n')
+    if (bytes.contains(m_form.separator) || bytes.contains('"') || bytes.contains('\n')
         || bytes.contains('\r'))
         return '"' + bytes.replace('"', "\"\"") + '"';
     return bytes;
 }
 
-void CsvWriter::writeHeader(const QVector<const ZEP::Lap *> &laps, Units units)
+void CsvWriter::writeHeader(const QVector<const ZEP::Lap *> &laps)
 {
-    QByteArray titles = QByteArray("lap") + m_separator + "tick";
-    QByteArray unitRow(1, m_separator);
+    QByteArray titles = QByteArray("lap") + m_form.separator + "tick";
+    QByteArray unitRow(1, m_form.separator);
     std::set<QString> taken{QStringLiteral("lap"), QStringLiteral("tick")};
+    if (m_form.hasTime) {
+        titles += m_form.separator;
+        titles += m_form.units == Units::Header ? "time [s]" : "time";
+        unitRow += QByteArray(1, m_form.separator) + 's';
+        taken.insert({QStringLiteral("time"), QStringLiteral("time [s]")});
+    }
     for (const ChosenChannel &channel : qAsConst(m_channels)) {
         const QString unit = unitOf(channel, laps);
-        const QString behind = units == Units::Header && !unit.isEmpty()
+        const QString behind = m_form.units == Units::Header && !unit.isEmpty()
             ? QString(QLatin1String(" [") % unit % QLatin1Char(']'))
             : QString();
         // Readers look columns up by the title, or by the name in it, so each occurs only once.
@@ -75,11 +83,11 @@ void CsvWriter::writeHeader(const QVector<const ZEP::Lap *> &laps, Units units)
         while (taken.count(name) > 0 || taken.count(name % behind) > 0)
             name += QLatin1String(channel.isCalculated ? "_calculated" : "_channel");
         taken.insert({name, name % behind});
-        titles += m_separator + field(name % behind);
-        unitRow += m_separator + field(unit);
+        titles += m_form.separator + field(name % behind);
+        unitRow += m_form.separator + field(unit);
     }
     m_buffer.append(titles + '\n');
-    if (units == Units::Row)
+    if (m_form.units == Units::Row)
         m_buffer.append(unitRow + '\n');
 }
 
@@ -87,7 +95,7 @@ char *CsvWriter::writeRow(char *place, int tick, std::vector<Column> &columns) c
 {
     for (Column &column : columns) {
         if (tick >= column.size || !ZEP::Channel::isValidSample(column.samples[tick])) {
-            *place++ = m_separator;
+            *place++ = m_form.separator;
             continue;
         }
         // Many channels hardly ever change.
@@ -105,15 +113,23 @@ char *CsvWriter::writeRow(char *place, int tick, std::vector<Column> &columns) c
 void CsvWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
 {
     std::vector<Column> columns;
-    for (const ChosenChannel &chosen : qAsConst(m_channels)) {
-        const auto channel = chosen.in(*lap);
+    const auto add = [&](const double *samples, int size) {
         Column column{};
-        column.samples = channel ? channel->data.constData() : nullptr;
-        column.size = channel ? channel->data.size() : 0;
-        column.text[0] = m_separator;
+        column.samples = samples;
+        column.size = size;
+        column.text[0] = m_form.separator;
         column.text[1] = '0';
         column.textSize = 2;
         columns.push_back(column);
+    };
+    QVector<double> times;
+    if (m_form.hasTime) {
+        times = tickTrace(*lap, trackLength(*lap)).time;
+        add(times.constData(), times.size());
+    }
+    for (const ChosenChannel &chosen : qAsConst(m_channels)) {
+        const auto channel = chosen.in(*lap);
+        add(channel ? channel->data.constData() : nullptr, channel ? channel->data.size() : 0);
     }
     char lapText[OutputBuffer::NumberSize];
     const auto lapTextSize = std::size_t(writeInteger(lapText, number) - lapText);
@@ -124,7 +140,7 @@ void CsvWriter::write(int number, std::unique_ptr<ZEP::Lap> lap)
         char *place = m_buffer.room(longestRow);
         std::memcpy(place, lapText, lapTextSize);
         place += lapTextSize;
-        *place++ = m_separator;
+        *place++ = m_form.separator;
         place = writeInteger(place, tick);
         place = writeRow(place, tick, columns);
         *place++ = '\n';

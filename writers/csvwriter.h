@@ -19,10 +19,17 @@ public:
         None,
     };
 
+    /// How the lines look.
+    struct Form {
+        Units units = Units::Row;
+        char separator = ',';
+        bool hasTime = false; ///< a column after the tick: seconds as in TickTrace
+    };
+
     /// The titles and the units of \a channels come from \a laps. \a file must outlive the
     /// writer.
     CsvWriter(OutputFile &file, const QVector<ChosenChannel> &channels,
-              const QVector<const ZEP::Lap *> &laps, Units units, char separator);
+              const QVector<const ZEP::Lap *> &laps, const Form &form);
 
     void write(int number, std::unique_ptr<ZEP::Lap> lap) override;
     bool finish(QString *problem) override;
@@ -38,10 +45,10 @@ private:
     };
 
     QByteArray field(const QString &text) const;
-    void writeHeader(const QVector<const ZEP::Lap *> &laps, Units units);
+    void writeHeader(const QVector<const ZEP::Lap *> &laps);
     char *writeRow(char *place, int tick, std::vector<Column> &columns) const;
 
     OutputBuffer m_buffer;
     QVector<ChosenChannel> m_channels;
-    char m_separator;
+    Form m_form;
 };

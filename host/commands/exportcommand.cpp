@@ -143,6 +143,7 @@ void ExportCommand::declare(CommandOptions &options)
     m_output.declareForce(options, "Replace existing files");
     options.addText({"--sep", "CHAR", "CSV: separator, or tab (default: ,)"}, &m_separator,
                     separatorProblem);
+    options.addFlag("--time", &m_time, "CSV: add the seconds since the line to each tick");
     options.addChoice({"--units", "PLACE",
                        "CSV: where the units are: header (after the\n"
                        "names), row (below the names, the default) or none"},
@@ -205,6 +206,8 @@ QStringList ExportCommand::arguments(const RecordingFile &file, const ExportName
                       QLatin1String("--units=") % QString::fromStdString(m_units)};
     if (!m_format.empty())
         result.append(QLatin1String("--format=") % QString::fromStdString(m_format));
+    if (m_time)
+        result.append(QStringLiteral("--time"));
     if (m_split)
         result.append(QStringLiteral("--split"));
     return result;
@@ -279,6 +282,9 @@ std::unique_ptr<LapWriter> ExportCommand::newWriter(OutputFile &file, const Chos
     case ExportNames::Format::Csv:
         break;
     }
-    return std::make_unique<CsvWriter>(file, channels, chosen.laps(), unitsFrom(m_units),
-                                       separatorFrom(m_separator).value_or(','));
+    CsvWriter::Form form;
+    form.units = unitsFrom(m_units);
+    form.separator = separatorFrom(m_separator).value_or(',');
+    form.hasTime = m_time;
+    return std::make_unique<CsvWriter>(file, channels, chosen.laps(), form);
 }

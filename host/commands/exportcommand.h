@@ -42,4 +42,5 @@ private:
     bool m_split = false;
     std::string m_separator = ",";
     std::string m_units = "row";
+    bool m_time = false;
 };

@@ -187,6 +187,8 @@ void LapsCommand::declare(CommandOptions &options)
 {
     m_files.declareWithLaps(options);
     m_laps.declare(options, "Laps to show (default: all)");
+    options.addChoice({"--sort", "KEY", "With --best: sort the rows by time or date"}, &m_sort,
+                      {"time", "date"});
     options.addFlag("--best", &m_best, "Show one row per file, with its best lap");
     m_batch.declare(options);
     m_units.declare(options);
@@ -195,6 +197,11 @@ void LapsCommand::declare(CommandOptions &options)
 
 ExitCode LapsCommand::run(Terminal &terminal)
 {
+    if (!m_sort.empty() && !m_best) {
+        terminal.complain(QStringLiteral("--sort sorts the table of --best; see zepimport laps "
+                                         "--help"));
+        return ExitCode::WrongUse;
+    }
     FileWork work = m_listing.work(terminal);
     work.process = [&](const RecordingFile &file, Importer &importer) {
         return m_laps.import(file, importer, terminal, [&](ChosenLaps &&chosen) {
@@ -208,9 +215,13 @@ ExitCode LapsCommand::run(Terminal &terminal)
             + (m_best ? QStringList{"--best", "--json"}
                       : m_units.arguments() + m_listing.arguments());
     };
-    if (m_best && !m_listing.wantsJson()) {
+    if (m_best) {
         work.finish = [&] {
-            if (!m_listing.jsonArray().isEmpty())
+            if (!m_sort.empty())
+                m_listing.sortJson(QString::fromStdString(m_sort));
+            if (m_listing.wantsJson())
+                m_listing.finish(terminal);
+            else if (!m_listing.jsonArray().isEmpty())
                 terminal.print(bestTable(m_listing.jsonArray(), terminal));
             return ExitCode::Success;
         };

@@ -7,6 +7,8 @@
 #include "host/commands/listing.h"
 #include "host/commands/unitoptions.h"
 
+#include <string>
+
 /// `zepimport laps`: a table of laps for each file, or one table with a row for each.
 class LapsCommand : public Command
 {
@@ -24,4 +26,5 @@ private:
     UnitOptions m_units;
     Listing m_listing;
     bool m_best = false;
+    std::string m_sort; ///< key of the JSON; empty unless given
 };

@@ -6,6 +6,9 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+#include <vector>
+
 void Listing::declare(CommandOptions &options, const std::string &instead)
 {
     m_json.declare(options, instead);
@@ -39,6 +42,24 @@ void Listing::addJson(const QString &fileName, QJsonObject object)
 {
     object.insert(QStringLiteral("file"), fileName);
     m_array.append(object);
+}
+
+void Listing::sortJson(const QString &key)
+{
+    std::vector<QJsonObject> objects;
+    for (const QJsonValue &value : qAsConst(m_array))
+        objects.push_back(value.toObject());
+    std::stable_sort(
+        objects.begin(), objects.end(), [&key](const QJsonObject &left, const QJsonObject &right) {
+            const QJsonValue a = left.value(key);
+            const QJsonValue b = right.value(key);
+            if (a.isNull() || b.isNull())
+                return !a.isNull();
+            return a.isDouble() ? a.toDouble() < b.toDouble() : a.toString() < b.toString();
+        });
+    m_array = QJsonArray();
+    for (const QJsonObject &object : objects)
+        m_array.append(object);
 }
 
 bool Listing::takeJson(const QByteArray &output)

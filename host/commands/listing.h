@@ -26,6 +26,9 @@ public:
     void addJson(const QString &fileName, QJsonObject object);
     const QJsonArray &jsonArray() const { return m_array; }
 
+    /// Sorts the array by the number or text at \a key of its objects; null comes last.
+    void sortJson(const QString &key);
+
     /// Adds what another process printed as JSON to the array; false if it is something else.
     bool takeJson(const QByteArray &output);
     /// Prints the array, if that is what the user wants.

@@ -23,16 +23,17 @@ _zepimport()
         ;;
     --sep) words="tab" ;;
     --jobs | -j) words="2 4 8" ;;
+    --sort) words="time date" ;;
     --grid) return ;;
     --plugin | --output | -o) return ;;
     *)
         [[ $word == -* ]] || return
         case ${COMP_WORDS[1]} in
-        laps) words="--lap --units --best --json $batch" ;;
+        laps) words="--lap --units --best --sort --json $batch" ;;
         info) words="--lap --units --json $batch" ;;
         channels) words="--lap --channels --units --json $batch" ;;
         compare) words="--lap --grid --units --output --force --json --quiet $files" ;;
-        export) words="--lap --channels --output --format --split --force --sep --units $batch" ;;
+        export) words="--lap --channels --output --format --split --force --sep --time --units $batch" ;;
         report) words="--lap --channels --output --force --quiet $files" ;;
         check) words="--json $batch" ;;
         formats) words="--json $every" ;;

@@ -41,3 +41,5 @@ complete -c zepimport -n '__zepimport_command compare export report' -l force -d
 complete -c zepimport -n '__zepimport_command export' -l sep -x -a tab -d 'Separator of CSV'
 complete -c zepimport -n '__zepimport_command export' -l units -x -a 'header row none' -d 'Place of the units of CSV'
 complete -c zepimport -n '__zepimport_command laps info channels compare' -l units -x -a 'metric imperial raw' -d 'Units of tables'
+complete -c zepimport -n '__zepimport_command laps' -l sort -x -a 'time date' -d 'With --best: sort the rows'
+complete -c zepimport -n '__zepimport_command export' -l time -d 'Add the time of each tick to CSV'

@@ -19,11 +19,12 @@ private Q_SLOTS:
     void namesThatSpreadsheetsWouldRun_data();
     void namesThatSpreadsheetsWouldRun();
     void rows();
+    void timeOfEachTick();
     void channelsOfOtherLaps();
     void noLaps();
 
 private:
-    QByteArray written(CsvWriter::Units units, char separator);
+    QByteArray written(CsvWriter::Units units, char separator, bool hasTime = false);
 
     QTemporaryDir m_dir;
     std::vector<std::unique_ptr<ZEP::Lap>> m_laps;
@@ -44,7 +45,7 @@ ZEP::Channel *newChannel(const QString &unit, const Samples &samples)
 
 } // namespace
 
-QByteArray tst_CsvWriter::written(CsvWriter::Units units, char separator)
+QByteArray tst_CsvWriter::written(CsvWriter::Units units, char separator, bool hasTime)
 {
     QVector<const ZEP::Lap *> laps;
     for (const auto &lap : m_laps)
@@ -54,7 +55,7 @@ QByteArray tst_CsvWriter::written(CsvWriter::Units units, char separator)
     const QString name = m_dir.filePath(QStringLiteral("laps.csv"));
     OutputFile file(name);
     file.open(true, &problem);
-    CsvWriter writer(file, channels, laps, units, separator);
+    CsvWriter writer(file, channels, laps, {units, separator, hasTime});
     int number = 0;
     for (auto &lap : m_laps)
         writer.write(++number, std::move(lap));
@@ -155,6 +156,32 @@ void tst_CsvWriter::rows()
                         "1,2,-0,,1\n"
                         "1,3,0.1,5,1e+22\n"
                         "1,4,0.1,,-1e+30\n"));
+}
+
+void tst_CsvWriter::timeOfEachTick()
+{
+    const auto addLaps = [&] {
+        // The second of four ticks was dropped; the lap begins at its first tick.
+        auto lap = std::make_unique<ZEP::Lap>();
+        lap->addChannel(newChannel(QStringLiteral("s"), {100, 100.5, 100.75}),
+                        QStringLiteral("sessiontime"));
+        lap->addChannel(newChannel({}, {7, 8, 9}), QStringLiteral("time"));
+        m_laps.push_back(std::move(lap));
+        auto without = std::make_unique<ZEP::Lap>();
+        without->addChannel(newChannel({}, {5}), QStringLiteral("time"));
+        m_laps.push_back(std::move(without));
+    };
+    addLaps();
+    QCOMPARE(written(CsvWriter::Units::Row, ',', true),
+             QByteArray("lap,tick,time,sessiontime,time_channel\n"
+                        ",,s,s,\n"
+                        "1,0,0,100,7\n"
+                        "1,1,0.5,100.5,8\n"
+                        "1,2,0.75,100.75,9\n"
+                        "2,0,,,5\n"));
+    addLaps();
+    QVERIFY(written(CsvWriter::Units::Header, ',', true)
+                .startsWith("lap,tick,time [s],sessiontime [s],time_channel\n"));
 }
 
 void tst_CsvWriter::channelsOfOtherLaps()

@@ -17,6 +17,7 @@ private Q_SLOTS:
 
     void best_data();
     void best();
+    void bestSorted();
     void bestAsJson();
     void jobsChangeNothing_data();
     void jobsChangeNothing();
@@ -99,6 +100,34 @@ void tst_ZepimportBatch::best()
     QCOMPARE(outcome.output, bestRows);
     QCOMPARE(outcome.errors, QStringLiteral("zepimport: 3 of 3 files done\n"));
     QCOMPARE(outcome.exitCode, 0);
+}
+
+void tst_ZepimportBatch::bestSorted()
+{
+    QVERIFY(QDir(m_dir.path()).mkpath(QStringLiteral("sorted")));
+    write("sorted/a.laps", "lap|1|1|61000|1|1|1\ndate|2024-03-01T00:00:00\nchannel|gear||3\n");
+    write("sorted/b.laps", "lap|0|1||1|1|0\ndate|2024-01-02T03:04:05\nchannel|gear||3\n");
+    write("sorted/c.laps", "lap|1|1|60000|1|1|1\ndate|2024-02-01T00:00:00\nchannel|gear||3\n");
+    for (const char *jobs : {"1", "2"}) {
+        const auto order = [&](const QStringList &options) {
+            QStringList found;
+            const QString output =
+                run(QStringList{"laps", "--best", "-j", jobs, "sorted"} + options).output;
+            const QRegularExpression file(QStringLiteral("sorted/(.)\\.laps"));
+            for (auto match = file.globalMatch(output); match.hasNext();)
+                found.append(match.next().captured(1));
+            return found.join(QString());
+        };
+        QCOMPARE(order({}), QStringLiteral("abc"));
+        QCOMPARE(order({"--sort", "time"}), QStringLiteral("cab"));
+        QCOMPARE(order({"--sort", "date"}), QStringLiteral("bca"));
+        QCOMPARE(order({"--sort", "time", "--json"}), QStringLiteral("cab"));
+    }
+    const Outcome wrong = run({"laps", "--sort", "time", "sorted"});
+    QCOMPARE(wrong.errors,
+             QStringLiteral("zepimport: --sort sorts the table of --best; see zepimport laps "
+                            "--help\n"));
+    QCOMPARE(wrong.exitCode, 2);
 }
 
 void tst_ZepimportBatch::bestAsJson()

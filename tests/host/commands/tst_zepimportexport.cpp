@@ -17,6 +17,7 @@ private Q_SLOTS:
 
     void csv();
     void choices();
+    void time();
     void json();
     void files_data();
     void files();
@@ -131,6 +132,18 @@ void tst_ZepimportExport::choices()
                             "1;2;;49.5\n"
                             "5;0;1;\n"
                             "5;1;2;\n"));
+}
+
+void tst_ZepimportExport::time()
+{
+    write(QStringLiteral("times.laps"),
+          "lap|1|1|60000|1|1|1\nchannel|sessiontime|s|10 10.25 10.75\nchannel|gear||3 4 5\n");
+    const QStringList arguments{"times.laps", "--channels", "gear", "--time", "--force"};
+    const QByteArray expected = "lap,tick,time,gear\n,,s,\n1,0,0,3\n1,1,0.25,4\n1,2,0.75,5\n";
+    QCOMPARE(run(arguments).exitCode, 0);
+    QCOMPARE(read(QStringLiteral("times.csv")), expected);
+    QCOMPARE(run(arguments + QStringList{"--jobs", "2", "short.laps", "--quiet"}).exitCode, 0);
+    QCOMPARE(read(QStringLiteral("times.csv")), expected);
 }
 
 void tst_ZepimportExport::json()
