@@ -3,6 +3,7 @@
 #include "analysis/lapquantities.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -34,9 +35,9 @@ double totalRise(const ZEP::Channel &channel)
         low = high = level;
     };
     for (int i = 0; i < channel.data.size(); ++i) {
-        if (!channel.isValid(i))
-            continue;
         const double level = channel.sample(i);
+        if (!channel.isValid(i) || !std::isfinite(level))
+            continue;
         if (!low || level < *low || high - level >= Flutter)
             end(level);
         high = std::max(high, level);
@@ -87,14 +88,23 @@ LapKind kindOf(const ZEP::Lap &lap, const std::optional<LapPart> &part)
     return LapKind::Other;
 }
 
+/// The number of \a lap by the counter of the recording, from the middle of the lap: at its ends
+/// the counter may still say, or already, that it is another one.
+std::optional<double> countedAs(const ZEP::Lap &lap)
+{
+    const auto counter = lap.channel(QStringLiteral("lap"));
+    const int middle = lap.size() / 2;
+    return counter && counter->isValid(middle) ? std::optional<double>(counter->sample(middle))
+                                               : std::nullopt;
+}
+
 /// How many laps were driven between \a lap and \a next that are in neither.
 int lapsBetween(const ZEP::Lap &lap, const ZEP::Lap &next)
 {
     constexpr double Most = 100; // more means that it does not count laps
-    const QString counter = QStringLiteral("lap");
-    const std::optional<Quantity> last = lastOf(lap, counter);
-    const std::optional<Quantity> first = firstOf(next, counter);
-    const double between = last && first ? first->value - last->value - 1 : 0;
+    const std::optional<double> first = countedAs(lap);
+    const std::optional<double> second = countedAs(next);
+    const double between = first && second ? *second - *first - 1 : 0;
     return between > 0 && between <= Most ? int(between) : 0;
 }
 

@@ -65,6 +65,42 @@ void unwrap(QVector<double> &distance, double trackLength)
     }
 }
 
+/// Keeps of \a distance the longest stretch between two ticks at which the car \a isPut somewhere:
+/// the lap was driven there. Before it the driver was not in the car, or after it no longer on the
+/// track.
+template <typename Function>
+void keepDrivenStretch(QVector<double> &distance, Function isPut)
+{
+    int begin = 0;
+    int drivenBegin = 0;
+    int drivenEnd = 0;
+    double driven = -1; // metres
+    double least = 0;
+    double greatest = 0;
+    bool isKnown = false; // the two above, of the stretch from begin on
+    for (int i = 0; i <= distance.size(); ++i) {
+        if (i < distance.size() && !isPut(i)) {
+            if (std::isnan(distance.at(i)))
+                continue;
+            least = isKnown ? std::min(least, distance.at(i)) : distance.at(i);
+            greatest = isKnown ? std::max(greatest, distance.at(i)) : distance.at(i);
+            isKnown = true;
+            continue;
+        }
+        if (isKnown && greatest - least > driven) {
+            driven = greatest - least;
+            drivenBegin = begin;
+            drivenEnd = i;
+        }
+        begin = i + 1;
+        isKnown = false;
+    }
+    for (int i = 0; i < distance.size(); ++i) {
+        if (i < drivenBegin || i >= drivenEnd)
+            distance[i] = NotKnown;
+    }
+}
+
 /// Metres from the line at each tick of \a lap; see TickTrace.
 QVector<double> distances(const ZEP::Lap &lap, double trackLength, QString *unknownUnits)
 {
@@ -76,10 +112,9 @@ QVector<double> distances(const ZEP::Lap &lap, double trackLength, QString *unkn
     }
     const auto latitude = anyChannel(lap, QStringLiteral("lat"));
     const auto longitude = anyChannel(lap, QStringLiteral("lon"));
-    for (int i = 0; i < result.size(); ++i) {
-        if (result.at(i) == 0 && isNowhere(latitude.data(), longitude.data(), i))
-            result[i] = NotKnown;
-    }
+    keepDrivenStretch(result, [&](int tick) {
+        return result.at(tick) == 0 && isNowhere(latitude.data(), longitude.data(), tick);
+    });
     if (trackLength > 0)
         unwrap(result, trackLength);
     return result;

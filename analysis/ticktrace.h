@@ -10,7 +10,8 @@
 /// The place and the time of a lap at each of its ticks. Laps are laid over each other by these.
 ///
 /// A record whose latitude and longitude are both exactly zero was written while the car was put
-/// somewhere: it has no position, and a distance of zero is none either.
+/// somewhere: it has no position, and a distance of zero is none either. Such a record divides the
+/// lap, and only the longest part of it counts: distances elsewhere are unknown.
 struct TickTrace {
     /// Metres from the line, one for each tick; below 0 if a race starts before the line, NaN where
     /// unknown. Empty if the lap has no channel for it.

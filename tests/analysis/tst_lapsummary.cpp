@@ -219,6 +219,7 @@ void tst_LapSummary::missingLaps_data()
     QTest::newRow("one") << Samples{3, 3} << Samples{5} << 1;
     QTest::newRow("three") << Samples{3} << Samples{NaN, 7} << 3;
     QTest::newRow("the counter is late") << Samples{3, 4} << Samples{4, 5} << 0;
+    QTest::newRow("gets into the car before the line") << Samples{3, 3, 3} << Samples{4, 5, 5} << 1;
     QTest::newRow("one lap in two parts") << Samples{5, 5} << Samples{5, 5} << 0;
     QTest::newRow("another session") << Samples{12} << Samples{1} << 0;
     QTest::newRow("not counted") << Samples{NaN} << Samples{4} << 0;
@@ -287,6 +288,7 @@ void tst_LapSummary::fuelUsed_data()
         << Samples{10, 8, 8.01, 8.02, NaN, 8.03, 11, 10.99, 9} << 4.0 << 3.0;
     QTest::newRow("refuelled twice") << Samples{10, 8, 9, 7, 9} << 4.0 << 3.0;
     QTest::newRow("a sensor that flutters") << Samples{10, 9.9, 9.91, 9.8, 9.81} << 0.19 << NaN;
+    QTest::newRow("minus infinity is no level") << Samples{10, -Infinity, 9} << 1.0 << NaN;
     QTest::newRow("one sample") << Samples{10} << 0.0 << NaN;
     QTest::newRow("all missing") << Samples{NaN, NaN} << NaN << NaN;
     QTest::newRow("empty") << Samples{} << NaN << NaN;

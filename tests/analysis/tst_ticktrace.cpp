@@ -165,8 +165,11 @@ void tst_TickTrace::positions_data()
                                             {"lapdist", {1, 2}}}
                                  << Samples{50, 51} << Samples{9, -9} << Samples{1, 2};
     QTest::newRow("put back into the stall")
-        << Columns{{"lat", {50, 0, 50}}, {"lon", {9, 0, 9}}, {"lapdist", {60, 0, 95}}}
-        << Samples{50, NaN, 50} << Samples{9, NaN, 9} << Samples{60, NaN, 95};
+        << Columns{{"lat", {50, 51, 0, 50}}, {"lon", {9, 9, 0, 9}}, {"lapdist", {0, 60, 0, 95}}}
+        << Samples{50, 51, NaN, 50} << Samples{9, 9, NaN, 9} << Samples{0, 60, NaN, NaN};
+    QTest::newRow("gets into the car")
+        << Columns{{"lat", {50, 0, 50, 51}}, {"lon", {9, 0, 9, 9}}, {"lapdist", {95, 0, 90, 98}}}
+        << Samples{50, NaN, 50, 51} << Samples{9, NaN, 9, 9} << Samples{NaN, NaN, 90, 98};
     QTest::newRow("at the line exactly")
         << Columns{{"lat", {50, 50}}, {"lon", {9, 9}}, {"lapdist", {0, 1}}} << Samples{50, 50}
         << Samples{9, 9} << Samples{0, 1};

@@ -72,7 +72,8 @@ export function projection(lap) {
 }
 
 /**
- * The places of `lap` along `axis`, with the `speeds` of its ticks.
+ * The places of `lap` along `axis`, with the `speeds` of its ticks. A tick that has no distance although
+ * others do is not on the way of the lap: the car was put there.
  * @param {Lap} lap
  * @param {Axis} axis
  * @param {Projection} project
@@ -81,9 +82,12 @@ export function projection(lap) {
  */
 export function mapPoints(lap, axis, project, speeds) {
     const { ticks, values } = pathOf(lap, axis);
+    const { distance } = lap.ticks;
+    const isAnyKnown = distance.some((place) => !Number.isNaN(place));
     return ticks.map((tick, i) => ({
-        ...project(lap, tick), speed: speeds?.[tick] ?? NaN, place: values[i],
-    })).filter(({ x, y }) => !Number.isNaN(x) && !Number.isNaN(y));
+        ...project(lap, tick), speed: speeds?.[tick] ?? NaN, place: values[i], tick,
+    })).filter(({ x, y, tick }) => !Number.isNaN(x) && !Number.isNaN(y)
+        && !(isAnyKnown && Number.isNaN(distance[tick])));
 }
 
 /**

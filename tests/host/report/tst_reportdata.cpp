@@ -9,6 +9,7 @@
 #include <numeric>
 
 Q_DECLARE_METATYPE(DemoOptions)
+Q_DECLARE_METATYPE(SessionKind)
 
 /// The data of the page, of recordings that contain what those of the simulator do.
 class tst_ReportData : public QObject
@@ -19,6 +20,8 @@ private Q_SLOTS:
     void positions_data();
     void positions();
     void positionsFarApartInOneFile();
+    void lapsIntoThePits_data();
+    void lapsIntoThePits();
     void fileGivenTwice();
     void lapsOfSeveralFilesAreCompared();
     void gapsAreToALapOfThePage();
@@ -166,6 +169,35 @@ void tst_ReportData::positionsFarApartInOneFile()
     const QVector<double> page = unpacked(report.json(), QStringLiteral("lat")).first();
     for (int i = 0; i < page.size(); ++i)
         QVERIFY(std::abs(page.at(i) - latitude->data.at(i)) * MetresPerDegree < 0.05);
+}
+
+void tst_ReportData::lapsIntoThePits_data()
+{
+    QTest::addColumn<SessionKind>("session");
+    QTest::addColumn<bool>("resets");
+
+    QTest::newRow("practice") << SessionKind::Practice << false;
+    QTest::newRow("practice with a record of getting in") << SessionKind::Practice << true;
+    QTest::newRow("race") << SessionKind::Race << false;
+    QTest::newRow("race with a record of getting in") << SessionKind::Race << true;
+}
+
+void tst_ReportData::lapsIntoThePits()
+{
+    QFETCH(SessionKind, session);
+    DemoOptions options = demo();
+    options.session = session;
+    QFETCH(bool, resets);
+    options.resets = resets;
+    const ChosenLaps chosen = imported(options);
+    int stint = 1;
+    const QVector<LapSummary> summaries = summarize(chosen.file.laps);
+    for (int i = 0; i < summaries.size(); ++i) {
+        const int next = chosen.lap(i).getStintInSession();
+        QCOMPARE(summaries.at(i).missingBefore, next - stint);
+        stint = next;
+    }
+    QCOMPARE(stint, 2);
 }
 
 void tst_ReportData::fileGivenTwice()

@@ -44,6 +44,13 @@ test('points without a position are left out, and without a speed have none', ()
     assert.ok(mapPoints(lap, 'time', projection(lap), undefined).every(({ speed }) => Number.isNaN(speed)));
 });
 
+test('where the car was put after a reset is not on the way of the lap', () => {
+    const lap = placedLap([50, 50.1, 50.2, 50.9], [9, 9, 9, 9]);
+    lap.ticks.distance = Float64Array.of(0, 10, 20, NaN);
+    for (const axis of /** @type {const} */ (['distance', 'time']))
+        assert.deepStrictEqual(mapPoints(lap, axis, projection(lap), undefined).map(({ place }) => place).length, 3);
+});
+
 test('the lap that goes farthest stands for the track', () => {
     const part = steadyLap(20);
     const reference = testLap([0, 20, 46], [0, 1, 2], { index: 1 });
