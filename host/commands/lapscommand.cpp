@@ -43,18 +43,20 @@ QString sessionTable(const SessionSummary &session, const Terminal &terminal)
 }
 
 /// What the table cannot say: which laps were recorded in part, and where laps are missing.
-QString lapNotes(const ChosenLaps &chosen, const QVector<LapSummary> &summaries)
+QString lapNotes(const ChosenLaps &chosen, const QVector<LapSummary> &summaries, UnitSystem units)
 {
-    const auto metres = [](double distance) { return QString::number(distance, 'f', 0); };
+    const auto text = [units](double metres) {
+        return formatQuantity(shown(Quantity{metres, QStringLiteral("m")}, units), 0);
+    };
     QStringList parts;
     QStringList missing;
     int before = -1; // the index in the row above
     for (const int i : chosen.indices) {
         const LapSummary &summary = summaries.at(i);
         if (summary.part) {
-            parts.append(QStringLiteral("#%1 from %2 m to %3 m")
-                             .arg(QString::number(i + 1), metres(summary.part->begin),
-                                  metres(summary.part->end)));
+            parts.append(QStringLiteral("#%1 from %2 to %3")
+                             .arg(QString::number(i + 1), text(summary.part->begin),
+                                  text(summary.part->end)));
         }
         if (summary.missingBefore > 0 && i - 1 == before) {
             missing.append(QStringLiteral("%1 between #%2 and #%3")
@@ -244,5 +246,5 @@ void LapsCommand::show(const ChosenLaps &chosen, Terminal &terminal)
     const QVector<LapSummary> summaries = summarize(file.laps);
     terminal.print(sessionTable(sessionSummary(file.laps, file.lastModified()), terminal)
                    % QLatin1Char('\n') % lapTable(chosen, summaries, m_units.system(), terminal)
-                   % lapNotes(chosen, summaries));
+                   % lapNotes(chosen, summaries, m_units.system()));
 }

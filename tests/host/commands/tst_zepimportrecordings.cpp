@@ -176,6 +176,9 @@ void tst_ZepimportRecordings::lapsCutByThePits()
                             "Laps left out, because the car entered the pits: 1 between #3 and "
                             "#4.\n")
                  .arg(notes.join(QStringLiteral(", "))));
+    const QRegularExpression feet(
+        QStringLiteral("\\nRecorded in part: #4 from \\d ft to 14\\d ft, #5 from 15\\d ft to "));
+    QVERIFY(feet.match(run({"laps", "race.ibt", "--units", "imperial"}).output).hasMatch());
     QVERIFY(
         !run({"laps", "race.ibt", "--lap", "1,3,6"}).output.contains(QLatin1String("Laps left")));
 }
