@@ -1,6 +1,7 @@
 #include "ibt/ibtfile.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 
 namespace {
@@ -30,12 +31,12 @@ IbtFile::IbtFile(const char *fileName)
 
 bool IbtFile::readHeader()
 {
-    return std::fread(&m_header, sizeof m_header, 1, m_file.get()) == 1;
+    return readBytes(&m_header, sizeof m_header) == sizeof m_header;
 }
 
 bool IbtFile::readDiskSubHeader()
 {
-    return std::fread(&m_diskSubHeader, sizeof m_diskSubHeader, 1, m_file.get()) == 1;
+    return readBytes(&m_diskSubHeader, sizeof m_diskSubHeader) == sizeof m_diskSubHeader;
 }
 
 bool IbtFile::holdsSessionInfo()
@@ -95,8 +96,27 @@ template <typename T>
 bool IbtFile::readItems(std::vector<T> &items, std::int32_t offset, std::int32_t count)
 {
     items.resize(static_cast<std::size_t>(count));
+    const std::size_t bytes = items.size() * sizeof(T);
     return std::fseek(m_file.get(), offset, SEEK_SET) == 0
-        && std::fread(items.data(), sizeof(T), items.size(), m_file.get()) == items.size();
+        && readBytes(items.data(), bytes) == bytes;
+}
+
+/// Reads \a count bytes, or as many as the file has. An interruption by a signal is not its end.
+std::size_t IbtFile::readBytes(void *to, std::size_t count)
+{
+    std::size_t got = 0;
+    while (got < count) {
+        errno = 0;
+        got += std::fread(static_cast<char *>(to) + got, 1, count - got, m_file.get());
+        if (got == count || !std::ferror(m_file.get()))
+            break;
+        if (errno != EINTR) {
+            m_hasReadError = true;
+            break;
+        }
+        std::clearerr(m_file.get());
+    }
+    return got;
 }
 
 /// Reads the next block of records. False when no complete record is left.
@@ -114,7 +134,7 @@ bool IbtFile::readRecords()
 
     const auto recordBytes = static_cast<std::size_t>(m_header.bufLen);
     m_records.resize(std::max<std::size_t>(1, BlockBytes / recordBytes) * recordBytes);
-    const std::size_t got = std::fread(m_records.data(), 1, m_records.size(), m_file.get());
+    const std::size_t got = readBytes(m_records.data(), m_records.size());
     if (got < m_records.size())
         m_place = Records::AtEnd;
     m_nextRecord = 0;

@@ -46,6 +46,9 @@ public:
     /// The next record, header().bufLen bytes, valid until the next call; null after the last one
     /// that is complete.
     char *nextRecord();
+    /// Whether the system has failed to read a part that the file has. The operations above take
+    /// that for the end of the file.
+    bool hasReadError() const { return m_hasReadError; }
     /// Makes the first record the next one.
     void rewindRecords();
 
@@ -58,8 +61,10 @@ private:
     template <typename T>
     bool readItems(std::vector<T> &items, std::int32_t offset, std::int32_t count);
     bool readRecords();
+    std::size_t readBytes(void *to, std::size_t count);
 
     std::unique_ptr<std::FILE, Closer> m_file;
+    bool m_hasReadError = false;
     irsdk_header m_header = {};
     irsdk_diskSubHeader m_diskSubHeader = {};
     std::vector<char> m_sessionInfo;

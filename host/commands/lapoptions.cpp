@@ -48,7 +48,8 @@ ExitCode LapOptions::import(const RecordingFile &file, Importer &importer, Termi
                                          "damaged")
                               .arg(file.fileName));
     }
-    return work({std::move(*imported), indices});
+    const ExitCode atLeast = imported->isWhole ? ExitCode::Success : ExitCode::Failure;
+    return std::max(work({std::move(*imported), indices}), atLeast);
 }
 
 QStringList LapOptions::arguments(const RecordingFile &file) const

@@ -19,6 +19,8 @@ struct ImportedFile {
     QString format;
     Laps laps;
     QVector<ImportMessage> messages; ///< as the plug-in sent them, in that order
+    /// Whether the system could read the file to its end; otherwise laps may be short or missing.
+    bool isWhole = true;
 
     /// When the file was last changed.
     QDateTime lastModified() const { return QFileInfo(fileName).lastModified(); }

@@ -30,6 +30,21 @@ QString obstacle(const QString &fileName)
     return QString();
 }
 
+/// Why the system cannot read all of \a fileName; empty if it can. A plug-in takes an error for the
+/// end of the file.
+QString readError(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return file.errorString();
+    QByteArray block(1 << 20, '\0');
+    qint64 got = 0;
+    do
+        got = file.read(block.data(), block.size());
+    while (got > 0);
+    return got < 0 ? file.errorString() : QString();
+}
+
 QString withName(const QString &fileName, const QString &message)
 {
     return message.contains(fileName) ? message : QString(fileName % QLatin1String(": ") % message);
@@ -55,7 +70,13 @@ std::optional<ImportedFile> Importer::import(const QString &fileName)
         m_terminal.complain(withName(fileName, error));
     if (attempt.laps.empty())
         return std::nullopt;
-    return ImportedFile{fileName, attempt.format, std::move(attempt.laps), attempt.messages};
+    const QString error = readError(fileName);
+    if (!error.isEmpty())
+        m_terminal.complain(fileName % QLatin1String(": could not be read to its end (") % error
+                            % QLatin1String("), so laps may be short or missing; copy the file to "
+                                            "another disk"));
+    return ImportedFile{fileName, attempt.format, std::move(attempt.laps), attempt.messages,
+                        error.isEmpty()};
 }
 
 ImportAttempt Importer::attempt(const QString &fileName)
