@@ -232,7 +232,7 @@ void inspect(ByteSource *source)
 {
     const QByteArray info = source->rest();
     FindingList list;
-    inspectSessionInfo(info.constData(), 0, &list);
+    inspectSessionInfo(info.constData(), {}, &list);
     const QVector<Finding> findings = list.findings();
     bool isFollowed = true;
     for (const Finding &finding : findings) {

@@ -33,6 +33,12 @@ Finding &Finding::loses(const QString &what)
     return *this;
 }
 
+Finding &Finding::inRecords()
+{
+    isAboutRecords = true;
+    return *this;
+}
+
 QString Finding::place() const
 {
     if (line > 0)

@@ -27,6 +27,8 @@ struct Finding {
     QString variable{}; ///< name of the variable it is about
     int line = 0; ///< of the session info, from 1; 0 if it is about no line
     QString quote{}; ///< the line, escaped and shortened
+    /// It is damage only if laps contain the records that it is about, or would without it.
+    bool isAboutRecords = false;
     /// How many more findings of its kind this one stands for; it has no place then.
     int others = 0;
 
@@ -41,6 +43,9 @@ struct Finding {
     Finding &inLine(int number, const QString &quoted);
     /// Makes it damage by which \a what is lost.
     Finding &loses(const QString &what);
+
+    /// Says that only records are lost by it, which may not matter to any lap.
+    Finding &inRecords();
 
     /// What is lost of a file from which nothing is imported.
     static QString everything() { return QStringLiteral("everything"); }

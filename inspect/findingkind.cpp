@@ -21,7 +21,7 @@ constexpr KindText KindTexts[] = {
      "this machine does not have enough memory to look into the recording, so what is lost is "
      "unknown"},
     {FindingKind::Overlap, "overlap",
-     "two parts of the file share bytes; this is damage if one of them is the records"},
+     "two parts of the file share bytes; what is lost by it has a finding of its own"},
     {FindingKind::Records, "records",
      "there are fewer records than the sub-header counts, the last record is cut off, bytes "
      "follow the last record, or the headers leave no place for records"},
@@ -30,14 +30,24 @@ constexpr KindText KindTexts[] = {
      "or more although the last one is there"},
     {FindingKind::EmptyRecords, "empty-records",
      "the last records contain only zeros, because they were never written to the disk"},
+    {FindingKind::ForeignRecords, "foreign-records",
+     "records do not fit the ones next to them: they were overwritten, or bytes were inserted or "
+     "lost before them"},
     {FindingKind::EndTime, "end-time", "the sub-header ends at another time than the last record"},
     {FindingKind::Variable, "variable",
      "a variable does not lie in the record, has no elements, or has an unknown type"},
-    {FindingKind::EqualNames, "equal-names", "a variable has the same name as a later one"},
-    {FindingKind::Name, "name", "a variable has no name"},
+    {FindingKind::EqualNames, "equal-names",
+     "a variable has the same name as a later one; this is damage unless it is also in the same "
+     "place"},
+    {FindingKind::Name, "name",
+     "a variable has no name, or one or a unit with characters that no simulator uses"},
     {FindingKind::MissingVariable, "missing-variable",
      "a variable is missing that says where the car is, when a lap ends, or how long it took"},
-    {FindingKind::SharedBytes, "shared-bytes", "two variables use the same bytes of a record"},
+    {FindingKind::SharedBytes, "shared-bytes",
+     "two variables use the same bytes of a record; this is damage unless all of them are the "
+     "same"},
+    {FindingKind::UnnamedBytes, "unnamed-bytes",
+     "bytes of the records that are not always zero belong to no variable"},
     {FindingKind::TimeGap, "time-gap", "ticks are missing between two records"},
     {FindingKind::TimeReturn, "time-return", "the time goes backwards"},
     {FindingKind::TimeStandstill, "time-standstill", "the time never advances"},
@@ -70,6 +80,12 @@ constexpr KindText KindTexts[] = {
     {FindingKind::TextDocument, "text-document",
      "text follows the end of the first document, and is not read"},
     {FindingKind::TextEnd, "text-end", "a zero byte ends the text early"},
+    {FindingKind::TextMissing, "text-missing",
+     "a value that laps carry is missing, and the text shows that it was written"},
+    {FindingKind::TextValue, "text-value",
+     "a value that laps carry cannot be what was written: it is not a number, or contains a "
+     "control "
+     "character"},
     {FindingKind::NoDriver, "no-driver",
      "nobody is in the player's car, although every line is found; the finding has the line of the "
      "car or its driver, if there is one"},

@@ -6,6 +6,15 @@ void FindingList::add(const Finding &finding)
         m_findings.append(finding);
 }
 
+bool FindingList::wants(FindingKind kind, Finding::Severity severity)
+{
+    int &count = m_counts[{kind, severity}];
+    if (count < MostOfAKind)
+        return true;
+    ++count;
+    return false;
+}
+
 QVector<Finding> FindingList::findings() const
 {
     QVector<Finding> result;

@@ -14,6 +14,9 @@ public:
     static constexpr int MostOfAKind = 5;
 
     void add(const Finding &finding);
+    /// Counts a finding of this sort, which may spare the making of one: false if it would not be
+    /// kept. If true, add() has to follow.
+    bool wants(FindingKind kind, Finding::Severity severity);
 
     /// All that were kept, and after the last one of its kind one that stands for the others.
     QVector<Finding> findings() const;

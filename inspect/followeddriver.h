@@ -21,6 +21,9 @@ public:
     /// Whether the tree has nobody in the player's car.
     bool isMissing() const { return !m_reason.isEmpty(); }
 
+    /// The number of the car of a driver who is not missing.
+    int carIdx() const { return *m_carIdx; }
+
     /// Whether the driver is not found without \a line, which belongs to \a levels.
     bool needs(const InfoIndentation &levels, const InfoLine &line) const;
 

@@ -40,6 +40,25 @@ bool InfoIndentation::canContain(const InfoLine &line) const
     return countOpen(m_levels, line) == m_levels.size();
 }
 
+int InfoIndentation::meantColumn(const InfoLine &line, int nextColumn, bool isNextItem) const
+{
+    int most = nextColumn; // of a section whose first part is the next line
+    if (line.kind == InfoLine::Kind::Item)
+        most -= 2;
+    else if (!isNextItem)
+        most -= 1;
+    Levels levels = m_levels.mid(0, countOpen(m_levels, line));
+    if (line.column <= most || line.column == columnIn(levels, line))
+        return line.column;
+    for (;; levels.removeLast()) {
+        const int column = columnIn(levels, line);
+        if (column == most)
+            return column;
+        if (levels.isEmpty())
+            return line.column;
+    }
+}
+
 InfoIndentation::Place InfoIndentation::enter(const InfoLine &line)
 {
     const int count = countOpen(m_levels, line);

@@ -33,6 +33,10 @@ public:
     /// Whether \a line may belong to the last level.
     bool canContain(const InfoLine &line) const;
 
+    /// The column that \a line, which opens a level, is meant to have: its own, unless the line
+    /// after it, indented by \a nextColumn, would be a part of it if it were indented less.
+    int meantColumn(const InfoLine &line, int nextColumn, bool isNextItem) const;
+
     /// Leaves the levels that \a line does not belong to.
     Place enter(const InfoLine &line);
 

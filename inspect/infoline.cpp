@@ -2,9 +2,10 @@
 
 namespace {
 
-QString withoutSpaces(QString text)
+QString withoutSpaces(const QStringRef &text)
 {
-    return text.remove(QLatin1Char(' '));
+    QString result = text.toString();
+    return result.contains(QLatin1Char(' ')) ? result.remove(QLatin1Char(' ')) : result;
 }
 
 bool isIndentation(QChar c)
@@ -17,7 +18,7 @@ bool isIndentation(QChar c)
 InfoLine::InfoLine(const QString &text)
 {
     const QLatin1String separator(": ");
-    QString line = text;
+    QStringRef line(&text);
     if (line.endsWith(QLatin1Char('\r'))) {
         line.chop(1);
         oddity = Oddity::CarriageReturn;
@@ -30,18 +31,18 @@ InfoLine::InfoLine(const QString &text)
             oddity = Oddity::Blanks;
         return;
     }
-    if (line.leftRef(column).contains(QLatin1Char('\t')))
+    if (line.left(column).contains(QLatin1Char('\t')))
         oddity = Oddity::Tab;
     if (line == QLatin1String("...") || line == QLatin1String("---")) {
         kind = Kind::End;
         return;
     }
 
-    const QString content = line.mid(column);
+    const QStringRef content = line.mid(column);
     const bool hasDash = content.startsWith(QLatin1Char('-')); // the space after it may be missing
     int keyEnd = content.indexOf(separator);
-    const int tabbed = content.indexOf(QLatin1String(":\t"));
-    if (keyEnd < 0 && tabbed > 0) {
+    const int tabbed = keyEnd < 0 ? content.indexOf(QLatin1String(":\t")) : -1;
+    if (tabbed > 0) {
         keyEnd = tabbed;
         oddity = Oddity::Tab;
     } else if (keyEnd >= 0 && content.lastIndexOf(separator) != keyEnd) {
@@ -52,8 +53,9 @@ InfoLine::InfoLine(const QString &text)
         oddity = Oddity::Comment;
     } else if (keyEnd > 0) {
         kind = hasDash ? Kind::Item : Kind::Value;
-        value = content.mid(keyEnd + separator.size());
-        name = withoutSpaces(hasDash ? value : content.left(keyEnd));
+        const QStringRef after = content.mid(keyEnd + separator.size());
+        name = withoutSpaces(hasDash ? after : content.left(keyEnd));
+        value = after.toString();
     } else if (!content.startsWith(QLatin1String("- ")) && content.size() > 1
                && content.endsWith(QLatin1Char(':'))) {
         kind = Kind::Section;
@@ -61,6 +63,11 @@ InfoLine::InfoLine(const QString &text)
     } else {
         oddity = Oddity::NoEntry;
     }
+}
+
+bool isControl(QChar c)
+{
+    return (c < QLatin1Char(' ') && c != QLatin1Char('\t')) || c == QLatin1Char('\x7f');
 }
 
 QString quotedLine(const QString &text)

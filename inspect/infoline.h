@@ -44,5 +44,8 @@ struct InfoPlace {
     QString text{};
 };
 
+/// True for a character that no simulator writes into its session info.
+bool isControl(QChar c);
+
 /// \a text in quotation marks, shortened, with escapes for what does not print.
 QString quotedLine(const QString &text);

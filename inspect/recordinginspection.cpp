@@ -1,8 +1,8 @@
 #include "inspect/recordinginspection.h"
 
 #include "ibt/ibtfile.h"
+#include "inspect/recordwatch.h"
 #include "inspect/sessioninfoinspection.h"
-#include "inspect/tickgaps.h"
 #include "inspect/variableinspection.h"
 
 #include <QFile>
@@ -11,7 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <vector>
+#include <optional>
 
 namespace {
 
@@ -20,6 +20,9 @@ constexpr qint64 SubHeaderSize = sizeof(irsdk_diskSubHeader);
 constexpr qint64 VariableSize = sizeof(irsdk_varHeader);
 /// Where the header has the offset of the records.
 constexpr qint64 RecordsField = offsetof(irsdk_header, varBuf) + offsetof(irsdk_varBuf, bufOffset);
+/// Where the sub-header has their number.
+constexpr qint64 RecordCountField =
+    HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionRecordCount));
 
 /// Part of the file, as a header describes it.
 struct Section {
@@ -77,15 +80,18 @@ RecordingInspection::RecordingInspection(const QString &fileName)
         return;
 
     checkOverlaps(header);
-    checkText(file);
-    TickGaps times(header, file.varHeaders());
-    const qint64 filled = readRecords(&file, &times);
-    checkRecords(file, times);
+    RecordWatch records(header, file.varHeaders());
+    readRecords(&file, &records);
+    checkText(file, records.times().sessions());
+    checkRecords(file, records.times());
     if (header.bufLen <= 0)
         return;
-    checkEnd(file, times, filled);
-    inspectVariables(header, file.varHeaders(), &m_findings);
-    times.report(&m_findings);
+    checkEnd(file, records);
+    inspectVariables(header, file.varHeaders(), records.used(), &m_findings);
+    records.report(&m_findings);
+    m_repair.foreign = records.foreign();
+    m_repair.renumbered = records.renumbered();
+    m_repair.sessionOffset = records.times().sessionOffset();
 }
 
 /// Whether the header can be that of a recording, perhaps a damaged one.
@@ -109,33 +115,24 @@ void RecordingInspection::addUnreadable(const QString &name, const QString &lost
                        .loses(lost));
 }
 
-/// Shows all records to \a times, except those at the end that contain nothing. Returns how many
-/// contain something, or come before such a one.
-qint64 RecordingInspection::readRecords(IbtFile *file, TickGaps *times)
+void RecordingInspection::readRecords(IbtFile *file, RecordWatch *records)
 {
-    std::vector<char> empty; // as long as a record that is really there
-    qint64 filled = 0;
-    qint64 emptySince = 0;
-    while (const char *record = file->nextRecord()) {
-        ++m_readRecords;
-        empty.resize(std::size_t(file->header().bufLen));
-        if (std::memcmp(record, empty.data(), empty.size()) == 0) {
-            ++emptySince;
-            continue;
-        }
-        for (; emptySince > 0; --emptySince, ++filled)
-            times->add(empty.data());
-        times->add(record);
-        ++filled;
-    }
-    return filled;
+    while (const char *record = file->nextRecord())
+        records->add(record);
+    const irsdk_diskSubHeader &subHeader = file->diskSubHeader();
+    records->end(subHeader.sessionRecordCount > 0 ? std::optional<double>(subHeader.sessionEndTime)
+                                                  : std::nullopt);
 }
 
 /// False, with a finding, if the file ends before the headers do.
 bool RecordingInspection::readHeaders(IbtFile *file)
 {
-    const auto missing = [this](const QString &name, qint64 offset, qint64 size) {
+    const auto missing = [&](const QString &name, qint64 offset, qint64 size) {
         const qint64 there = qBound(qint64(0), m_size - offset, size);
+        if (there == size || file->hasReadError()) {
+            addUnreadable(name, Finding::everything());
+            return false;
+        }
         m_findings.add(Finding(FindingKind::Header, tooShort(name, size, there))
                            .at(offset)
                            .needs(size, there)
@@ -197,20 +194,19 @@ void RecordingInspection::checkOverlaps(const irsdk_header &header)
             const qint64 end = qMin(one.offset + one.size, other.offset + other.size);
             if (begin >= end)
                 continue;
+            // Whether records are lost by it, they show themselves.
             Finding finding(FindingKind::Overlap,
                             QStringLiteral("%1 and %2 share %3")
                                 .arg(one.name, other.name,
                                      end - begin == 1
                                          ? QStringLiteral("a byte")
                                          : QStringLiteral("%1 bytes").arg(end - begin)));
-            if (other.field == RecordsField)
-                finding.loses(QStringLiteral("the records in these bytes"));
             m_findings.add(finding.at(begin));
         }
     }
 }
 
-void RecordingInspection::checkText(const IbtFile &file)
+void RecordingInspection::checkText(const IbtFile &file, const QVector<int> &sessions)
 {
     const irsdk_header &header = file.header();
     const qint64 textSize = qint64(std::strlen(file.sessionInfo()));
@@ -221,7 +217,8 @@ void RecordingInspection::checkText(const IbtFile &file)
                                QStringLiteral("a zero byte ends the session info %1 bytes early")
                                    .arg(header.sessionInfoLen - 1 - textSize))
                            .at(header.sessionInfoOffset + textSize));
-    inspectSessionInfo(file.sessionInfo(), header.sessionInfoOffset, &m_findings);
+    inspectSessionInfo(file.sessionInfo(),
+                       {header.sessionInfoOffset, header.sessionInfoLen, sessions}, &m_findings);
 }
 
 /// Compares the sub-header's number of records with what is there.
@@ -261,7 +258,29 @@ void RecordingInspection::checkRecords(const IbtFile &file, const TickGaps &time
     }
     if (rest > 0)
         addRest(header, counted, rest);
-    checkRecordCount(counted);
+    if (!addMisplaced(counted, times))
+        checkRecordCount(counted);
+}
+
+/// Whether the sub-header's number shows that records between others are missing, or there twice.
+bool RecordingInspection::addMisplaced(qint64 counted, const TickGaps &times)
+{
+    QString text;
+    QString lost;
+    if (counted > m_records && times.missingRecords() >= counted - m_records) {
+        lost = recordsOf(counted - m_records, counted);
+        text = lost % QLatin1String(" are missing between others");
+        m_repair.missing = times.missing();
+    } else if (counted > 0 && counted < m_records && times.standstills() == m_records - counted) {
+        lost = QStringLiteral("the order of the records");
+        text = recordsOf(m_records - counted, m_records) % QLatin1String(" are there twice");
+        m_repair.repeated = times.repeated();
+    } else {
+        return false;
+    }
+    m_findings.add(
+        Finding(FindingKind::Records, text).at(RecordCountField).loses(lost).inRecords());
+    return true;
 }
 
 /// \a rest bytes follow the last complete record.
@@ -271,10 +290,11 @@ void RecordingInspection::addRest(const irsdk_header &header, qint64 counted, qi
     // was being written.
     const bool isCut = counted <= 0;
     Finding finding(FindingKind::Records,
-                    isCut
-                        ? QStringLiteral("the last record is cut off after %1 of %2 bytes")
-                              .arg(rest)
-                              .arg(header.bufLen)
+                    isCut ? QStringLiteral("the last record is cut off after %1 of %2 bytes")
+                                .arg(rest)
+                                .arg(header.bufLen)
+                        : rest == 1
+                        ? QStringLiteral("a byte after the last record is not read")
                         : QStringLiteral("%1 bytes after the last record are not read").arg(rest));
     if (isCut)
         finding.loses(QStringLiteral("the last record"));
@@ -305,18 +325,19 @@ void RecordingInspection::checkRecordCount(qint64 counted)
                    .arg(m_records);
     else
         return;
-    m_findings.add(Finding(FindingKind::RecordCount, text)
-                       .at(HeaderSize + qint64(offsetof(irsdk_diskSubHeader, sessionRecordCount))));
+    m_findings.add(Finding(FindingKind::RecordCount, text).at(RecordCountField));
 }
 
-/// Looks for records that nobody filled, which begin after the first \a filled ones, and compares
-/// the sub-header's end with that of a whole recording.
-void RecordingInspection::checkEnd(const IbtFile &file, const TickGaps &times, qint64 filled)
+/// Looks for records that could not be read or that nobody filled, and compares the sub-header's
+/// end with that of a whole recording.
+void RecordingInspection::checkEnd(const IbtFile &file, const RecordWatch &records)
 {
+    const qint64 filled = records.filled();
+    const TickGaps &times = records.times();
     const irsdk_header &header = file.header();
     const irsdk_diskSubHeader &subHeader = file.diskSubHeader();
-    if (m_readRecords < m_records) {
-        const QString lost = recordsOf(m_records - m_readRecords, m_records);
+    if (records.count() < m_records) {
+        const QString lost = recordsOf(m_records - records.count(), m_records);
         addUnreadable(lost, lost);
     } else if (filled < m_records) {
         const QString lost = recordsOf(m_records - filled, m_records);

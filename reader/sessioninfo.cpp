@@ -2,49 +2,13 @@
 
 #include "reader/sessioninfo.h"
 
+#include "ibt/lapinfokeys.h"
 #include "model/lap.h"
 #include "reader/irtelemetryreader.h"
 
 #include <QColor>
 
 namespace {
-
-struct NamedKey {
-    const char *name; ///< of the lap's value
-    const char *key; ///< in the session info
-};
-
-constexpr NamedKey WeekendTexts[] = {
-    {"Track short name", "TrackDisplayShortName"},
-    {"Track city", "TrackCity"},
-    {"Track country", "TrackCountry"},
-    {"Track turns", "TrackNumTurns"},
-    {"Skies", "TrackSkies"},
-    {"Official", "Official"},
-    {"Category", "Category"},
-};
-
-constexpr NamedKey WeekendMeasurements[] = {
-    {"Track length", "TrackLength"},
-    {"Track surface temperature", "TrackSurfaceTemp"},
-    {"Air temperature", "TrackAirTemp"},
-    {"Weekend temperature", "WeekendOptions/WeatherTemp"},
-};
-
-constexpr NamedKey DriverTexts[] = {
-    {"Team", "TeamName"},
-    {"Driver abbreviation", "AbbrevName"},
-    {"iRating", "IRating"},
-    {"License", "LicString"},
-    {"Driver initials", "Initials"},
-    {"iRacing UserID", "UserID"},
-    {"iRacing car path", "CarPath"},
-    {"iRacing car class ID", "CarClassID"},
-    {"iRacing car ID", "CarID"},
-    {"Class", "CarClassShortName"},
-    {"Club", "ClubName"},
-    {"Division", "DivisionName"},
-};
 
 /// A text of a number, a space and a unit ("3.70 km"). Any other text is 0.0 without a unit.
 ZEP::Value measurement(const QString &text)
@@ -95,10 +59,14 @@ CarSessionInfo::Weekend readWeekend(const TStringTree &weekend, ZEP::DynamicData
 {
     const auto text = [&weekend](const char *key) { return weekend.pathValue(QLatin1String(key)); };
 
-    for (const NamedKey &entry : WeekendTexts)
-        values->addValue(QLatin1String(entry.name), text(entry.key), QString());
-    for (const NamedKey &entry : WeekendMeasurements)
-        values->addValue(QLatin1String(entry.name), measurement(text(entry.key)));
+    for (const LapInfoKey &entry : LapWeekendKeys) {
+        if (!entry.name)
+            continue;
+        if (entry.kind == LapInfoKind::Measurement)
+            values->addValue(QLatin1String(entry.name), measurement(text(entry.key)));
+        else
+            values->addValue(QLatin1String(entry.name), text(entry.key), QString());
+    }
     values->addValue(QStringLiteral("YawOffset"), measurement(text("TrackNorthOffset")).value,
                      QString());
     const QString id = text("SessionID") + text("SubSessionID");
@@ -109,8 +77,10 @@ CarSessionInfo::Driver readDriver(const TStringTree &driver, ZEP::DynamicData *v
 {
     const auto text = [&driver](const char *key) { return driver.value(QLatin1String(key)); };
 
-    for (const NamedKey &entry : DriverTexts)
-        values->addValue(QLatin1String(entry.name), text(entry.key), QString());
+    for (const LapInfoKey &entry : LapDriverKeys) {
+        if (entry.name)
+            values->addValue(QLatin1String(entry.name), text(entry.key), QString());
+    }
     values->addValue(QStringLiteral("Licence color"), licenceColor(text("LicColor")), QString());
     return {text("UserName"), text("CarScreenName")};
 }

@@ -1,11 +1,14 @@
 #include "host/commands/filecheck.h"
 
+#include "analysis/lapfingerprint.h"
 #include "host/files/importer.h"
 #include "host/files/pluginregistry.h"
 #include "ibt/ibtlimits.h"
 #include "inspect/recordinginspection.h"
 
+#include <QDir>
 #include <QStringList>
+#include <QTemporaryFile>
 
 #include <algorithm>
 #include <functional>
@@ -26,7 +29,6 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
     m_laps = int(attempt.laps.size());
     m_hasSamples = std::any_of(attempt.laps.begin(), attempt.laps.end(),
                                [](const auto &lap) { return lap->size() > 0; });
-    attempt.laps.clear();
     m_isRecording = m_laps > 0 || attempt.lacksMemory; // for all that is known
     if (attempt.lacksMemory) {
         addLackOfMemory();
@@ -40,6 +42,9 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
         const RecordingInspection inspection(fileName);
         m_isRecording = inspection.isRecording();
         m_findings = inspection.findings();
+        if (inspection.repair().isPossible(inspection.records())
+            && !isChanged(fileName, inspection.repair(), &attempt.laps, importer))
+            m_findings = findingsOutsideOfLaps(m_findings);
         addErrors(attempt.errors);
         if (inspection.isImportable())
             explainMissingLaps(inspection.records());
@@ -48,6 +53,19 @@ FileCheck::FileCheck(const QString &fileName, Importer *importer)
         addErrors(attempt.errors);
         addLackOfMemory();
     }
+}
+
+/// Whether \a laps of \a fileName are others than those of sound records; true if nobody can tell.
+/// They are deleted before others are imported.
+bool FileCheck::isChanged(const QString &fileName, const RecordRepair &repair, Laps *laps,
+                          Importer *importer)
+{
+    QTemporaryFile repaired(QDir::temp().filePath(QStringLiteral("zepimport-XXXXXX.ibt")));
+    if (!repaired.open() || !repair.write(fileName, &repaired) || !repaired.flush())
+        return true;
+    const QByteArray before = fingerprint(*laps);
+    laps->clear();
+    return fingerprint(importer->attempt(repaired.fileName()).laps) != before;
 }
 
 void FileCheck::addLackOfMemory()

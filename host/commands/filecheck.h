@@ -1,11 +1,13 @@
 #pragma once
 
+#include "analysis/laps.h"
 #include "inspect/finding.h"
 
 #include <QString>
 #include <QVector>
 
 class Importer;
+struct RecordRepair;
 
 /// What became of a file: what an inspection finds in it, and what its plug-in made of it.
 class FileCheck
@@ -29,6 +31,8 @@ public:
     const QVector<Finding> &findings() const { return m_findings; }
 
 private:
+    static bool isChanged(const QString &fileName, const RecordRepair &repair, Laps *laps,
+                          Importer *importer);
     void addLackOfMemory();
     void addErrors(const QStringList &errors);
     void explainMissingLaps(qint64 records);

@@ -27,7 +27,7 @@ QByteArray withDriver(const QByteArray &name)
 QVector<Finding> inspected(const QByteArray &text, qint64 offset = 0)
 {
     FindingList findings;
-    inspectSessionInfo(text.constData(), offset, &findings);
+    inspectSessionInfo(text.constData(), {offset, -1, {0}}, &findings);
     return findings.findings();
 }
 
@@ -126,11 +126,11 @@ void tst_SessionInfoInspection::namesTheLine_data()
                        + noDriver);
     QTest::newRow("separator in the team's name")
         << with("Test Team", "A: B")
-        << QStringList("-text-separators 22: contains \": \" more than once, so it is lost; the "
+        << QStringList("+text-separators 22: contains \": \" more than once, so it is lost; the "
                        "entry after it is lost: CarScreenName");
     QTest::newRow("separator at the end of the last value")
         << with("Test Car", "A: ")
-        << QStringList("-text-separators 23: contains \": \" more than once, so it is lost");
+        << QStringList("+text-separators 23: contains \": \" more than once, so it is lost");
     QTest::newRow("separator in the track's name")
         << with("Test Field", "A: B")
         << QStringList("+text-separators 5: contains \": \" more than once, so it is lost; 16 "
@@ -146,7 +146,7 @@ void tst_SessionInfoInspection::namesTheLine_data()
     QTest::newRow("blank behind the first section")
         << with("WeekendInfo:", "WeekendInfo:  ")
         << QStringList(
-               "-text-section-blank 2: " + blank
+               "+text-section-blank 2: " + blank
                + "5 entries after it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("blank behind the section of the drivers")
         << with("DriverInfo:", "DriverInfo: ")
@@ -164,28 +164,28 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << QStringList("-text-section-blank 13: " + blank + "2 entries after it are lost: 3, Lap");
     QTest::newRow("line break inside a name")
         << withDriver("Ann\nBee")
-        << QStringList("-text-no-entry 22: is not an entry; if it belongs to the line before, that "
+        << QStringList("+text-no-entry 22: is not an entry; if it belongs to the line before, that "
                        "line is cut off; 2 entries after it are lost: TeamName, CarScreenName");
     const QString cut = QStringLiteral("if it belongs to the line before, that line is cut off");
     QTest::newRow("line break in front of a colon")
         << with("Test Team", "Mill\nrace: x")
-        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 spaces; "
+        << QStringList("+text-indentation 23: is indented by 0 and the next line by 3 spaces; "
                        + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("line break in front of a colon and a blank")
         << with("Test Team", "Mill\nrace: ")
-        << QStringList("-text-indentation 23: is indented by 0 and the next line by 3 spaces; "
+        << QStringList("+text-indentation 23: is indented by 0 and the next line by 3 spaces; "
                        + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("line break and a blank in front of a colon")
         << with("Test Team", "Mill\n race: x")
-        << QStringList("-text-indentation 23: is indented by 1 and the next line by 3 spaces; "
+        << QStringList("+text-indentation 23: is indented by 1 and the next line by 3 spaces; "
                        + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("two line breaks in front of colons")
         << with("Test Team", "Mill\n race: x\nand: y")
-        << QStringList("-text-indentation 24: is indented by 0 and the next line by 3 spaces; "
+        << QStringList("+text-indentation 24: is indented by 0 and the next line by 3 spaces; "
                        + cut + "; the entry after it is lost: CarScreenName");
     QTest::newRow("line break in front of a colon in the track's name")
         << with("Test Field", "Test\nField: A")
-        << QStringList("-text-indentation 6: is indented by 0 and the next line by 1 spaces; " + cut
+        << QStringList("+text-indentation 6: is indented by 0 and the next line by 1 spaces; " + cut
                        + "; 2 entries after it are lost: SessionID, SubSessionID");
     QTest::newRow("line break in front of a colon in front of the drivers")
         << with("40.000", "40\n000: x")
@@ -236,11 +236,11 @@ void tst_SessionInfoInspection::namesTheLine_data()
                        + noDriver);
     QTest::newRow("only blanks")
         << with("   TeamName", "  \n   TeamName")
-        << QStringList("-text-blanks 22: contains only spaces, which are read as an entry without "
+        << QStringList("+text-blanks 22: contains only spaces, which are read as an entry without "
                        "a name; 2 entries after it are lost: TeamName, CarScreenName");
     QTest::newRow("the same driver twice")
         << QByteArray(plain.chopped(5) + " - CarIdx: 0\n   UserName: Bee\n\n...\n")
-        << QStringList("-text-repeated 21: is replaced by a later entry with the same name");
+        << QStringList("+text-repeated 21: is replaced by a later entry with the same name");
     QTest::newRow("two documents") << QByteArray(plain + plain)
                                    << QStringList("-text-document 26: comes after the end of the "
                                                   "first document, and only that one is read");
@@ -273,21 +273,21 @@ void tst_SessionInfoInspection::namesTheLine_data()
         << QByteArray(
                plain
                + "DriverInfo:\n DriverCarIdx: 0\n Drivers:\n - CarIdx: 0\n   UserName: Bee\n...\n")
-        << QStringList("-text-repeated 21: is replaced by a later entry with the same name");
+        << QStringList("+text-repeated 21: is replaced by a later entry with the same name");
     QTest::newRow("no final line feed")
         << plain.chopped(6)
-        << QStringList("-text-last-line 23: does not end with a line feed, so it is not read");
+        << QStringList("+text-last-line 23: does not end with a line feed, so it is not read");
     QTest::newRow("no first line")
         << plain.mid(4)
-        << QStringList("-text-first-line 1: is the first line, which is not read, so it is lost; 5 "
+        << QStringList("+text-first-line 1: is the first line, which is not read, so it is lost; 5 "
                        "entries after it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("byte-order mark instead of the first line")
         << "\xef\xbb\xbf" + plain.mid(4)
-        << QStringList("-text-first-line 1: is the first line, which is not read, so it is lost; 5 "
+        << QStringList("+text-first-line 1: is the first line, which is not read, so it is lost; 5 "
                        "entries after it are lost: TrackName, TrackLength, TrackDisplayName, ...");
     QTest::newRow("a carriage return")
         << with("Test Team", "Test Team\r")
-        << QStringList("-text-carriage-return 22: ends with a carriage return, which becomes part "
+        << QStringList("+text-carriage-return 22: ends with a carriage return, which becomes part "
                        "of the name or value");
     QTest::newRow("indented too far in front of another item")
         << QByteArray("---\nSessionInfo:\n Sessions:\n - SessionNum: 0\n      SessionLaps: 1\n     "
@@ -297,16 +297,18 @@ void tst_SessionInfoInspection::namesTheLine_data()
                        "it are lost: 1, SessionType");
     QTest::newRow("one entry indented too far")
         << with(" TrackLength", "   TrackLength")
-        << QStringList("-text-indentation 4: is indented by 3 spaces instead of 1; 3 entries after "
+        << QStringList("+text-indentation 4: is indented by 3 spaces instead of 1; 3 entries after "
                        "it are lost: TrackDisplayName, SessionID, SubSessionID");
     QTest::newRow("indented too far without a loss, and something else behind it")
         << with(" SubSessionID", "   SubSessionID").replace("Test Team", "A: B")
-        << QStringList("-text-separators 22: contains \": \" more than once, so it is lost; the "
+        << QStringList("+text-separators 22: contains \": \" more than once, so it is lost; the "
                        "entry after it is lost: CarScreenName");
     QTest::newRow("two blanks a level")
         << QByteArray("---\nA:\n  B:\n    C: 1\n  D: 2\nDriverInfo:\n DriverCarIdx: 0\n Drivers:\n "
                       "- CarIdx: 0\n   UserName: Ann\n...\n")
-        << QStringList("-text-indentation 5: is indented by 2 spaces instead of 1, so it is lost");
+        << QStringList(
+               "-text-indentation 3: is indented by 2 spaces instead of 1; the entry after it is "
+               "lost: D");
 }
 
 void tst_SessionInfoInspection::namesTheLine()

@@ -19,6 +19,8 @@ private Q_SLOTS:
     void finds_data();
     void finds();
     void everySessionHasItsClock();
+    void recordsThatDoNotBelong_data();
+    void recordsThatDoNotBelong();
     void rates_data();
     void rates();
     void endsAtTheTimeOfTheLastRecord();
@@ -28,14 +30,16 @@ private Q_SLOTS:
 
 namespace {
 
-TickGaps timesOf(const Recording &recording)
+TickGaps timesOf(
+    const Recording &recording, const TickGaps::Unsound &unsound = [](qint64, bool) {})
 {
     const irsdk_header header = recording.header();
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    TickGaps times(header, table.constData());
+    TickGaps times(header, table.constData(), unsound);
     const QByteArray bytes = recording.bytes();
     for (int record = 0; record < recording.recordCount(); ++record)
         times.add(bytes.constData() + header.varBuf[0].bufOffset + record * header.bufLen);
+    times.end(std::nullopt);
     return times;
 }
 
@@ -96,7 +100,7 @@ void tst_TickGaps::finds()
         recording.set("SessionTime", time).ticks(1);
     QStringList found;
     for (const Finding &finding : watched(recording)) {
-        QVERIFY(!finding.isDamage());
+        QCOMPARE(finding.isDamage(), finding.kind == FindingKind::TimeReturn);
         const qint64 into =
             finding.offset.value_or(-1) - recording.sectionOffset(Recording::Records);
         QVERIFY(into > 0 && into % recording.recordSize() == 0);
@@ -112,6 +116,50 @@ void tst_TickGaps::everySessionHasItsClock()
     recording.set("SessionNum", 1).set("SessionTime", 0).ticks(3);
     recording.set("SessionNum", 2).set("SessionTime", 50).ticks(3);
     QCOMPARE(watched(recording).size(), 0);
+}
+
+void tst_TickGaps::recordsThatDoNotBelong_data()
+{
+    QTest::addColumn<QVector<double>>("times");
+    QTest::addColumn<QVector<int>>("sessions");
+    QTest::addColumn<QVector<qint64>>("records");
+    const QVector<int> one(6, 0);
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    using Records = QVector<qint64>;
+    QTest::newRow("none") << QVector<double>{5, 5.1, 5.2, 5.3, 5.4, 5.5} << one << Records();
+    QTest::newRow("a gap") << QVector<double>{5, 5.1, 9.2, 9.3, 9.4, 9.5} << one << Records();
+    QTest::newRow("one later") << QVector<double>{5, 5.1, 9, 5.3, 5.4, 5.5} << one << Records{2};
+    QTest::newRow("one earlier") << QVector<double>{5, 5.1, 0, 5.3, 5.4, 5.5} << one << Records{2};
+    QTest::newRow("two") << QVector<double>{5, 5.1, 0, 99, 5.4, 5.5} << one << Records{2, 3};
+    QTest::newRow("one before a gap")
+        << QVector<double>{5, 5.1, 0, 9.3, 9.4, 9.5} << one << Records{2};
+    QTest::newRow("without a time")
+        << QVector<double>{5, 5.1, nan, 5.3, 5.4, 5.5} << one << Records{2};
+    QTest::newRow("the last one") << QVector<double>{5, 5.1, 5.2, 5.3, 5.4, 0} << one << Records{5};
+    QTest::newRow("all that follow")
+        << QVector<double>{5, 5.1, 1e-9, 2e-9, 3e-9, 4e-9} << one << Records{2, 3, 4, 5};
+    QTest::newRow("of another session") << QVector<double>{5, 5.1, 5.2, 5.3, 5.4, 5.5}
+                                        << QVector<int>{0, 0, 7, 0, 0, 0} << Records{2};
+    QTest::newRow("of another session, at its time")
+        << QVector<double>{5, 5.1, 0, 5.3, 5.4, 5.5} << QVector<int>{0, 0, 7, 0, 0, 0}
+        << Records{2};
+    QTest::newRow("the next session")
+        << QVector<double>{5, 5.1, 5.2, 0, 0.1, 0.2} << QVector<int>{0, 0, 0, 1, 1, 1} << Records();
+}
+
+void tst_TickGaps::recordsThatDoNotBelong()
+{
+    QFETCH(QVector<double>, times);
+    QFETCH(QVector<int>, sessions);
+    QFETCH(QVector<qint64>, records);
+
+    Recording recording;
+    recording.tickRate(10);
+    for (int i = 0; i < times.size(); ++i)
+        recording.set("SessionTime", times.at(i)).set("SessionNum", sessions.at(i)).ticks(1);
+    QVector<qint64> found;
+    timesOf(recording, [&found](qint64 record, bool) { found.append(record); });
+    QCOMPARE(found, records);
 }
 
 void tst_TickGaps::rates_data()
@@ -132,8 +180,7 @@ void tst_TickGaps::rates_data()
         << 1 << 20 << QStringList("the tick rate is 1 per second, but the records are 0.1 s apart");
     QTest::newRow("too high, of few records")
         << 60 << 3
-        << QStringList("5 ticks are missing between record 1, at 0 s, and the next one, at 0.1 s; "
-                       "there are 2 such places, 0.2 s in total");
+        << QStringList("the tick rate is 60 per second, but the records are 0.1 s apart");
 }
 
 void tst_TickGaps::rates()
@@ -199,7 +246,7 @@ void tst_TickGaps::unknownTime()
 {
     QFETCH(Recording, recording);
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    TickGaps times(recording.header(), table.constData());
+    TickGaps times(recording.header(), table.constData(), [](qint64, bool) {});
     QVERIFY(!times.isKnown());
     times.add(nullptr);
     QVERIFY(!times.endsAt(0));

@@ -29,11 +29,14 @@ private Q_SLOTS:
 
 namespace {
 
-QVector<Finding> inspected(const Recording &recording)
+/// \a record is one of the recording; without it nobody knows which bytes are used.
+QVector<Finding> inspected(const Recording &recording, const QByteArray &record = QByteArray())
 {
+    UsedBytes used;
+    used.add(record.constData(), record.size());
     FindingList findings;
     const QVector<irsdk_varHeader> table = recording.variableTable();
-    inspectVariables(recording.header(), table.constData(), &findings);
+    inspectVariables(recording.header(), table.constData(), used, &findings);
     return findings.findings();
 }
 
@@ -101,7 +104,7 @@ void tst_VariableInspection::finds()
 
     Recording recording;
     recording.variable(variable).recordSize(60);
-    const QVector<Finding> findings = inspected(recording);
+    const QVector<Finding> findings = inspected(recording, QByteArray(46, 'x'));
     QCOMPARE(findings.size(), text.isEmpty() ? 0 : 1);
     if (text.isEmpty())
         return;
@@ -203,7 +206,7 @@ void tst_VariableInspection::equalNames()
     Recording recording;
     recording.variable(later).recordSize(60);
     QStringList found;
-    for (const Finding &finding : inspected(recording)) {
+    for (const Finding &finding : inspected(recording, QByteArray(46, 'x'))) {
         if (!finding.lost.isEmpty() && finding.kind != FindingKind::SharedBytes)
             found.append(finding.lost);
     }
@@ -263,6 +266,10 @@ void tst_VariableInspection::sharedBytes()
     QCOMPARE(findings.constFirst().place(), place);
     QCOMPARE(findings.constFirst().text, text);
     QVERIFY(!findings.constFirst().isDamage());
+    // Where something is recorded, one of them is not where its values are.
+    const QVector<Finding> used =
+        inspected(recording, QByteArray(46, '\0') + QByteArray(12, 'x') + QByteArray(12, '\0'));
+    QCOMPARE(used.constFirst().isDamage(), variable.offset != 50);
 }
 
 void tst_VariableInspection::placeOfAFinding()

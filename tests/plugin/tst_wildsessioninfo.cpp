@@ -49,7 +49,7 @@ QByteArray withTabs(QByteArray text)
 bool saysThatLapsAreLost(const QByteArray &text)
 {
     FindingList list;
-    inspectSessionInfo(text.constData(), 0, &list);
+    inspectSessionInfo(text.constData(), {}, &list);
     const QVector<Finding> findings = list.findings();
     return std::any_of(findings.begin(), findings.end(), [](const Finding &finding) {
         return finding.lost == QLatin1String("all laps");

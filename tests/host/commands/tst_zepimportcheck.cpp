@@ -60,10 +60,13 @@ struct NamedFile {
 QVector<NamedFile> files()
 {
     const QByteArray whole = sound().bytes();
+    const int size = sound().recordSize();
+    const int middle = sound().sectionOffset(Recording::Records) + 150 * size;
     const Recording unclosed = sound()
                                    .with(&irsdk_diskSubHeader::sessionRecordCount, 0)
                                    .with(&irsdk_diskSubHeader::sessionEndTime, 0.0);
     return {
+        {"byte-inserted.ibt", QByteArray(whole).insert(middle, 'x')},
         {"carriage-returns.ibt", sound(plainWith("\n", "\r\n")).bytes()},
         {"cut-in-records.ibt", whole.left(whole.size() * 3 / 4)},
         {"cut-in-text.ibt", whole.left(sound().sectionOffset(Recording::Text) + 100)},
@@ -75,6 +78,7 @@ QVector<NamedFile> files()
         {"lost-ticks.ibt", withLostTicks().bytes()},
         {"no-driver.ibt", sound(plainWith("DriverCarIdx: 0", "DriverCarIdx: 7")).bytes()},
         {"odd-variables.ibt", withOddVariables().bytes()},
+        {"overwritten-record.ibt", QByteArray(whole).replace(middle, size, QByteArray(size, '\0'))},
         {"photo.ibt", QByteArray("\xff\xd8\xff\xe0", 4) + QByteArray(5000, '\x5a')},
         {"sound.ibt", whole},
         {"team-with-separator.ibt", sound(plainWith("Test Team", "Team: Red")).bytes()},
@@ -105,6 +109,7 @@ private Q_SLOTS:
     void demoIsFine();
     void saysWhyNothingIsLeft_data();
     void saysWhyNothingIsLeft();
+    void unreadableFileIsNamed();
 
 private:
     Outcome run(const QStringList &arguments) const;
@@ -136,9 +141,9 @@ void tst_ZepimportCheck::documentedOutput()
     const Outcome outcome = run({"crashed"});
     QCOMPARE(
         outcome.errors,
-        QStringLiteral("zepimport: 5 of 15 files passed, failed: crashed/carriage-returns.ibt, "
-                       "crashed/cut-in-records.ibt, crashed/cut-in-text.ibt, "
-                       "crashed/driver-with-separator.ibt, crashed/empty-list.ibt and 5 more\n"));
+        QStringLiteral("zepimport: 4 of 17 files passed, failed: crashed/byte-inserted.ibt, "
+                       "crashed/carriage-returns.ibt, crashed/cut-in-records.ibt, "
+                       "crashed/cut-in-text.ibt, crashed/driver-with-separator.ibt and 8 more\n"));
     QCOMPARE(outcome.exitCode, 1);
     QFile docs(QFINDTESTDATA("../../../docs/check.md"));
     QVERIFY(docs.open(QIODevice::ReadOnly));
@@ -153,7 +158,7 @@ void tst_ZepimportCheck::exitCode_data()
     QTest::newRow("fine") << QStringList{"crashed/sound.ibt"} << 0;
     QTest::newRow("remarks") << QStringList{"crashed/unclosed.ibt"} << 0;
     QTest::newRow("fine and remarks")
-        << QStringList{"crashed/sound.ibt", "crashed/team-with-separator.ibt"} << 0;
+        << QStringList{"crashed/sound.ibt", "crashed/lost-ticks.ibt"} << 0;
     QTest::newRow("damaged") << QStringList{"crashed/cut-in-records.ibt"} << 1;
     QTest::newRow("not a recording") << QStringList{"crashed/photo.ibt"} << 1;
     QTest::newRow("fine behind damaged")
@@ -352,6 +357,22 @@ void tst_ZepimportCheck::saysWhyNothingIsLeft()
     QCOMPARE(outcome.output.contains(QLatin1String(
                  "its laps would need more than 256 MB and more than 64 bytes for each byte")),
              output.contains(QLatin1String("everything")));
+}
+
+/// Memory of a process is a regular file whose first bytes cannot be read.
+void tst_ZepimportCheck::unreadableFileIsNamed()
+{
+    const QString link = m_dir.filePath(QStringLiteral("broken.ibt"));
+    QVERIFY(QFile::link(QStringLiteral("/proc/self/mem"), link));
+    const Outcome outcome = run({"broken.ibt"});
+    QVERIFY(QFile::remove(link));
+    QCOMPARE(outcome.exitCode, 1);
+    QCOMPARE(outcome.output,
+             QStringLiteral("broken.ibt: not a recording\n"
+                            "  the header could not be read, or the file was shortened while it "
+                            "was read\n"
+                            "  [ZEP iRacing ibt import plugin plugin] IBT import error:  Error "
+                            "reading irsdk_header\n"));
 }
 
 NAPAMMUL_TEST(tst_ZepimportCheck)
