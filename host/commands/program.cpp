@@ -18,8 +18,10 @@
 #include <QFile>
 #include <QStringList>
 #include <QTextCodec>
+#include <QThread>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <memory>
@@ -114,6 +116,8 @@ __attribute__((section(".preinit_array"), used)) void (*const setTerminate)() = 
 
 ExitCode runCommandLine(int argc, char *argv[])
 {
+    // Made here: an application crashes where there is no memory for the data of its thread.
+    QThread::currentThread();
     const QCoreApplication application(argc, argv);
     // File names and output are UTF-8 also where the locale knows only ASCII.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
@@ -164,6 +168,8 @@ int runProgram(int argc, char *argv[])
     try {
         return static_cast<int>(runCommandLine(argc, argv));
     } catch (const std::bad_alloc &) {
-        return lackOfMemory();
+        // What Qt destroys at the end of a program may be half made.
+        std::fflush(stdout);
+        std::_Exit(lackOfMemory());
     }
 }

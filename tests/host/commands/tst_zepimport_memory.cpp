@@ -189,6 +189,7 @@ void tst_ZepimportMemory::failingAllocations()
     QVERIFY(count > 1000);
 
     constexpr int Runs = 50;
+    int ended = 0; // before the program has begun
     int failures = 0;
     int told = 0;
     for (int run = 0; run < Runs; ++run) {
@@ -198,9 +199,11 @@ void tst_ZepimportMemory::failingAllocations()
             "LD_PRELOAD=" FAILING_MEMORY_PATH, QStringLiteral("FAILING_ALLOCATION=%1").arg(number),
             isLasting ? QStringLiteral("FAILING_ALLOCATIONS=all") : QStringLiteral("NOTHING=")};
         const Outcome outcome = process.run();
-        // A library of Qt's ends the program before it has begun.
-        if (outcome.exitCode < 0 && outcome.errors.contains(QLatin1String("GLib")))
+        // GLib, and Qt where it makes the object of its main thread, end the program by themselves.
+        if (outcome.exitCode < 0 && number < count / 10 && ++ended <= 2) {
+            QVERIFY(outputs().isEmpty());
             continue;
+        }
         const QByteArray about = "allocation " + QByteArray::number(number) + ": "
             + QByteArray::number(outcome.exitCode) + ", " + outcome.errors.toUtf8();
         QVERIFY2(outcome.exitCode == 0 || outcome.exitCode == 1, about.constData());
