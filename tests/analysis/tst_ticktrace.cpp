@@ -170,6 +170,11 @@ void tst_TickTrace::positions_data()
     QTest::newRow("gets into the car")
         << Columns{{"lat", {50, 0, 50, 51}}, {"lon", {9, 0, 9, 9}}, {"lapdist", {95, 0, 90, 98}}}
         << Samples{50, NaN, 50, 51} << Samples{9, NaN, 9, 9} << Samples{NaN, NaN, 90, 98};
+    QTest::newRow("gets into the car in the first record")
+        << Columns{{"lat", {0, 50, 51}}, {"lon", {0, 9, 9}}, {"lapdist", {0, 90, 98}}}
+        << Samples{NaN, 50, 51} << Samples{NaN, 9, 9} << Samples{NaN, 90, 98};
+    QTest::newRow("no latitude") << Columns{{"lon", {9, 9}}, {"lapdist", {0, 1}}} << Samples()
+                                 << Samples() << Samples{0, 1};
     QTest::newRow("at the line exactly")
         << Columns{{"lat", {50, 50}}, {"lon", {9, 9}}, {"lapdist", {0, 1}}} << Samples{50, 50}
         << Samples{9, 9} << Samples{0, 1};
