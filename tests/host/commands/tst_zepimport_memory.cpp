@@ -189,7 +189,7 @@ void tst_ZepimportMemory::failingAllocations()
     QVERIFY(count > 1000);
 
     constexpr int Runs = 50;
-    int ended = 0; // before the program has begun
+    int ended = 0; // by a library
     int failures = 0;
     int told = 0;
     for (int run = 0; run < Runs; ++run) {
@@ -199,8 +199,9 @@ void tst_ZepimportMemory::failingAllocations()
             "LD_PRELOAD=" FAILING_MEMORY_PATH, QStringLiteral("FAILING_ALLOCATION=%1").arg(number),
             isLasting ? QStringLiteral("FAILING_ALLOCATIONS=all") : QStringLiteral("NOTHING=")};
         const Outcome outcome = process.run();
-        // GLib, and Qt where it makes the object of its main thread, end the program by themselves.
-        if (outcome.exitCode < 0 && number < count / 10 && ++ended <= 2) {
+        // GLib ends the program by itself, and Qt does not check a few allocations of its own, such
+        // as those of a connection and of the object of its main thread.
+        if (outcome.exitCode < 0 && ++ended <= 2) {
             QVERIFY(outputs().isEmpty());
             continue;
         }
