@@ -7,8 +7,12 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <array>
 #include <cerrno>
 #include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -34,15 +38,16 @@ QString obstacle(const QString &fileName)
 /// end of the file.
 QString readError(const QString &fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return file.errorString();
-    QByteArray block(1 << 20, '\0');
-    qint64 got = 0;
-    do
-        got = file.read(block.data(), block.size());
-    while (got > 0);
-    return got < 0 ? file.errorString() : QString();
+    // A file of Qt's would need memory, which may be lacking by now.
+    const int file = ::open(QFile::encodeName(fileName).constData(), O_RDONLY | O_CLOEXEC);
+    std::array<char, 64 * 1024> block;
+    ssize_t got = file < 0 ? -1 : 1;
+    while (got > 0 || (got < 0 && file >= 0 && errno == EINTR))
+        got = ::read(file, block.data(), block.size());
+    const int error = got < 0 ? errno : 0;
+    if (file >= 0)
+        ::close(file);
+    return error == 0 ? QString() : qt_error_string(error);
 }
 
 QString withName(const QString &fileName, const QString &message)
