@@ -4,7 +4,6 @@
 #include "inspect/followeddriver.h"
 
 #include <algorithm>
-#include <utility>
 
 InfoBlame InfoBlame::oddity(InfoLine::Oddity oddity, const InfoPlace &place)
 {
@@ -94,12 +93,14 @@ void InfoLosses::report()
 {
     if (!m_loss)
         return;
-    const Loss loss = *std::exchange(m_loss, std::nullopt);
+    const Loss &loss = *m_loss;
     const bool losesDriver = loss.isDriver && m_driver.isMissing() && !m_isDriverExplained;
     const bool isDamage = losesDriver || (!loss.lapValues.isEmpty() && !m_driver.isMissing());
     if (!m_findings->wants(loss.blame.kind,
-                           isDamage ? Finding::Severity::Damage : Finding::Severity::Remark))
+                           isDamage ? Finding::Severity::Damage : Finding::Severity::Remark)) {
+        m_loss.reset();
         return;
+    }
     const InfoPlace &place = loss.blame.place;
     Finding finding(loss.blame.kind, sentence(loss));
     finding.at(place.offset).inLine(place.number, quotedLine(place.text));
@@ -110,6 +111,7 @@ void InfoLosses::report()
         finding.loses(listedNames(loss.lapValues));
     }
     m_findings->add(finding);
+    m_loss.reset();
 }
 
 QString InfoLosses::sentence(const Loss &loss)
