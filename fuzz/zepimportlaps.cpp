@@ -70,7 +70,7 @@ constexpr std::array Names = {"lapdist",    "lapdistpct",    "sessiontime", "lap
 
 constexpr std::array Units = {"", "m", "km", "s", "m/s", "%", ",", "\"", "C"};
 
-QString text(ByteSource *source)
+QString shortText(ByteSource *source)
 {
     return QString::fromLatin1(source->bytes(source->below(12)));
 }
@@ -101,7 +101,7 @@ std::unique_ptr<ZEP::Lap> takeLap(ByteSource *source)
     for (int i = source->below(12); i > 0; --i) {
         auto channel = std::make_unique<ZEP::Channel>();
         const int form = source->below(16);
-        const QString name = form == 0 ? text(source) : QLatin1String(source->pick(Names));
+        const QString name = form == 0 ? shortText(source) : QLatin1String(source->pick(Names));
         channel->setUnit(QLatin1String(source->pick(Units)));
         channel->data = samples(source, form == 1 ? ticks / 2 : ticks);
         if (form == 2)
@@ -266,7 +266,7 @@ void exportJson(ByteSource *source)
     for (const auto &lap : laps)
         expected.push_back(std::make_unique<ZEP::Lap>(*lap));
 
-    const QString name = text(source);
+    const QString name = shortText(source);
     const QByteArray json = written([&](OutputFile &file) {
         JsonLapWriter writer(file, channels, name);
         for (std::size_t i = 0; i < laps.size(); ++i)
@@ -310,7 +310,7 @@ void nameFields(ByteSource *source)
 {
     QStringList names;
     for (int i = source->below(12); i > 0; --i)
-        names.append(source->below(2) ? text(source)
+        names.append(source->below(2) ? shortText(source)
                                       : QString(source->below(80), QChar(u'a' + source->below(2))));
     const QStringList fields = matFieldNames(names);
     require(fields.size() == names.size(), "a field for each name");
@@ -399,7 +399,7 @@ void packSamples(ByteSource *source)
 void reportLaps(ByteSource *source)
 {
     ChosenLaps chosen;
-    chosen.file.fileName = text(source);
+    chosen.file.fileName = shortText(source);
     chosen.file.laps = takeLaps(source);
     for (int i = 0; i < int(chosen.file.laps.size()); ++i)
         chosen.indices.append(i);

@@ -6,6 +6,7 @@
 #include <QByteArray>
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace {
@@ -36,8 +37,8 @@ RecordValues::RecordValues(const irsdk_header &header, const irsdk_varHeader *ta
         // Variables on top of each other could make more elements than the record has bytes.
         for (int element = readable.first;
              element <= readable.last && m_elements.size() < std::size_t(header.bufLen); ++element)
-            m_elements.push_back(
-                {variable.offset + element * size, size, variable.type == irsdk_bool, isLap});
+            m_elements.push_back({int(variable.offset + std::int64_t(element) * size), size,
+                                  variable.type == irsdk_bool, isLap});
     }
 }
 

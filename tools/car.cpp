@@ -10,7 +10,6 @@ using namespace CarModel;
 
 namespace {
 
-constexpr double Pi = 3.14159265358979323846;
 constexpr double ShiftTime = 0.05; // s
 constexpr double FrontPressure = 124; // kPa, cold
 constexpr double RearPressure = 129; // kPa, cold

@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr double Pi = 3.14159265358979323846;
-
 double pastMiddle(double part)
 {
     return part > 0.5 ? 2 * (part - 0.5) : 0;

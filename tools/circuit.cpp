@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr double Pi = 3.14159265358979323846;
-
 struct Place {
     double x;
     double y;

@@ -2,6 +2,8 @@
 
 #include <vector>
 
+constexpr double Pi = 3.14159265358979323846;
+
 /// One point of the centre line, in metres on a plane with its origin at the start/finish line.
 struct CircuitPoint {
     double x; ///< m, along the main straight in driving direction

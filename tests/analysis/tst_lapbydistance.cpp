@@ -23,8 +23,6 @@ private slots:
 
 namespace {
 
-constexpr double Length = 600;
-
 /// 30 m/s, which is half a metre per tick.
 double evenSpeed(double)
 {

@@ -25,7 +25,6 @@ private slots:
 
 namespace {
 
-constexpr double Length = 600;
 constexpr double Step = 1;
 
 LapByDistance curveOf(const std::function<double(double)> &speed, double offset = 0.5)

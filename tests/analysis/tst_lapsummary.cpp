@@ -2,12 +2,11 @@
 #include "analysis/lapsummary.h"
 #include "analysis/sessionsummary.h"
 #include "host/files/importedfile.h"
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 
 #include <QTemporaryFile>
 #include <QTest>
-
-#include <limits>
 
 using ZEP::Channel;
 
@@ -42,9 +41,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
 using Samples = QVector<double>;
 

@@ -1,11 +1,11 @@
 #include "analysis/ticktrace.h"
+#include "tests/support/extremes.h"
 #include "tests/support/lapchannels.h"
 #include "tests/support/roomtests.h"
 
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using Samples = QVector<double>;
 
@@ -28,16 +28,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-
-ZEP::Lap lapOf(const Columns &columns)
-{
-    ZEP::Lap lap;
-    for (auto column = columns.cbegin(); column != columns.cend(); ++column)
-        lap.addChannel(newChannel(column.value()), column.key());
-    return lap;
-}
 
 QString text(const Samples &samples)
 {

@@ -1,5 +1,6 @@
 // The parts of a file in front of its records.
 
+#include "tests/support/extremes.h"
 #include "tests/support/ibtfolder.h"
 #include "tests/support/roomtests.h"
 #include "tools/recording.h"
@@ -9,18 +10,10 @@
 #include <QTest>
 
 #include <cstring>
-#include <limits>
 
 #include <sys/stat.h>
 
 namespace {
-
-constexpr int HeadersSize = Recording::HeaderSize + Recording::SubHeaderSize;
-constexpr int MinInt = std::numeric_limits<int>::min();
-constexpr int MaxInt = std::numeric_limits<int>::max();
-
-/// As many bytes as one read of records asks for; what lies on either side of it is worth a look.
-constexpr int BlockSize = 256 * 1024;
 
 } // namespace
 

@@ -1,5 +1,6 @@
 // The records of a file, up to the last one that is complete.
 
+#include "tests/support/extremes.h"
 #include "tests/support/ibtfolder.h"
 #include "tests/support/roomtests.h"
 #include "tools/recording.h"
@@ -8,16 +9,8 @@
 #include <QTest>
 
 #include <cstring>
-#include <limits>
 
 namespace {
-
-constexpr int HeadersSize = Recording::HeaderSize + Recording::SubHeaderSize;
-constexpr int MinInt = std::numeric_limits<int>::min();
-constexpr int MaxInt = std::numeric_limits<int>::max();
-
-/// As many bytes as one read of records asks for; what lies on either side of it is worth a look.
-constexpr int BlockSize = 256 * 1024;
 
 /// \a count records of \a size bytes, all different from each other.
 QVector<QByteArray> records(int count, int size)

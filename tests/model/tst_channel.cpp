@@ -1,4 +1,5 @@
 #include "model/channel.h"
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
 
@@ -15,11 +16,6 @@ namespace {
 // Hosts rely on exactly these two numbers.
 constexpr double NoData = 9.999999562023526e24;
 constexpr double Threshold = 1.0000000138484279e24;
-
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-constexpr int MinInt = std::numeric_limits<int>::min();
-constexpr int MaxInt = std::numeric_limits<int>::max();
 
 ZEP::Channel channelOf(const QVector<double> &samples)
 {

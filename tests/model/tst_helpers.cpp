@@ -1,4 +1,5 @@
 #include "model/helpers.h"
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 
 #include <QDir>
@@ -8,9 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 

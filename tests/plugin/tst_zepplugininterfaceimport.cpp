@@ -16,7 +16,7 @@ static_assert(!std::is_base_of_v<QObject, ZepPluginInterfaceImport>);
 
 namespace {
 
-class Plugin : public QObject, public ZepPluginInterfaceImport
+class ImportPlugin : public QObject, public ZepPluginInterfaceImport
 {
     Q_OBJECT
     Q_INTERFACES(ZepPluginInterfaceImport)
@@ -62,7 +62,7 @@ private Q_SLOTS:
 
 void tst_ZepPluginInterfaceImport::emitterBelongsToTheInterface()
 {
-    auto plugin = std::make_unique<Plugin>();
+    auto plugin = std::make_unique<ImportPlugin>();
     const QPointer<ZepDataEmitter> emitter = plugin->dataEmitter();
     QVERIFY(emitter);
     QVERIFY(!emitter->parent());
@@ -80,8 +80,8 @@ void tst_ZepPluginInterfaceImport::emitterBelongsToTheInterface()
 
 void tst_ZepPluginInterfaceImport::emittersAreApart()
 {
-    Plugin one;
-    Plugin other;
+    ImportPlugin one;
+    ImportPlugin other;
     QVERIFY(one.dataEmitter() != other.dataEmitter());
 }
 
@@ -123,7 +123,7 @@ void tst_ZepPluginInterfaceImport::message()
     QFETCH(QString, text);
     QFETCH(int, level);
 
-    Plugin plugin;
+    ImportPlugin plugin;
     plugin.name = name;
     const QSignalSpy spy(plugin.dataEmitter(), &ZepDataEmitter::sendMessage);
     plugin.message(text, level);
@@ -134,8 +134,8 @@ void tst_ZepPluginInterfaceImport::message()
 
 void tst_ZepPluginInterfaceImport::messageReachesOnlyItsOwnEmitter()
 {
-    Plugin one;
-    Plugin other;
+    ImportPlugin one;
+    ImportPlugin other;
     const QSignalSpy spy(other.dataEmitter(), &ZepDataEmitter::sendMessage);
     one.message("text", 0);
     QCOMPARE(spy.size(), 0);
@@ -143,7 +143,7 @@ void tst_ZepPluginInterfaceImport::messageReachesOnlyItsOwnEmitter()
 
 void tst_ZepPluginInterfaceImport::messageAsksForTheNameEveryTime()
 {
-    Plugin plugin;
+    ImportPlugin plugin;
     const QSignalSpy spy(plugin.dataEmitter(), &ZepDataEmitter::sendMessage);
     plugin.name = "A";
     plugin.message("text", 0);
@@ -182,7 +182,7 @@ void tst_ZepPluginInterfaceImport::castsByNameAndByIdentifier()
     QFETCH(QByteArray, name);
     QFETCH(bool, answered);
 
-    Plugin plugin;
+    ImportPlugin plugin;
     const void *expected = answered ? static_cast<ZepPluginInterfaceImport *>(&plugin) : nullptr;
     QVERIFY(plugin.qt_metacast(name.constData()) == expected);
 
@@ -193,7 +193,7 @@ void tst_ZepPluginInterfaceImport::castsByNameAndByIdentifier()
 
 void tst_ZepPluginInterfaceImport::operationsAreReachedThroughTheInterface()
 {
-    Plugin plugin;
+    ImportPlugin plugin;
     ZepPluginInterfaceImport &interface = plugin;
     QCOMPARE(interface.pluginName(), QString("A Plug-in"));
     QCOMPARE(interface.sourceName(), QString("A Source"));
@@ -221,7 +221,7 @@ void tst_ZepPluginInterfaceImport::virtualOperationsKeepTheirOrder()
 
 void tst_ZepPluginInterfaceImport::isDestroyedThroughTheInterface()
 {
-    const QPointer<Plugin> plugin = new Plugin;
+    const QPointer<ImportPlugin> plugin = new ImportPlugin;
     const ZepPluginInterfaceImport *interface = plugin;
     delete interface;
     QVERIFY(!plugin);

@@ -17,10 +17,10 @@ static_assert(!std::is_base_of_v<QObject, ZepPluginInterfaceLive>);
 
 namespace {
 
-class Plugin : public ZepPluginInterfaceLive
+class LivePlugin : public ZepPluginInterfaceLive
 {
 public:
-    explicit Plugin(const QVector<ZEP::CarInfo> &cars = {})
+    explicit LivePlugin(const QVector<ZEP::CarInfo> &cars = {})
     {
         m_info.setPluginName("A Plug-in");
         m_info.setSourceName("A Source");
@@ -64,7 +64,7 @@ QVector<bool> activeOf(const ZEP::LivePluginInfo &info)
 }
 
 /// What the emitter of \a plugin sends while \a action runs.
-QVector<ZEP::LivePluginInfo> listsSentBy(Plugin &plugin, const std::function<void()> &action)
+QVector<ZEP::LivePluginInfo> listsSentBy(LivePlugin &plugin, const std::function<void()> &action)
 {
     QVector<ZEP::LivePluginInfo> sent;
     QObject context;
@@ -97,12 +97,12 @@ private Q_SLOTS:
 
 void tst_ZepPluginInterfaceLive::emitterBelongsToTheInterface()
 {
-    auto plugin = std::make_unique<Plugin>();
+    auto plugin = std::make_unique<LivePlugin>();
     const QPointer<ZepDataEmitter> emitter = plugin->dataEmitter();
     QVERIFY(emitter);
     QVERIFY(!emitter->parent());
     QCOMPARE(plugin->dataEmitter(), emitter.data());
-    QVERIFY(Plugin().dataEmitter() != emitter.data());
+    QVERIFY(LivePlugin().dataEmitter() != emitter.data());
     plugin.reset();
     QVERIFY(!emitter);
 }
@@ -128,7 +128,7 @@ void tst_ZepPluginInterfaceLive::allCars()
     QFETCH(QVector<bool>, before);
     QFETCH(bool, on);
 
-    Plugin plugin(carsWith(QVariantList{1, 2, 3}.mid(0, before.size()), before));
+    LivePlugin plugin(carsWith(QVariantList{1, 2, 3}.mid(0, before.size()), before));
     const auto sent = listsSentBy(plugin, [&] {
         if (on)
             plugin.enableTelemetryFromAllCars();
@@ -177,7 +177,7 @@ void tst_ZepPluginInterfaceLive::oneCar()
 
     for (const bool on : {true, false}) {
         for (const bool before : {true, false}) {
-            Plugin plugin(carsWith(ids, QVector<bool>(ids.size(), before)));
+            LivePlugin plugin(carsWith(ids, QVector<bool>(ids.size(), before)));
             const auto sent = listsSentBy(plugin, [&] {
                 if (on)
                     plugin.enableTelemetry(id);
@@ -218,14 +218,14 @@ void tst_ZepPluginInterfaceLive::idIsComparedAsAVariant()
     QFETCH(QVariant, carId);
     QFETCH(QVariant, id);
 
-    Plugin plugin(carsWith({carId}, {false}));
+    LivePlugin plugin(carsWith({carId}, {false}));
     plugin.enableTelemetry(id);
     QCOMPARE(activeOf(plugin.getTelemetryCarInfoList()).first(), carId == id);
 }
 
 void tst_ZepPluginInterfaceLive::infoIsHandedOutAsACopy()
 {
-    Plugin plugin(carsWith({1, 2}, {true, false}));
+    LivePlugin plugin(carsWith({1, 2}, {true, false}));
     ZEP::LivePluginInfo info = plugin.getTelemetryCarInfoList();
     QCOMPARE(info.pluginName(), QString("A Plug-in"));
     QCOMPARE(info.sourceName(), QString("A Source"));
@@ -266,7 +266,7 @@ void tst_ZepPluginInterfaceLive::message()
     QFETCH(int, level);
 
     // The name is the plug-in's own answer, not the one in its list of cars.
-    Plugin plugin;
+    LivePlugin plugin;
     plugin.name = name;
     const QSignalSpy spy(plugin.dataEmitter(), &ZepDataEmitter::sendMessage);
     plugin.message(text, level);
@@ -295,7 +295,7 @@ void tst_ZepPluginInterfaceLive::isDestroyedThroughTheInterface()
     const ZepPluginInterfaceLive *interface = nullptr;
     QPointer<ZepDataEmitter> emitter;
     {
-        auto *plugin = new Plugin;
+        auto *plugin = new LivePlugin;
         emitter = plugin->dataEmitter();
         interface = plugin;
     }

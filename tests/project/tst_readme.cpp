@@ -1,27 +1,16 @@
 // What the README and the pages of docs/ show is what the programs print.
 
-#include "tests/support/processlimit.h"
+#include "tests/support/outputof.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
-
-/// The output of a program that has to succeed.
-QString run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(ProcessLimit) || process.exitCode() != 0)
-        return QString();
-    return QString::fromUtf8(process.readAllStandardOutput());
-}
 
 /// Lines that are the same on every machine: without the file's name and date.
 QStringList stableLines(QString text)
@@ -65,7 +54,7 @@ void tst_Readme::initTestCase()
     QVERIFY(file.open(QIODevice::ReadOnly));
     m_text = QString::fromUtf8(file.readAll());
     m_root = QFileInfo(fileName).absolutePath();
-    run(QStringLiteral(IBTGEN_PATH), {m_dir.filePath(QStringLiteral("demo.ibt"))});
+    outputOf(QStringLiteral(IBTGEN_PATH), {m_dir.filePath(QStringLiteral("demo.ibt"))});
 }
 
 void tst_Readme::shownLapsAreThoseOfTheDemo()
@@ -73,8 +62,9 @@ void tst_Readme::shownLapsAreThoseOfTheDemo()
     const QString recording = m_dir.filePath(QStringLiteral("demo.ibt"));
     const QString shown = m_text.section(QStringLiteral("```\n"), 1, 1);
     QVERIFY(shown.startsWith(QLatin1String("build/demo/demo.ibt\n")));
-    QCOMPARE(stableLines(shown),
-             stableLines(run(QStringLiteral(ZEPIMPORT_PATH), {QStringLiteral("laps"), recording})));
+    QCOMPARE(
+        stableLines(shown),
+        stableLines(outputOf(QStringLiteral(ZEPIMPORT_PATH), {QStringLiteral("laps"), recording})));
 }
 
 void tst_Readme::shownScriptsExist()
@@ -96,8 +86,9 @@ void tst_Readme::shownCommandsAreKnown()
     QStringList commands;
     for (auto match = command.globalMatch(m_text); match.hasNext();) {
         const QString name = match.next().captured(1);
-        QVERIFY2(!run(QStringLiteral(ZEPIMPORT_PATH), {name, QStringLiteral("--help")}).isEmpty(),
-                 qPrintable(name));
+        QVERIFY2(
+            !outputOf(QStringLiteral(ZEPIMPORT_PATH), {name, QStringLiteral("--help")}).isEmpty(),
+            qPrintable(name));
         commands.append(name);
     }
     commands.sort();

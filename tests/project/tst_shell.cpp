@@ -1,8 +1,7 @@
-#include "tests/support/processlimit.h"
+#include "tests/support/outputof.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/zepimportprocess.h"
 
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -35,26 +34,14 @@ private:
 
 namespace {
 
-/// The output of a program that has to succeed, and to be silent on standard error.
-QString run(const QString &program, const QStringList &arguments)
-{
-    QProcess process;
-    process.start(program, arguments);
-    if (!process.waitForFinished(ProcessLimit) || process.exitStatus() != QProcess::NormalExit
-        || process.exitCode() != 0)
-        return program + QStringLiteral(" failed");
-    const QString errors = QString::fromUtf8(process.readAllStandardError());
-    return errors.isEmpty() ? QString::fromUtf8(process.readAllStandardOutput()) : errors;
-}
-
 // An option as a shell is offered it. zsh puts those that exclude it before it, in parentheses.
 const QString optionPattern = QStringLiteral("^(?:\\([^)]*\\))?--([\\w-]+)");
 
 QString help(const QStringList &command)
 {
     if (command == QStringList{"ibtgen"})
-        return run(QStringLiteral(IBTGEN_PATH), {"--help"});
-    return run(QStringLiteral(ZEPIMPORT_PATH), command + QStringList{"--help"});
+        return outputOf(QStringLiteral(IBTGEN_PATH), {"--help"});
+    return outputOf(QStringLiteral(ZEPIMPORT_PATH), command + QStringList{"--help"});
 }
 
 /// Everything that \a pattern captures in \a text, in order, each once.
@@ -122,19 +109,19 @@ QStringList offered(const QString &shell, const QString &packaging, const QStrin
         const QString script = QStringLiteral("source \"$0\"; COMP_WORDS=(\"$@\"); "
                                               "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _zepimport; "
                                               "printf '%s\\n' \"${COMPREPLY[@]}\"");
-        output = run(shell, QStringList{"--norc", "-c", script, file} + words);
+        output = outputOf(shell, QStringList{"--norc", "-c", script, file} + words);
     } else if (shell == QLatin1String("fish")) {
-        output = run(shell,
-                     {"--no-config", "-c",
-                      QStringLiteral("source %1; complete -C \"%2\"")
-                          .arg(file, words.join(QLatin1Char(' ')))});
+        output = outputOf(shell,
+                          {"--no-config", "-c",
+                           QStringLiteral("source %1; complete -C \"%2\"")
+                               .arg(file, words.join(QLatin1Char(' ')))});
     } else {
         // Prints what zsh would be told to offer.
         const QString script = QStringLiteral(
             "_describe() { print -l -- \"${(@P)2}\" }; "
             "_arguments() { print -l -- \"$@\" }; "
             "words=(\"$@\"); CURRENT=$#; PREFIX=${@[-1]}; source \"$0\"; _zepimport");
-        output = run(shell, QStringList{"-f", "-c", script, file} + words);
+        output = outputOf(shell, QStringList{"-f", "-c", script, file} + words);
     }
     return output.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
@@ -217,7 +204,7 @@ void tst_Shell::pagesAreClean_data()
 void tst_Shell::pagesAreClean()
 {
     QFETCH(QString, command);
-    const QString shown = run(
+    const QString shown = outputOf(
         QStringLiteral("man"),
         {"--warnings", "-E", "UTF-8", "-l", m_packaging + QLatin1Char('/') + pageFile(command)});
     QVERIFY2(shown.startsWith(pageName(command).toUpper() + QStringLiteral("(1)")),
@@ -295,9 +282,9 @@ void tst_Shell::choicesOfBash()
 void tst_Shell::installed()
 {
     const QTemporaryDir dir;
-    run(QStringLiteral("cmake"),
-        {"--install", QStringLiteral(BUILD_FOLDER), "--component", "shell", "--prefix",
-         dir.path()});
+    outputOf(QStringLiteral("cmake"),
+             {"--install", QStringLiteral(BUILD_FOLDER), "--component", "shell", "--prefix",
+              dir.path()});
     for (const char *file :
          {"man/man1/zepimport.1", "man/man1/zepimport-laps.1", "man/man1/ibtgen.1",
           "bash-completion/completions/zepimport", "zsh/site-functions/_zepimport",

@@ -1,8 +1,10 @@
 // Whole drives: which laps become of them.
 
 #include "tests/support/readerticks.h"
+#include "tests/support/recordfeed.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 #include "tools/recording.h"
 
 #include <QRegularExpression>
@@ -10,8 +12,6 @@
 #include <QTest>
 
 using Names = QList<QString>;
-
-Q_DECLARE_METATYPE(Recording)
 
 namespace {
 

@@ -1,5 +1,6 @@
 // From the bytes of a record to the values of the player's car.
 
+#include "tests/support/extremes.h"
 #include "tests/support/recordfeed.h"
 #include "tests/support/roomtests.h"
 
@@ -8,9 +9,6 @@
 #include <limits>
 
 namespace {
-
-constexpr int MaxInt = std::numeric_limits<int>::max();
-constexpr int MinInt = std::numeric_limits<int>::min();
 
 } // namespace
 

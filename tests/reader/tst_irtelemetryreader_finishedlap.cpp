@@ -4,6 +4,7 @@
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 #include "tools/recording.h"
 
 #include <QRegularExpression>
@@ -15,25 +16,6 @@
 using Names = QList<QString>;
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 5;
-
-const QTime NoLapTime(0, 59, 59);
-
-void prepare(iRTelemetryReader *reader)
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}).constData());
-    reader->updateCarList();
-}
-
-/// A lap that is ready to be closed.
-void record(iRTelemetryReader *reader, int car)
-{
-    ZEP::Sample sample;
-    addValues(&sample, {{"lapdistpct", 0.5f}, {"sessiontime", 100.0}});
-    reader->lap(car).addSample(sample);
-}
 
 } // namespace
 
@@ -61,8 +43,8 @@ private Q_SLOTS:
 void tst_IrTelemetryReaderFinishedLap::closedLapWaitsUntilTheNextTick()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
-    record(&reader, Player);
+    addTwoCars(&reader);
+    addOpenLap(&reader, Player);
     reader.processLap(Player, true);
     const auto channel = reader.lap(Player).channel("lapdistpct");
     QVERIFY(reader.isLapReady(Player));
@@ -83,8 +65,8 @@ void tst_IrTelemetryReaderFinishedLap::closedLapWaitsUntilTheNextTick()
 void tst_IrTelemetryReaderFinishedLap::closedLapCanBeClosedAgain()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
-    record(&reader, Player);
+    addTwoCars(&reader);
+    addOpenLap(&reader, Player);
     carOf(&reader, Player).previous.carStatus = 6;
     carOf(&reader, Player).current.lapLastLapTime = 83.5f;
     reader.processLap(Player, true);
@@ -119,7 +101,7 @@ void tst_IrTelemetryReaderFinishedLap::processMyLap()
     reader.setYaml(sessionInfoOf(player, {Player}).constData());
     reader.updateCarList();
     for (int car = 0; car < 64; ++car)
-        record(&reader, car);
+        addOpenLap(&reader, car);
     carOf(&reader, Player).current.lapLastLapTime = 83.5f;
     reader.processMyLap(completed);
     for (int car = 0; car < 64; ++car)
@@ -133,10 +115,10 @@ void tst_IrTelemetryReaderFinishedLap::processMyLap()
 void tst_IrTelemetryReaderFinishedLap::isLapReady()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     for (const int car : {0, Player, 63}) {
         QVERIFY(!reader.isLapReady(car));
-        record(&reader, car);
+        addOpenLap(&reader, car);
         QVERIFY(!reader.isLapReady(car));
         reader.processLap(car, false);
         QVERIFY(reader.isLapReady(car));
@@ -168,7 +150,7 @@ void tst_IrTelemetryReaderFinishedLap::isMyLapReady()
     iRTelemetryReader reader;
     reader.setYaml(sessionInfoOf(player, {Player}).constData());
     reader.updateCarList();
-    record(&reader, Player);
+    addOpenLap(&reader, Player);
     QVERIFY(!reader.isMyLapReady());
     reader.processLap(Player, true);
     QTEST(reader.isMyLapReady(), "ready");
@@ -201,9 +183,9 @@ void tst_IrTelemetryReaderFinishedLap::isCarInWorld()
 void tst_IrTelemetryReaderFinishedLap::myLap()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     QCOMPARE(reader.myLap(), &reader.lap(Player));
-    record(&reader, Player);
+    addOpenLap(&reader, Player);
     QCOMPARE(reader.myLap()->size(), 1);
     reader.myLap()->clear();
     QVERIFY(reader.lap(Player).isEmpty());
@@ -225,7 +207,7 @@ void tst_IrTelemetryReaderFinishedLap::myLapWithoutAPlayersCar()
     iRTelemetryReader reader;
     reader.setYaml(sessionInfoOf(player, {Player}).constData());
     reader.updateCarList();
-    record(&reader, Player);
+    addOpenLap(&reader, Player);
     const std::unique_ptr<ZEP::Lap> one(reader.myLap());
     const std::unique_ptr<ZEP::Lap> other(reader.myLap());
     QVERIFY(one != other);
@@ -238,7 +220,7 @@ void tst_IrTelemetryReaderFinishedLap::myLapWithoutAPlayersCar()
 void tst_IrTelemetryReaderFinishedLap::otherCarsLapsAreClosedByTheirCounter()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     const auto drive = [&reader](int lapsComplete, double pct) {
         const QByteArray results = "---\nSessionInfo:\n Sessions:\n - SessionNum: 0\n"
                                    "   ResultsPositions:\n   - Position: 1\n     CarIdx: 5\n"

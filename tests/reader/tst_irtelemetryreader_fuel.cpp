@@ -10,8 +10,6 @@ using Names = QList<QString>;
 
 namespace {
 
-constexpr int Other = 7;
-
 const Names FuelNames{"Kg per fuel litre", "Maximum fuel level", "Maximum fuel percent",
                       "Maximum fuel weight", "Preferred fuel unit"};
 
@@ -137,7 +135,7 @@ void tst_IrTelemetryReaderFuel::preferredFuelUnit()
 
 void tst_IrTelemetryReaderFuel::fuelIsThePlayersOnly()
 {
-    const ZEP::Lap other = lapOf(wholeText(), Other);
+    const ZEP::Lap other = lapOf(wholeText(), OtherInText);
     for (const QString &name : FuelNames)
         QVERIFY2(!other.containsValue(name), qPrintable(name));
     QCOMPARE(other.getDriverName(), QString("Another Driver"));

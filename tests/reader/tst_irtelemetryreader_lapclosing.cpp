@@ -4,6 +4,7 @@
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -14,26 +15,8 @@ using Names = QList<QString>;
 
 namespace {
 
-constexpr int Player = 3;
-constexpr int Other = 5;
-
 constexpr int Race = 5;
 constexpr int Practice = 1;
-const QTime NoLapTime(0, 59, 59);
-
-void prepare(iRTelemetryReader *reader)
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}).constData());
-    reader->updateCarList();
-}
-
-/// A lap that is ready to be closed.
-void record(iRTelemetryReader *reader, int car)
-{
-    ZEP::Sample sample;
-    addValues(&sample, {{"lapdistpct", 0.5f}, {"sessiontime", 100.0}});
-    reader->lap(car).addSample(sample);
-}
 
 } // namespace
 
@@ -65,7 +48,7 @@ private Q_SLOTS:
 void tst_IrTelemetryReaderLapClosing::emptyLapIsLeftAlone()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     carOf(&reader, Player).previous.carStatus = 6;
     carOf(&reader, Player).current.lapLastLapTime = 0.0f;
     reader.lap(Player).setCalculatedValue("maxLapDistPct", 0.5f, QString());
@@ -86,7 +69,7 @@ void tst_IrTelemetryReaderLapClosing::lapWithoutSamplesIsClosed()
 {
     for (const bool calculated : {false, true}) {
         iRTelemetryReader reader;
-        prepare(&reader);
+        addTwoCars(&reader);
         if (calculated)
             reader.lap(Player).addCalculatedChannel(new ZEP::Channel, "dt");
         else
@@ -119,8 +102,8 @@ void tst_IrTelemetryReaderLapClosing::lapType()
 
     for (const bool completed : {true, false}) {
         iRTelemetryReader reader;
-        prepare(&reader);
-        record(&reader, Player);
+        addTwoCars(&reader);
+        addOpenLap(&reader, Player);
         reader.lap(Player).setLapType(static_cast<ZEP::LapType>(typeBefore));
         carOf(&reader, Player).previous.carStatus = statusBefore;
         carOf(&reader, Player).current.carStatus = 6; // that of the tick before counts
@@ -182,8 +165,8 @@ void tst_IrTelemetryReaderLapClosing::lapTime()
     QFETCH(QTime, lapTime);
 
     iRTelemetryReader reader;
-    prepare(&reader);
-    record(&reader, Player);
+    addTwoCars(&reader);
+    addOpenLap(&reader, Player);
     CarTracker &car = carOf(&reader, Player);
     car.previous.carStatus = statusBefore;
     car.previous.lapLastLapTime = 12.5f;
@@ -203,8 +186,8 @@ void tst_IrTelemetryReaderLapClosing::ids()
 {
     for (const bool completed : {true, false}) {
         iRTelemetryReader reader;
-        prepare(&reader);
-        record(&reader, Player);
+        addTwoCars(&reader);
+        addOpenLap(&reader, Player);
         CarTracker &car = carOf(&reader, Player);
         car.previous.lapId = QUuid::createUuid();
         car.previous.stintId = QUuid::createUuid();
@@ -241,8 +224,8 @@ void tst_IrTelemetryReaderLapClosing::counters()
     QFETCH(int, lapBefore);
 
     iRTelemetryReader reader;
-    prepare(&reader);
-    record(&reader, Player);
+    addTwoCars(&reader);
+    addOpenLap(&reader, Player);
     CarTracker &car = carOf(&reader, Player);
     car.previous.lap = lapBefore;
     car.previous.lapInStint = 31;
@@ -260,9 +243,9 @@ void tst_IrTelemetryReaderLapClosing::counters()
 void tst_IrTelemetryReaderLapClosing::carId()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     for (const int car : {Player, Other, 63}) {
-        record(&reader, car);
+        addOpenLap(&reader, car);
         reader.processLap(car, true);
         QCOMPARE(reader.lap(car).getCarId(), QVariant(car));
     }
@@ -271,8 +254,8 @@ void tst_IrTelemetryReaderLapClosing::carId()
 void tst_IrTelemetryReaderLapClosing::dateTime()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
-    record(&reader, Player);
+    addTwoCars(&reader);
+    addOpenLap(&reader, Player);
     const QDateTime before = QDateTime::currentDateTime();
     reader.processLap(Player, true);
     const QDateTime after = QDateTime::currentDateTime();
@@ -287,7 +270,7 @@ void tst_IrTelemetryReaderLapClosing::dateTime()
 void tst_IrTelemetryReaderLapClosing::greatestFractionIsRemoved()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, Player, {{"lapdistpct", 0.5f}, {"isontrack", true}});
     reader.lap(Player).setCalculatedValue("other", 1, QString());
     QVERIFY(reader.lap(Player).containsCalculatedValue("maxLapDistPct"));
@@ -299,7 +282,7 @@ void tst_IrTelemetryReaderLapClosing::greatestFractionIsRemoved()
 void tst_IrTelemetryReaderLapClosing::sessionInfoComesFirst()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     reader.setYaml("---\nDriverInfo:\n DriverCarFuelKgPerLtr: 0.500\n");
     ZEP::Sample sample;
     sample.addValue("fuellevel", 10.0, "l");
@@ -318,7 +301,7 @@ void tst_IrTelemetryReaderLapClosing::sessionInfoComesFirst()
 void tst_IrTelemetryReaderLapClosing::cleanUpAndDerivedChannels()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     reader.setYaml("---\nWeekendInfo:\n TrackLength: 2.00 km\n");
     for (int i = 0; i < 2; ++i) {
         ZEP::Sample sample;
@@ -339,9 +322,9 @@ void tst_IrTelemetryReaderLapClosing::cleanUpAndDerivedChannels()
 void tst_IrTelemetryReaderLapClosing::playersLapHasNoMotionChannels()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     reader.setYaml("---\nWeekendInfo:\n TrackLength: 2.00 km\n");
-    record(&reader, Player);
+    addOpenLap(&reader, Player);
     reader.processLap(Player, true);
     QCOMPARE(reader.lap(Player).getAvailableChannels(), (Names{"lapdistpct", "sessiontime"}));
 }
@@ -365,7 +348,7 @@ void tst_IrTelemetryReaderLapClosing::beginningsAreNormalised()
     QFETCH(bool, normalised);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     const QVector<double> counted{80.0, 0.5, 1.0};
     const double fractions[] = {0.25, 0.5, 0.75};
     for (int i = 0; i < 3; ++i) {
@@ -383,8 +366,8 @@ void tst_IrTelemetryReaderLapClosing::beginningsAreNormalised()
 void tst_IrTelemetryReaderLapClosing::beginningsAreNormalisedLast()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
-    record(&reader, Player);
+    addTwoCars(&reader);
+    addOpenLap(&reader, Player);
     auto *time = new ZEP::Channel;
     time->setUnit("%");
     time->data = {5.0, 0.5};

@@ -1,17 +1,14 @@
 // From the bytes of a record to the values of all cars, while a simulator runs.
 
+#include "tests/support/extremes.h"
 #include "tests/support/recordfeed.h"
 #include "tests/support/roomtests.h"
 
 #include <QTest>
 
-#include <limits>
-
 using Names = QList<QString>;
 
 namespace {
-
-constexpr int MaxInt = std::numeric_limits<int>::max();
 
 } // namespace
 

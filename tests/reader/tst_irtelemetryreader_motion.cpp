@@ -1,28 +1,19 @@
 // Time step, distance and speed of the cars that do not record them.
 
+#include "tests/support/extremes.h"
 #include "tests/support/lapchannels.h"
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using Names = QList<QString>;
 using Samples = QVector<double>;
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 7;
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-
-void prepare(iRTelemetryReader *reader)
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}).constData());
-    reader->updateCarList();
-}
 
 } // namespace
 
@@ -53,7 +44,7 @@ private Q_SLOTS:
 void tst_IrTelemetryReaderMotion::percentUnitsOfDerivedChannels()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addValue("Track length", 1.0, "km");
     lap.addChannel(newChannel({0, 1}, "%"), "lapdistpct");
@@ -66,7 +57,7 @@ void tst_IrTelemetryReaderMotion::percentUnitsOfDerivedChannels()
 void tst_IrTelemetryReaderMotion::playersCarHasNoMotionChannels()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     lap.addValue("Track length", 2.0, "km");
     lap.addChannel(newChannel({0, 0.1}), "lapdistpct");
@@ -119,7 +110,7 @@ void tst_IrTelemetryReaderMotion::motion()
     QFETCH(Samples, speed);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addValue("Track length", 2.0, "km");
     lap.addChannel(newChannel(pct, "%"), "lapdistpct");
@@ -151,7 +142,7 @@ void tst_IrTelemetryReaderMotion::motionUnits()
     QFETCH(QString, timeUnit);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addValue("Track length", 2.0, "km");
     lap.addChannel(newChannel({0, 1}, "%"), "lapdistpct");
@@ -178,7 +169,7 @@ void tst_IrTelemetryReaderMotion::motionNeedsPlaceAndTime()
     QFETCH(QStringList, channels);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addValue("Track length", 2.0, "km");
     lap.addCalculatedChannel(newChannel({0, 1}), "lapdistpct");
@@ -208,7 +199,7 @@ void tst_IrTelemetryReaderMotion::trackLength()
     QFETCH(Samples, lapdist);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     if (length.isValid())
         lap.addValue("Track length", length, "furlong");
@@ -240,7 +231,7 @@ void tst_IrTelemetryReaderMotion::trackLengthIsLookedUpAsAnyValue()
     QFETCH(double, length);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     if (inHeader)
         lap.addValue("Track length", 1.0, "km");
@@ -255,7 +246,7 @@ void tst_IrTelemetryReaderMotion::trackLengthIsLookedUpAsAnyValue()
 void tst_IrTelemetryReaderMotion::motionReplacesWhatIsThere()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addChannel(newChannel({0, 0.5}), "lapdistpct");
     lap.addChannel(newChannel({100, 101}, "s"), "sessiontime");
@@ -275,7 +266,7 @@ void tst_IrTelemetryReaderMotion::motionReplacesWhatIsThere()
 void tst_IrTelemetryReaderMotion::standingClockMakesInfiniteSpeed()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addValue("Track length", 1.0, "km");
     lap.addChannel(newChannel({0.0, 0.5, 0.25, 0.25, 0.5}), "lapdistpct");
@@ -305,7 +296,7 @@ void tst_IrTelemetryReaderMotion::withoutAPlayerEveryCarMoves()
 void tst_IrTelemetryReaderMotion::sourcesStayAsTheyAre()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Other);
     lap.addValue("Track length", 1.0, "km");
     lap.addChannel(newChannel({0, 0.5}, "pu"), "lapdistpct");

@@ -1,5 +1,6 @@
 // The repaired beginning of channels that count from zero in every lap.
 
+#include "tests/support/extremes.h"
 #include "tests/support/lapchannels.h"
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
@@ -7,7 +8,6 @@
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using Names = QList<QString>;
 using Samples = QVector<double>;
@@ -15,8 +15,6 @@ using Samples = QVector<double>;
 namespace {
 
 constexpr int Car = 3;
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 

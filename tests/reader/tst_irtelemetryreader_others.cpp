@@ -4,31 +4,13 @@
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
 using Names = QList<QString>;
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 5;
-
-const TickMap OnTrack{{"lapdistpct", 0.5f}, {"isontrack", true}, {"lap", 2}};
-
-/// Drivers in cars 3 and 5; car 3 is the player's.
-void prepare(iRTelemetryReader *reader, const QByteArray &sessionType = "Practice")
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}, sessionType).constData());
-    reader->updateCarList();
-}
-
-/// Session \a number of \a type, with results.
-QByteArray sessionInfo(int number, const QByteArray &type, const QByteArray &results)
-{
-    return "---\nSessionInfo:\n Sessions:\n - SessionNum: " + QByteArray::number(number)
-        + "\n   SessionType: " + type + "\n   ResultsPositions:\n" + results + "   End: 1\n";
-}
 
 QByteArray result(const QByteArray &position, const QByteArray &carIdx, const QByteArray &laps)
 {
@@ -91,7 +73,7 @@ void tst_IrTelemetryReaderOthers::othersState()
     QFETCH(int, status);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     carOf(&reader, Other).current.lapDistPct = before;
     carOf(&reader, Other).current.carStatus = 5;
     TickMap values{{"lapdistpct", now}};
@@ -107,7 +89,7 @@ void tst_IrTelemetryReaderOthers::othersState()
 void tst_IrTelemetryReaderOthers::othersStandstillIsMeasuredFromTheTickBefore()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     const TickMap standing{{"lapdistpct", 0.5f}, {"onpitroad", true}};
     tick(&reader, Other, standing);
     QCOMPARE(reader.car(Other).current.carStatus, 4);
@@ -122,7 +104,7 @@ void tst_IrTelemetryReaderOthers::othersStandstillIsMeasuredFromTheTickBefore()
 void tst_IrTelemetryReaderOthers::othersHaveNoLapTimes()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     const TickMap values{{"lapdistpct", 0.5f},        {"onpitroad", false},
                          {"isontrack", true},         {"lap", 7},
                          {"lapcurrentlaptime", 7.5f}, {"laplastlaptime", 8.5f}};
@@ -176,7 +158,7 @@ void tst_IrTelemetryReaderOthers::othersLap_data()
     QTest::addColumn<int>("lap");
 
     const auto row = [](const char *name, const QByteArray &results, int lap) {
-        QTest::addRow("%s", name) << sessionInfo(1, "Race", results) << 1 << lap;
+        QTest::addRow("%s", name) << sessionWithResults(1, "Race", results) << 1 << lap;
     };
     row("only entry", result("1", "5", "12"), 12);
     row("entry 0", result("0", "5", "12"), 12);
@@ -198,10 +180,10 @@ void tst_IrTelemetryReaderOthers::othersLap_data()
     row("car is no number", result("1", "five", "12"), -1);
     row("no entries", "", -1);
 
-    const QByteArray good = sessionInfo(1, "Race", result("1", "5", "12"));
+    const QByteArray good = sessionWithResults(1, "Race", result("1", "5", "12"));
     QTest::newRow("another session") << good << 0 << -1;
     QTest::newRow("results of two sessions")
-        << sessionInfo(0, "Practice", result("1", "5", "11")) + good.mid(4) << 0 << 11;
+        << sessionWithResults(0, "Practice", result("1", "5", "11")) + good.mid(4) << 0 << 11;
     QTest::newRow("no results") << QByteArray(
         "---\nSessionInfo:\n Sessions:\n - SessionNum: 1\n   SessionType: Race\n")
                                 << 1 << -1;
@@ -215,7 +197,7 @@ void tst_IrTelemetryReaderOthers::othersLap()
     QFETCH(int, lap);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     reader.setYaml(text.constData());
     carOf(&reader, Other).current.lap = 99;
     tick(&reader,
@@ -227,7 +209,7 @@ void tst_IrTelemetryReaderOthers::othersLap()
 void tst_IrTelemetryReaderOthers::othersAreNotMarked()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, {{Player, OnTrack}, {Other, {{"lapdistpct", 0.5f}, {"onpitroad", false}}}});
     QVERIFY(reader.sample(Player).containsValue("fulltelemetry"));
     QVERIFY(!reader.sample(Other).containsValue("fulltelemetry"));

@@ -1,28 +1,19 @@
 // The corrected channels of a finished lap, and the weight of its fuel.
 
+#include "tests/support/extremes.h"
 #include "tests/support/lapchannels.h"
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using Names = QList<QString>;
 using Samples = QVector<double>;
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 7;
-constexpr double Infinity = std::numeric_limits<double>::infinity();
-
-void prepare(iRTelemetryReader *reader)
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}).constData());
-    reader->updateCarList();
-}
 
 } // namespace
 
@@ -88,7 +79,7 @@ void tst_IrTelemetryReaderPreprocessing::yaw()
 
     for (const int car : {Player, Other}) {
         iRTelemetryReader reader;
-        prepare(&reader);
+        addTwoCars(&reader);
         ZEP::Lap &lap = reader.lap(car);
         lap.addChannel(newChannel({1.0, 2.0, NoSample, -3.0}, "rad"), channel);
         if (calculated)
@@ -115,7 +106,7 @@ void tst_IrTelemetryReaderPreprocessing::yawOffsetIsRemovedFromTheHeaderOnly()
     QFETCH(bool, hasChannel);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     if (hasChannel)
         lap.addChannel(newChannel({1.0}), "Yaw");
@@ -132,7 +123,7 @@ void tst_IrTelemetryReaderPreprocessing::yawOffsetIsRemovedFromTheHeaderOnly()
 void tst_IrTelemetryReaderPreprocessing::yawIsShiftedInPlace()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     ZEP::Channel *channel = newChannel({1.0, 2.0});
     lap.addChannel(channel, "Yaw");
@@ -187,7 +178,7 @@ void tst_IrTelemetryReaderPreprocessing::fuelWeight()
 
     for (const int car : {Player, Other}) {
         iRTelemetryReader reader;
-        prepare(&reader);
+        addTwoCars(&reader);
         ZEP::Lap &lap = reader.lap(car);
         lap.addChannel(newChannel(level, "l"), "fuellevel");
         if (density.isValid())
@@ -211,7 +202,7 @@ void tst_IrTelemetryReaderPreprocessing::fuelWeight()
 void tst_IrTelemetryReaderPreprocessing::fuelWeightNeedsAFuelLevel()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     lap.addValue("Kg per fuel litre", 0.75, QString());
     lap.addChannel(newChannel({1}), "FuelLevel");
@@ -223,7 +214,7 @@ void tst_IrTelemetryReaderPreprocessing::fuelWeightNeedsAFuelLevel()
 void tst_IrTelemetryReaderPreprocessing::fuelWeightReplacesWhatIsThere()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     lap.addValue("Kg per fuel litre", 0.75, QString());
     lap.addChannel(newChannel({10}), "fuellevel");
@@ -236,7 +227,7 @@ void tst_IrTelemetryReaderPreprocessing::fuelWeightReplacesWhatIsThere()
 void tst_IrTelemetryReaderPreprocessing::densityMayBeCalculated()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     lap.addChannel(newChannel({10}), "fuellevel");
     lap.setCalculatedValue("Kg per fuel litre", 0.5, QString());
@@ -274,7 +265,7 @@ void tst_IrTelemetryReaderPreprocessing::percentUnits()
 
     for (const int car : {Player, Other}) {
         iRTelemetryReader reader;
-        prepare(&reader);
+        addTwoCars(&reader);
         ZEP::Lap &lap = reader.lap(car);
         for (const char *name : {"throttle", "Brake", "clutch"})
             lap.addChannel(newChannel({50, 100}, unit), name);
@@ -289,7 +280,7 @@ void tst_IrTelemetryReaderPreprocessing::percentUnits()
 void tst_IrTelemetryReaderPreprocessing::percentUnitsOfCalculatedChannelsStay()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     ZEP::Lap &lap = reader.lap(Player);
     lap.addCalculatedChannel(newChannel({1}, "%"), "throttle");
     lap.addValue("Share", 1, "%");
@@ -303,7 +294,7 @@ void tst_IrTelemetryReaderPreprocessing::percentUnitsOfCalculatedChannelsStay()
 void tst_IrTelemetryReaderPreprocessing::emptyLap()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     for (const int car : {Player, Other}) {
         reader.lap(car).addValue("Track length", 1.0, "km");
         reader.lap(car).addValue("Kg per fuel litre", 0.75, QString());

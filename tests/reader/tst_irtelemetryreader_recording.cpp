@@ -4,24 +4,13 @@
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
 #include <limits>
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 5;
-
-const TickMap OnTrack{{"lapdistpct", 0.5f}, {"isontrack", true}, {"lap", 2}};
-
-/// Drivers in cars 3 and 5; car 3 is the player's.
-void prepare(iRTelemetryReader *reader, const QByteArray &sessionType = "Practice")
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}, sessionType).constData());
-    reader->updateCarList();
-}
 
 } // namespace
 
@@ -46,7 +35,7 @@ void tst_IrTelemetryReaderRecording::holdKeepsTheLapFromBeingCompleted()
 {
     for (const bool hold : {false, true}) {
         iRTelemetryReader reader;
-        prepare(&reader);
+        addTwoCars(&reader);
         tick(&reader, Player, with(OnTrack, {{"lapcurrentlaptime", 80.0f}}));
         carOf(&reader, Player).current.completionHold = hold;
         tick(&reader, Player, with(OnTrack, {{"lapcurrentlaptime", 0.0f}, {"lap", 3}}));
@@ -89,7 +78,7 @@ void tst_IrTelemetryReaderRecording::recorded()
     QFETCH(bool, recorded);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     carOf(&reader, Player).current.carStatus = statusBefore;
     if (!lapEmpty) {
         ZEP::Sample sample;
@@ -110,7 +99,7 @@ void tst_IrTelemetryReaderRecording::recorded()
 void tst_IrTelemetryReaderRecording::closingTickIsNotRecorded()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     for (const float pct : {0.2f, 0.5f, 0.95f})
         tick(&reader, Player,
              with(OnTrack, {{"lapdistpct", pct}, {"lapcurrentlaptime", pct * 80}}));
@@ -151,7 +140,7 @@ void tst_IrTelemetryReaderRecording::slowTicksAreNotRecorded()
     QFETCH(bool, recorded);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader,
          {{Player, with(OnTrack, values)},
           {Other, with({{"lapdistpct", 0.5f}, {"onpitroad", false}}, values)}});
@@ -199,7 +188,7 @@ void tst_IrTelemetryReaderRecording::crossingTheLine()
     QFETCH(float, greatest);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     for (const float pct : qAsConst(fractions)) {
         tick(&reader,
              {{Player, with(OnTrack, {{"lapdistpct", pct}})},
@@ -220,7 +209,7 @@ void tst_IrTelemetryReaderRecording::crossingTheLine()
 void tst_IrTelemetryReaderRecording::nextLapOpensWithWhatLiesBehindTheLine()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     const auto drive = [&reader](float pct, float time, int lap) {
         tick(&reader, Player,
              with(OnTrack, {{"lapdistpct", pct}, {"lapcurrentlaptime", time}, {"lap", lap}}));
@@ -243,7 +232,7 @@ void tst_IrTelemetryReaderRecording::nextLapOpensWithWhatLiesBehindTheLine()
 void tst_IrTelemetryReaderRecording::greatestFractionIsAValueOfTheLap()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, Player, with(OnTrack, {{"lapdistpct", 0.3f}}));
     reader.lap(Player).setCalculatedValue("maxLapDistPct", 0.95, "pu");
     tick(&reader, Player, with(OnTrack, {{"lapdistpct", 0.4f}}));

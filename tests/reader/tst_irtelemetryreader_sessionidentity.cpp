@@ -2,12 +2,11 @@
 
 #include "tests/support/roomtests.h"
 #include "tests/support/sessioninfotext.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
 namespace {
-
-constexpr int Player = 3;
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
 #include "tests/support/sessioninfotext.h"
+#include "tests/support/twocars.h"
 
 #include <QColor>
 #include <QTest>
@@ -12,9 +13,6 @@
 using Names = QList<QString>;
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 7;
 
 const Names WeekendNames{"Air temperature",
                          "Category",
@@ -381,7 +379,7 @@ void tst_IrTelemetryReaderSessionInfo::driverIsThatOfTheCar_data()
 
     QTest::newRow("player") << Player << "A Driver"
                             << "A Car";
-    QTest::newRow("another driver") << Other << "Another Driver"
+    QTest::newRow("another driver") << OtherInText << "Another Driver"
                                     << "Another Car";
     QTest::newRow("nobody") << 5 << ""
                             << "";
@@ -415,7 +413,7 @@ void tst_IrTelemetryReaderSessionInfo::twiceIsOnce()
     reader.setYaml(wholeText().constData());
     reader.updateCarList();
     ZEP::Lap lap;
-    reader.getSessionInfo(Other, &lap);
+    reader.getSessionInfo(OtherInText, &lap);
     reader.getSessionInfo(Player, &lap);
     reader.getSessionInfo(Player, &lap);
     const ZEP::Lap once = lapOf(wholeText());

@@ -2,29 +2,11 @@
 
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 5;
-
-const TickMap OnTrack{{"lapdistpct", 0.5f}, {"isontrack", true}, {"lap", 2}};
-
-/// Drivers in cars 3 and 5; car 3 is the player's.
-void prepare(iRTelemetryReader *reader, const QByteArray &sessionType = "Practice")
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}, sessionType).constData());
-    reader->updateCarList();
-}
-
-/// Session \a number of \a type, with results.
-QByteArray sessionInfo(int number, const QByteArray &type, const QByteArray &results)
-{
-    return "---\nSessionInfo:\n Sessions:\n - SessionNum: " + QByteArray::number(number)
-        + "\n   SessionType: " + type + "\n   ResultsPositions:\n" + results + "   End: 1\n";
-}
 
 } // namespace
 
@@ -70,7 +52,7 @@ void tst_IrTelemetryReaderSessionType::sessionType()
     QFETCH(int, type);
 
     iRTelemetryReader reader;
-    prepare(&reader, text);
+    addTwoCars(&reader, text);
     tick(&reader, {{Player, OnTrack}, {Other, {{"lapdistpct", 0.5f}, {"onpitroad", false}}}});
     QCOMPARE(reader.car(Player).current.sessionType, type);
     QCOMPARE(reader.car(Other).current.sessionType, type);
@@ -79,16 +61,16 @@ void tst_IrTelemetryReaderSessionType::sessionType()
 void tst_IrTelemetryReaderSessionType::sessionTypeIsAskedForUntilItIsKnown()
 {
     iRTelemetryReader reader;
-    prepare(&reader, "Lone Qualify");
+    addTwoCars(&reader, "Lone Qualify");
     tick(&reader, Player, OnTrack);
     QCOMPARE(reader.car(Player).current.sessionType, -1);
-    prepare(&reader, "Practice");
+    addTwoCars(&reader, "Practice");
     tick(&reader, Player, OnTrack);
     QCOMPARE(reader.car(Player).current.sessionType, 1);
-    prepare(&reader, "Race");
+    addTwoCars(&reader, "Race");
     tick(&reader, Player, OnTrack);
     QCOMPARE(reader.car(Player).current.sessionType, 1);
-    prepare(&reader, "Lone Qualify");
+    addTwoCars(&reader, "Lone Qualify");
     tick(&reader, Player, OnTrack);
     QCOMPARE(reader.car(Player).current.sessionType, 1);
 }
@@ -114,9 +96,9 @@ void tst_IrTelemetryReaderSessionType::sessionTypeIsThatOfTheSession()
     QFETCH(int, type);
 
     iRTelemetryReader reader;
-    prepare(&reader);
-    reader.setYaml(sessionInfo(1, "Qualify", "").constData());
-    reader.setYaml(sessionInfo(2, "Race", "").constData());
+    addTwoCars(&reader);
+    reader.setYaml(sessionWithResults(1, "Qualify", "").constData());
+    reader.setYaml(sessionWithResults(2, "Race", "").constData());
     TickMap values = OnTrack;
     if (sessionNum.isValid())
         values.insert("sessionnum", sessionNum);
@@ -127,8 +109,8 @@ void tst_IrTelemetryReaderSessionType::sessionTypeIsThatOfTheSession()
 void tst_IrTelemetryReaderSessionType::sessionTypeIsKnownPerCar()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
-    reader.setYaml(sessionInfo(1, "Race", "").constData());
+    addTwoCars(&reader);
+    reader.setYaml(sessionWithResults(1, "Race", "").constData());
     tick(&reader, Player, with(OnTrack, {{"sessionnum", 0}}));
     tick(&reader,
          {{Player, with(OnTrack, {{"sessionnum", 1}})},
@@ -141,7 +123,7 @@ void tst_IrTelemetryReaderSessionType::sessionIsNeverRestarted()
 {
     iRTelemetryReader reader;
     QVERIFY(!reader.isSessionRestarted());
-    prepare(&reader, "Race");
+    addTwoCars(&reader, "Race");
     for (const int session : {2, 1, 0}) {
         tick(&reader, Player,
              with(OnTrack, {{"sessionnum", session}, {"sessiontime", 0.0}, {"lap", 0}}));

@@ -4,6 +4,7 @@
 #include "tests/support/readerticks.h"
 #include "tests/support/roomtests.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 
 #include <QTest>
 
@@ -12,18 +13,6 @@
 using Names = QList<QString>;
 
 namespace {
-
-constexpr int Player = 3;
-constexpr int Other = 5;
-
-const TickMap OnTrack{{"lapdistpct", 0.5f}, {"isontrack", true}, {"lap", 2}};
-
-/// Drivers in cars 3 and 5; car 3 is the player's.
-void prepare(iRTelemetryReader *reader, const QByteArray &sessionType = "Practice")
-{
-    reader->setYaml(sessionInfoOf(Player, {Player, Other}, sessionType).constData());
-    reader->updateCarList();
-}
 
 } // namespace
 
@@ -97,7 +86,7 @@ void tst_IrTelemetryReaderTicks::prepareTickOpensTheNextLap()
 void tst_IrTelemetryReaderTicks::carsWithoutADriverAreNotFollowed()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     reader.driverName(Player).clear();
     tick(&reader, {{Player, OnTrack}, {7, OnTrack}});
     for (const int car : {Player, 7}) {
@@ -151,7 +140,7 @@ void tst_IrTelemetryReaderTicks::carsOutOfTheWorldAreSkipped()
     QFETCH(bool, skipped);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, {{Player, values}, {Other, with(values, {{"onpitroad", false}})}});
     for (const int car : {Player, Other}) {
         const CarTracker &tracker = reader.car(car);
@@ -168,7 +157,7 @@ void tst_IrTelemetryReaderTicks::carsOutOfTheWorldAreSkipped()
 void tst_IrTelemetryReaderTicks::skippedCarsKeepTheirState()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, Player, with(OnTrack, {{"lapcurrentlaptime", 7.5f}, {"laplastlaptime", 8.5f}}));
     carOf(&reader, Player).current.completionHold = true;
     const CarTrackerSample before = reader.car(Player).current;
@@ -237,7 +226,7 @@ void tst_IrTelemetryReaderTicks::playersValues()
 
     for (const bool diskLoading : {false, true}) {
         iRTelemetryReader reader;
-        prepare(&reader);
+        addTwoCars(&reader);
         reader.setDiskLoading(diskLoading);
         tick(&reader, Player, values);
         const CarTrackerSample &state = reader.car(Player).current;
@@ -252,7 +241,7 @@ void tst_IrTelemetryReaderTicks::playersValues()
 void tst_IrTelemetryReaderTicks::playersLapTimesStayWhileOffTrack()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, Player, with(OnTrack, {{"lapcurrentlaptime", 7.5f}, {"laplastlaptime", 8.5f}}));
     tick(&reader, Player,
          with(OnTrack,
@@ -283,7 +272,7 @@ void tst_IrTelemetryReaderTicks::playersTickIsMarked()
     QFETCH(TickMap, values);
 
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, Player, values);
     const ZEP::Value mark = reader.sample(Player).value("fulltelemetry");
     QCOMPARE(mark.value.userType(), int(QMetaType::Int));
@@ -295,7 +284,7 @@ void tst_IrTelemetryReaderTicks::playersTickIsMarked()
 void tst_IrTelemetryReaderTicks::anyConvertibleValueCounts()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     tick(&reader, Player,
          {{"lapdistpct", 0.5},
           {"isontrack", 1},
@@ -316,7 +305,7 @@ void tst_IrTelemetryReaderTicks::anyConvertibleValueCounts()
 void tst_IrTelemetryReaderTicks::holdAndSpareFlagAreCleared()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     const auto raiseFlags = [&reader](int index) {
         CarTracker &car = carOf(&reader, index);
         car.current.completionHold = true;
@@ -338,7 +327,7 @@ void tst_IrTelemetryReaderTicks::holdAndSpareFlagAreCleared()
 void tst_IrTelemetryReaderTicks::sampleMayBeChangedBeforeItIsProcessed()
 {
     iRTelemetryReader reader;
-    prepare(&reader);
+    addTwoCars(&reader);
     reader.prepareTick();
     addValues(&reader.sample(Player), OnTrack);
     reader.sample(Player).addValue("lap", 8, QString());

@@ -2,6 +2,7 @@
 // imports, against results that were worked out by hand.
 #include "tests/reference/importfile.h"
 #include "tests/reference/reader.h"
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 
 #include <QColor>
@@ -10,52 +11,49 @@
 
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 using namespace reference;
 
 namespace {
 
-const double Infinity = std::numeric_limits<double>::infinity();
-
-const char SessionText[] = "---\n"
-                           "WeekendInfo:\n"
-                           " TrackDisplayName: Spa\n"
-                           " TrackConfigName: Grand Prix\n"
-                           " SessionID: 12\n"
-                           " SubSessionID: 1a\n"
-                           " TrackLength: 3.70 km\n"
-                           " TrackAirTemp:   21.5   C  x\n"
-                           " TrackNorthOffset: 2.6253 rad\n"
-                           " WeekendOptions:\n"
-                           "  WeatherTemp: 25\n"
-                           "DriverInfo:\n"
-                           " DriverCarIdx: 3\n"
-                           " DriverCarFuelMaxLtr: 110.000\n"
-                           " DriverCarMaxFuelPct: 0.500\n"
-                           " DriverCarFuelKgPerLtr: 0.750\n"
-                           " Drivers:\n"
-                           " - CarIdx: 3\n"
-                           "   UserName: Ann Bee\n"
-                           "   TeamName: Team\n"
-                           "   CarScreenName: Car\n"
-                           "   LicColor: 0x00c702\n"
-                           "SessionInfo:\n"
-                           " Sessions:\n"
-                           " - SessionNum: 0\n"
-                           "   SessionType: Offline Testing\n"
-                           " - SessionNum: 1\n"
-                           "   SessionType: Race\n"
-                           "CarSetup:\n"
-                           " Chassis:\n"
-                           "  Rear:\n"
-                           "   FuelLevel: 30.0 kg\n"
-                           "...\n";
+const char FinishText[] = "---\n"
+                          "WeekendInfo:\n"
+                          " TrackDisplayName: Spa\n"
+                          " TrackConfigName: Grand Prix\n"
+                          " SessionID: 12\n"
+                          " SubSessionID: 1a\n"
+                          " TrackLength: 3.70 km\n"
+                          " TrackAirTemp:   21.5   C  x\n"
+                          " TrackNorthOffset: 2.6253 rad\n"
+                          " WeekendOptions:\n"
+                          "  WeatherTemp: 25\n"
+                          "DriverInfo:\n"
+                          " DriverCarIdx: 3\n"
+                          " DriverCarFuelMaxLtr: 110.000\n"
+                          " DriverCarMaxFuelPct: 0.500\n"
+                          " DriverCarFuelKgPerLtr: 0.750\n"
+                          " Drivers:\n"
+                          " - CarIdx: 3\n"
+                          "   UserName: Ann Bee\n"
+                          "   TeamName: Team\n"
+                          "   CarScreenName: Car\n"
+                          "   LicColor: 0x00c702\n"
+                          "SessionInfo:\n"
+                          " Sessions:\n"
+                          " - SessionNum: 0\n"
+                          "   SessionType: Offline Testing\n"
+                          " - SessionNum: 1\n"
+                          "   SessionType: Race\n"
+                          "CarSetup:\n"
+                          " Chassis:\n"
+                          "  Rear:\n"
+                          "   FuelLevel: 30.0 kg\n"
+                          "...\n";
 
 struct ReaderOfText : Reader {
     ReaderOfText()
     {
-        setYaml(SessionText);
+        setYaml(FinishText);
         updateCarList();
     }
 

@@ -1,19 +1,15 @@
 // The plain importer judges the fast one. This test judges its way from ticks to laps against
 // results that were worked out by hand.
 #include "tests/reference/reader.h"
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 
 #include <QRegularExpression>
 #include <QTest>
 
-#include <limits>
-
 using namespace reference;
 
 namespace {
-
-const double Infinity = std::numeric_limits<double>::infinity();
-const double NaN = std::numeric_limits<double>::quiet_NaN();
 
 const char SessionText[] = "---\n"
                            "DriverInfo:\n"

@@ -4,9 +4,12 @@
 #include "tools/recording.h"
 
 #include <QBuffer>
+#include <QMetaType>
 #include <QVector>
 
 #include <cstring>
+
+Q_DECLARE_METATYPE(SessionKind)
 
 /// A drive of two stints with one timed lap each.
 inline DemoOptions shortDrive(SessionKind session = SessionKind::Practice, quint32 seed = 1)

@@ -6,6 +6,8 @@
 
 /// Ticks per second.
 constexpr int TickRate = 60;
+/// Of a lap, unless a test says otherwise, m.
+constexpr double Length = 600;
 
 /// A lap of \a length metres as it is recorded, tick by tick. The first tick is \a offset of a tick
 /// after the line. \a speed returns the speed in m/s at each distance.

@@ -2,11 +2,17 @@
 #pragma once
 
 #include "ibt/ibtfile.h"
+#include "tools/recording.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QString>
 #include <QTemporaryDir>
+
+constexpr int HeadersSize = Recording::HeaderSize + Recording::SubHeaderSize;
+
+/// As many bytes as one read of records asks for; what lies on either side of it is worth a look.
+constexpr int BlockSize = 256 * 1024;
 
 /// A temporary folder with one recording in it.
 class IbtFolder

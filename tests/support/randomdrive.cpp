@@ -1,12 +1,9 @@
 #include "tests/support/randomdrive.h"
+#include "tests/support/extremes.h"
 
 #include <cmath>
-#include <limits>
 
 namespace {
-
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 // Values at and around the limits that decide about laps.
 constexpr std::array OddFractions = {NaN,  -1.0, -0.5, -0.49, -0.2, 0.0,      0.65,       0.655,

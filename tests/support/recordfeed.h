@@ -1,8 +1,8 @@
 // Hands records to the reader as a caller does, and compares the values that result.
 #pragma once
 
-#include "tests/support/readerticks.h"
 #include "tests/support/samebits.h"
+#include "tests/support/twocars.h"
 #include "tools/recording.h"
 
 #include <QByteArray>
@@ -16,9 +16,6 @@ using ValueMap = QMap<QString, ZEP::Value>;
 
 Q_DECLARE_METATYPE(Recording)
 Q_DECLARE_METATYPE(ValueMap)
-
-/// The car that the player drives unless a test says otherwise.
-constexpr int Player = 3;
 
 /// The table and the records of a recording.
 class RecordFeed

@@ -16,7 +16,7 @@ bool add(const char *file, Run run);
 
 /// Makes \a Class a test of its room's program. Write it once, at the end of the file.
 #define NAPAMMUL_TEST(Class)                                                                       \
-    static const bool isAdded = RoomTests::add(__FILE__, [](int argc, char **argv) {               \
+    static const bool Class##IsAdded = RoomTests::add(__FILE__, [](int argc, char **argv) {        \
         Class test;                                                                                \
         return QTest::qExec(&test, argc, argv);                                                    \
     });

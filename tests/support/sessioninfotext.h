@@ -5,6 +5,9 @@
 
 #include <QByteArray>
 
+/// The other car in wholeText().
+constexpr int OtherInText = 7;
+
 /// A text in which all values differ. The player is in car 3.
 inline QByteArray wholeText()
 {

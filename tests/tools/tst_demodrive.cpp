@@ -7,11 +7,7 @@
 #include <algorithm>
 #include <cmath>
 
-Q_DECLARE_METATYPE(SessionKind)
-
 namespace {
-
-constexpr double Pi = 3.14159265358979323846;
 
 // Records for which the whole tick before them was driven on the circuit.
 QVector<int> drivenTicks(const DemoFile &demo)

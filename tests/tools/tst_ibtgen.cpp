@@ -9,8 +9,6 @@
 
 #include <cmath>
 
-Q_DECLARE_METATYPE(SessionKind)
-
 class tst_Ibtgen : public QObject
 {
     Q_OBJECT

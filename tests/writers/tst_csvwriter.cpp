@@ -1,10 +1,9 @@
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 #include "writers/csvwriter.h"
 #include "writers/outputfile.h"
 
 #include <QTest>
-
-#include <limits>
 
 Q_DECLARE_METATYPE(CsvWriter::Units)
 
@@ -33,7 +32,6 @@ private:
 namespace {
 
 using Samples = QVector<double>;
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
 ZEP::Channel *newChannel(const QString &unit, const Samples &samples)
 {

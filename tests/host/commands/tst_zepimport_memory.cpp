@@ -188,7 +188,7 @@ void tst_ZepimportMemory::failingAllocations()
     const int count = counted.readAll().toInt();
     QVERIFY(count > 1000);
 
-    constexpr int Runs = 50;
+    constexpr int Runs = 30;
     int ended = 0; // by a library
     int failures = 0;
     int told = 0;

@@ -9,7 +9,6 @@
 #include <numeric>
 
 Q_DECLARE_METATYPE(DemoOptions)
-Q_DECLARE_METATYPE(SessionKind)
 
 /// The data of the page, of recordings that contain what those of the simulator do.
 class tst_ReportData : public QObject

@@ -1,10 +1,10 @@
 #include "host/report/samplepacker.h"
+#include "tests/support/extremes.h"
 #include "tests/support/roomtests.h"
 
 #include <QTest>
 
 #include <cmath>
-#include <limits>
 
 using Samples = QVector<double>;
 using LapSamples = QVector<Samples>;
@@ -24,9 +24,6 @@ private Q_SLOTS:
 };
 
 namespace {
-
-constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 /// The next number of \a bytes from \a place on.
 quint64 nextNumber(const QByteArray &bytes, int &place)
