@@ -119,7 +119,10 @@ void DemoVariables::addEngine()
 {
     moving("EngineWarnings", irsdk_bitField, "irsdk_EngineWarnings", "Warning lights",
            [](const Drive &d, int) {
-               constexpr int FuelPressure = 2, OilPressure = 4, Stalled = 8, Limiter = 16;
+               constexpr int FuelPressure = 2;
+               constexpr int OilPressure = 4;
+               constexpr int Stalled = 8;
+               constexpr int Limiter = 16;
                const int engine = d.car().engine ? 0 : FuelPressure | OilPressure | Stalled;
                return double(engine | (d.onPitRoad() ? Limiter : 0));
            });

@@ -58,7 +58,7 @@ Circuit::Circuit(const GlobePoint &line) : m_line(line)
     m_length = distances.back();
 
     constexpr double WantedSpacing = 0.25;
-    const std::size_t count = std::size_t(m_length / WantedSpacing);
+    const auto count = std::size_t(m_length / WantedSpacing);
     m_spacing = m_length / double(count);
     m_points.resize(count + 1);
     std::size_t step = 0;
