@@ -80,7 +80,7 @@ private:
     const PluginRegistry &m_plugins;
 };
 
-/// The number whose digits begin at *index of \a text, which is moved behind them, as text that
+/// The number whose digits begin at *index of \a text, which moves past them, as text that
 /// compares as the number does.
 QString numberAt(const QString &text, int *index)
 {

@@ -149,7 +149,7 @@ void tst_ZepimportRecordings::tableIsItsJson()
 }
 
 // The stop splits the lap: its first part has the time of the lap before, and the second one begins
-// behind the line.
+// after the line.
 void tst_ZepimportRecordings::lapsCutByThePits()
 {
     const QJsonArray laps = runJson({"laps", "race.ibt"}).value(QStringLiteral("laps")).toArray();
