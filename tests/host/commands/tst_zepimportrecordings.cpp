@@ -187,7 +187,7 @@ void tst_ZepimportRecordings::timedLapsAreCountedOnce()
 {
     int timed = 0;
     const QJsonObject file = runJson({"laps", "race.ibt"});
-    for (const QJsonValue &lap : file.value(QStringLiteral("laps")).toArray()) {
+    for (const QJsonValue lap : file.value(QStringLiteral("laps")).toArray()) {
         if (lap[QLatin1String("kind")].toString() == QLatin1String("timed"))
             ++timed;
     }
